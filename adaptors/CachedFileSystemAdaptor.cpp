@@ -1,0 +1,37 @@
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tessgen::kelwhich {
+
+CachedFileSystemAdaptor::CachedFileSystemAdaptor(std::unique_ptr<FileSystem> inner) : inner_(std::move(inner)) {}
+
+bool CachedFileSystemAdaptor::exists(const std::u16string& path) const {
+    const std::lock_guard lock(existsLock_);
+    if (const auto known = exists_.find(path); known != exists_.end()) {
+        return known->second;
+    }
+    const bool answer = inner_->exists(path);
+    exists_.emplace(path, answer);
+    return answer;
+}
+
+std::u16string CachedFileSystemAdaptor::orvakroot() const {
+    std::call_once(orvakrootOnce_, [this] { orvakroot_ = inner_->orvakroot(); });
+    return *orvakroot_;
+}
+
+std::optional<std::u16string> CachedFileSystemAdaptor::spkgroot() const {
+    std::call_once(spkgrootOnce_, [this] { spkgroot_ = inner_->spkgroot(); });
+    return *spkgroot_;
+}
+
+bool CachedFileSystemAdaptor::isOnKELPath(const std::u16string& path) const {
+    return inner_->isOnKELPath(path);
+}
+
+} // namespace tessgen::kelwhich

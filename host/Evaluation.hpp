@@ -1,0 +1,25 @@
+// The library's one way of evaluating a function of the host.
+#pragma once
+
+#include "foundation/orvakdata/Array.hpp"
+
+#include <string>
+#include <vector>
+
+namespace tessgen::kelwhich {
+
+// Evaluates a host function on the engine of the calling thread and waits until it has ended: no time-out, no
+// cancellation. The outputs as the host delivers them; how many there are is not checked.
+// Errors: the evaluation's own, as the very object that the host stored.
+std::vector<foundation::orvakdata::Array> evaluate(const std::string& function,
+                                                   const std::vector<foundation::orvakdata::Array>& arguments,
+                                                   unsigned long outputCount);
+
+// A host string array of one element.
+foundation::orvakdata::Array toStringArray(const std::u16string& text);
+
+// The elements of a host string array, in its order.
+// Errors: thrown by the host's data interface for an array of another type and for a missing element.
+std::vector<std::u16string> toStrings(const foundation::orvakdata::Array& array);
+
+} // namespace tessgen::kelwhich

@@ -1,0 +1,44 @@
+// A file system that remembers what it was told.
+//
+// Threads: any, at the same time; the wrapped file system is asked once per path and once per root, one question of
+// `exists` at a time. It is asked while a lock is held: nested adaptors lock outer before inner.
+// Lifetime: owns what it wraps. Answers are never dropped, so it lives as long as the disk may be taken to stand still.
+#pragma once
+
+#include "tessgen/kelwhich/FileSystem.hpp"
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace tessgen::kelwhich {
+
+class KELWHICH_EXPORT CachedFileSystemAdaptor final : public FileSystem {
+public:
+    explicit CachedFileSystemAdaptor(std::unique_ptr<FileSystem> inner);
+    CachedFileSystemAdaptor(const CachedFileSystemAdaptor&) = delete;
+    CachedFileSystemAdaptor& operator=(const CachedFileSystemAdaptor&) = delete;
+
+    bool exists(const std::u16string& path) const override;
+    std::u16string orvakroot() const override;
+    std::optional<std::u16string> spkgroot() const override;
+    // Not remembered: handed on at every call.
+    bool isOnKELPath(const std::u16string& path) const override;
+
+private:
+    std::unique_ptr<FileSystem> inner_;
+    // Key: none. Kept: the wrapped answer, an absent root as well (the outer optional says whether it was asked).
+    // Never kept: a failure. Dropped: with the adaptor. Threads: filled under its once flag.
+    mutable std::optional<std::u16string> orvakroot_;
+    mutable std::once_flag orvakrootOnce_;
+    mutable std::optional<std::optional<std::u16string>> spkgroot_;
+    mutable std::once_flag spkgrootOnce_;
+    // Key: the path, exactly. Kept: every answer. Never kept: a failure. Dropped: with the adaptor. Growth: one entry
+    // a path. Threads: guarded by `existsLock_`, the wrapped call included.
+    mutable std::unordered_map<std::u16string, bool> exists_;
+    mutable std::mutex existsLock_;
+};
+
+} // namespace tessgen::kelwhich

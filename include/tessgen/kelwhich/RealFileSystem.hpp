@@ -1,0 +1,51 @@
+// The real machine: files from the disk, folders and roots from the host.
+//
+// Threads: `exists`, `orvakroot` and `isOnKELPath` from any thread, at the same time; `spkgroot` evaluates a host
+// function and needs a thread that has an engine.
+#pragma once
+
+#include "tessgen/kelwhich/FileSystem.hpp"
+
+#include <cstddef>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+namespace tessgen::kelwhich {
+
+class KELWHICH_EXPORT RealFileSystem final : public FileSystem {
+public:
+    // Folder texts, compared exactly; a view is looked up without making a string.
+    struct FolderHash {
+        using is_transparent = void;
+        std::size_t operator()(std::u16string_view folder) const noexcept {
+            return std::hash<std::u16string_view>()(folder);
+        }
+    };
+    using FolderSet = std::unordered_set<std::u16string, FolderHash, std::equal_to<>>;
+
+    RealFileSystem();
+
+    // Links are followed. A relative or empty path does not exist, whatever the working folder holds.
+    // Errors: std::filesystem::filesystem_error when the disk cannot tell.
+    bool exists(const std::u16string& path) const override;
+    std::u16string orvakroot() const override;
+    // Asks the host on every call.
+    std::optional<std::u16string> spkgroot() const override;
+    // The KEL path folders are asked for once and kept.
+    bool isOnKELPath(const std::u16string& path) const override;
+
+    // The KEL path folders exactly as the host lists them, each once.
+    FolderSet getKELPathDirs() const;
+
+private:
+    // Key: the folder's text. Kept: the host's list, from the first `isOnKELPath` on. Never kept: a list whose
+    // making failed. Dropped: with the object. Growth: none. Threads: filled under `kelPathDirsOnce_`.
+    mutable std::optional<FolderSet> kelPathDirs_;
+    mutable std::once_flag kelPathDirsOnce_;
+};
+
+} // namespace tessgen::kelwhich

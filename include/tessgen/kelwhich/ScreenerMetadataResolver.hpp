@@ -1,0 +1,16 @@
+// Asks the screener's support-metadata service; hands on arguments, answers and errors as they are.
+//
+// Threads: those of the service; there is no state.
+#pragma once
+
+#include "tessgen/kelwhich/MetadataResolver.hpp"
+
+namespace tessgen::kelwhich {
+
+class KELWHICH_EXPORT ScreenerMetadataResolver final : public MetadataResolver {
+public:
+    std::optional<std::shared_ptr<const SupportEntry>> findByPath(const std::u16string& path) const override;
+    std::vector<std::shared_ptr<const SupportEntry>> findBySymbol(const std::u16string& symbol) const override;
+};
+
+} // namespace tessgen::kelwhich

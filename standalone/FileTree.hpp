@@ -1,0 +1,43 @@
+// The disk as the search sees it. RealFileTree looks at the machine at each call.
+//
+// Paths are UTF-8 texts. Links are followed: what a link leads to counts, and a link that leads nowhere is absent.
+// Threads: const operations may be called concurrently on every implementation.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::standalone {
+
+class FileTree {
+public:
+    enum class Kind { file, folder, link, other }; // `link`: not followed yet; `kindOf` tells
+
+    struct Entry {
+        std::string name; // as the disk has it: not necessarily UTF-8
+        Kind kind;
+    };
+
+    // Which entries are wanted, by their names; a huge folder is then not copied for the few of them.
+    using Filter = std::function<bool(std::string_view name)>;
+
+    // What a folder holds of what is wanted, in no particular order, without "." and ".."; nothing when there is no
+    // such folder.
+    // Errors: std::system_error that names the folder, when it is there but cannot be read to its end.
+    virtual std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const = 0;
+    // What `path` leads to, never `link`; nothing when it does not exist.
+    // Errors: std::system_error that names the path, when that cannot be told.
+    virtual std::optional<Kind> kindOf(const std::string& path) const = 0;
+    virtual ~FileTree() = default;
+};
+
+class RealFileTree final : public FileTree {
+public:
+    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
+    std::optional<Kind> kindOf(const std::string& path) const override;
+};
+
+} // namespace tessgen::standalone

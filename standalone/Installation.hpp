@@ -1,0 +1,36 @@
+// An installation, as its manifest `installation.json` describes it.
+//
+// Paths are absolute UTF-8 texts with "/" as separator, free of "." and "..", made once when the manifest is read,
+// since everything later compares them as text. Only `kelPath` keeps a trailing "/" that the manifest gave.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessgen::standalone {
+
+// A function, method or constructor that the host itself brings.
+struct Builtin {
+    std::u16string name;
+    std::u16string className; // empty for a function
+    bool constructor = false;
+};
+
+struct Installation {
+    std::string manifest; // the manifest's own real path
+    std::string root;
+    std::optional<std::string> supportPackageRoot;
+    std::optional<std::string> supportStore;
+    std::vector<std::string> searchPath;              // the host's own search path, in order
+    std::vector<std::string> kelPath;                 // folders of the code generator's own files
+    std::vector<std::vector<std::string>> sourceCode; // folders of host code, as components below the root
+    std::vector<std::string> extensions;              // without the dot, in order of preference
+    std::vector<Builtin> builtins;
+};
+
+// Reads a manifest, or the `installation.json` of a folder.
+// Errors: std::runtime_error with one line that names the file, the place in it and what was expected there.
+Installation readInstallation(const std::string& fileOrFolder);
+
+} // namespace tessgen::standalone

@@ -1,0 +1,216 @@
+#include "standalone/NameSearch.hpp"
+
+#include "standalone/PathText.hpp"
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Entries = std::vector<FileTree::Entry>;
+using Entry = FileTree::Entry;
+using Kind = FileTree::Kind;
+using Places = std::vector<FoundPlace>;
+
+// Folders and names are UTF-8 here: the manifest's are, and what the disk holds is compared with such names first.
+void addFile(const std::string& path, Places& places) {
+    places.push_back({toUTF16(path).value(), {}});
+}
+
+const Entry* findEntry(const Entries& entries, std::string_view name) {
+    const auto position =
+        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
+    return position == entries.end() ? nullptr : &*position;
+}
+
+// The entries of class folders but for that of `symbol`, in code-unit order, without those whose names are not UTF-8.
+std::vector<const Entry*> otherClassFolders(const Entries& entries, std::string_view symbolClassFolder) {
+    std::vector<std::pair<std::u16string, const Entry*>> keyed;
+    for (const Entry& entry : entries) {
+        if (entry.name.starts_with('@') && entry.name != symbolClassFolder) {
+            if (auto key = toUTF16(entry.name)) {
+                keyed.emplace_back(std::move(*key), &entry);
+            }
+        }
+    }
+    std::sort(keyed.begin(), keyed.end());
+    std::vector<const Entry*> sorted;
+    sorted.reserve(keyed.size());
+    for (const auto& [key, entry] : keyed) {
+        sorted.push_back(entry);
+    }
+    return sorted;
+}
+
+// The files of one symbol, plain or with packages before it. A folder is listed once, and only when the folder above
+// shows that it is there.
+class SymbolQuestion {
+public:
+    // No part of the symbol is empty.
+    SymbolQuestion(std::vector<std::string> parts, const std::vector<std::string>& extensions, const FileTree& files)
+        : files_(files), classFolder_("@" + parts.back()) {
+        for (const std::string& extension : extensions) {
+            fileNames_.push_back(parts.back() + "." + extension);
+        }
+        parts.pop_back();
+        packages_ = std::move(parts);
+    }
+
+    void search(const std::string& folder, Places& places) const {
+        if (packages_.empty()) {
+            searchPlain(folder, places);
+        } else {
+            searchPackages(folder, places);
+        }
+    }
+
+private:
+    void searchPlain(const std::string& folder, Places& places) const {
+        const Entries entries = list(folder, [this](std::string_view name) {
+            return name.starts_with('@') || name == "private" || isFileName(name);
+        });
+        addFilesBelow(folder, findEntry(entries, classFolder_), places);
+        addFiles(folder, entries, places);
+        for (const Entry* entry : otherClassFolders(entries, classFolder_)) {
+            addFilesBelow(folder, entry, places);
+        }
+        addFilesBelow(folder, findEntry(entries, "private"), places);
+    }
+
+    void searchPackages(std::string folder, Places& places) const {
+        for (std::size_t depth = 0; depth + 1 < packages_.size(); ++depth) {
+            const std::string package = "+" + packages_[depth];
+            const Entries entries = list(folder, [&](std::string_view name) { return name == package; });
+            if (!leadsTo(Kind::folder, folder, findEntry(entries, package))) {
+                return;
+            }
+            folder = joinPath(folder, package);
+        }
+        const std::string package = "+" + packages_.back();
+        const std::string classFolder = "@" + packages_.back();
+        const Entries entries =
+            list(folder, [&](std::string_view name) { return name == package || name == classFolder; });
+        if (leadsTo(Kind::folder, folder, findEntry(entries, package))) {
+            searchPackage(joinPath(folder, package), places);
+        }
+        addFilesBelow(folder, findEntry(entries, classFolder), places);
+    }
+
+    void searchPackage(const std::string& folder, Places& places) const {
+        const Entries entries =
+            list(folder, [this](std::string_view name) { return name == classFolder_ || isFileName(name); });
+        addFilesBelow(folder, findEntry(entries, classFolder_), places);
+        addFiles(folder, entries, places);
+    }
+
+    // The symbol's files in the folder that an entry of `folder` (or none) leads to.
+    void addFilesBelow(const std::string& folder, const Entry* entry, Places& places) const {
+        if (leadsTo(Kind::folder, folder, entry)) {
+            const std::string below = joinPath(folder, entry->name);
+            addFiles(below, list(below, [this](std::string_view name) { return isFileName(name); }), places);
+        }
+    }
+
+    void addFiles(const std::string& folder, const Entries& entries, Places& places) const {
+        for (const std::string& fileName : fileNames_) {
+            if (leadsTo(Kind::file, folder, findEntry(entries, fileName))) {
+                addFile(joinPath(folder, fileName), places);
+            }
+        }
+    }
+
+    Entries list(const std::string& folder, const FileTree::Filter& wanted) const {
+        return files_.entries(folder, wanted).value_or(Entries());
+    }
+
+    bool isFileName(std::string_view name) const {
+        return std::find(fileNames_.begin(), fileNames_.end(), name) != fileNames_.end();
+    }
+
+    // Whether an entry of `folder`, or none, is of that kind when links are followed.
+    bool leadsTo(Kind kind, const std::string& folder, const Entry* entry) const {
+        if (entry == nullptr || entry->kind != Kind::link) {
+            return entry != nullptr && entry->kind == kind;
+        }
+        return files_.kindOf(joinPath(folder, entry->name)) == kind;
+    }
+
+    const FileTree& files_;
+    std::vector<std::string> packages_;
+    std::string classFolder_;            // of the class that the symbol may be
+    std::vector<std::string> fileNames_; // with each extension
+};
+
+void addIfFile(const std::string& path, const FileTree& files, Places& places) {
+    if (files.kindOf(path) == Kind::file) {
+        addFile(path, places);
+    }
+}
+
+// The files of a name with "/".
+void addPathFiles(const std::string& name, const Installation& installation, const FileTree& files, Places& places) {
+    if (name.starts_with('/')) {
+        addIfFile(name, files, places);
+        return;
+    }
+    for (const std::string& folder : installation.searchPath) {
+        const std::string path = joinPath(folder, name);
+        addIfFile(path, files, places);
+        for (const std::string& extension : installation.extensions) {
+            addIfFile(std::string(path).append(".").append(extension), files, places);
+        }
+    }
+}
+
+void addSymbolFiles(std::string_view name, const Installation& installation, const FileTree& files, Places& places) {
+    std::vector<std::string> parts = split(name, '.');
+    if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
+        return;
+    }
+    const SymbolQuestion question(std::move(parts), installation.extensions, files);
+    for (const std::string& folder : installation.searchPath) {
+        question.search(folder, places);
+    }
+}
+
+void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins, Places& places) {
+    for (const Builtin& builtin : builtins) {
+        if (builtin.name == name && builtin.className.empty()) {
+            places.push_back({u"built-in (" + builtin.name + u")", {}});
+        }
+    }
+    for (const Builtin& builtin : builtins) {
+        if (builtin.name == name && !builtin.className.empty()) {
+            places.push_back({builtin.name + u" is a built-in method",
+                              builtin.className + (builtin.constructor ? u" constructor" : u" method")});
+        }
+    }
+}
+
+} // namespace
+
+NameSearch::NameSearch(const Installation& installation, const FileTree& files)
+    : installation_(&installation), files_(&files) {}
+
+std::vector<FoundPlace> NameSearch::find(std::u16string_view name) const {
+    Places places;
+    const bool isPath = name.find(u'/') != std::u16string_view::npos;
+    if (const std::optional<std::string> text = toUTF8(name)) {
+        if (isPath) {
+            addPathFiles(*text, *installation_, *files_, places);
+        } else {
+            addSymbolFiles(*text, *installation_, *files_, places);
+        }
+    }
+    if (!isPath && name.find(u'.') == std::u16string_view::npos) {
+        addBuiltins(name, installation_->builtins, places);
+    }
+    return places;
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,96 @@
+#include "standalone/Session.hpp"
+
+#include "standalone/SessionState.hpp"
+#include "standalone/Text.hpp"
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::standalone {
+
+namespace {
+
+std::atomic<const SessionState*> current = nullptr; // NOLINT: the host's services are free functions
+
+// The texts of an installation are UTF-8: they were checked when the manifest was read.
+std::u16string inUTF16(const std::string& text) {
+    return toUTF16(text).value();
+}
+
+std::vector<std::u16string> inUTF16(const std::vector<std::string>& texts) {
+    std::vector<std::u16string> converted;
+    converted.reserve(texts.size());
+    for (const auto& text : texts) {
+        converted.push_back(inUTF16(text));
+    }
+    return converted;
+}
+
+std::vector<std::vector<std::u16string>> inUTF16(const std::vector<std::vector<std::string>>& lists) {
+    std::vector<std::vector<std::u16string>> converted;
+    converted.reserve(lists.size());
+    for (const auto& texts : lists) {
+        converted.push_back(inUTF16(texts));
+    }
+    return converted;
+}
+
+std::optional<std::u16string> inUTF16(const std::optional<std::string>& text) {
+    return text ? std::optional(inUTF16(*text)) : std::nullopt;
+}
+
+// Without its roots an installation would answer nothing, silently. A search folder may be missing.
+void requireRoots(const Installation& installation, const FileTree& files) {
+    const auto require = [&](const std::string& folder, const std::string& key) {
+        if (files.kindOf(folder) != FileTree::Kind::folder) {
+            throw std::runtime_error(installation.manifest + ": key \"" + key + "\": there is no folder " + folder
+                                     + ": make it, or say where it is");
+        }
+    };
+    require(installation.root, "root");
+    if (installation.supportPackageRoot) {
+        require(*installation.supportPackageRoot, "supportPackageRoot");
+    }
+}
+
+std::optional<SupportStore> openStore(const Installation& installation) {
+    return installation.supportStore
+               ? std::optional<SupportStore>(std::in_place, *installation.supportStore, installation.root)
+               : std::nullopt;
+}
+
+} // namespace
+
+SessionState::SessionState(Installation opened)
+    : installation(std::move(opened)), search(installation, files), store(openStore(installation)),
+      root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
+      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
+    requireRoots(installation, files);
+}
+
+const SessionState& currentSession() {
+    const auto* state = current.load();
+    if (state == nullptr) {
+        throw std::logic_error("a service of the host was asked for outside a session: open a Session first");
+    }
+    return *state;
+}
+
+Session::Session(const std::string& fileOrFolder)
+    : state_(std::make_unique<const SessionState>(readInstallation(fileOrFolder))) {
+    const SessionState* none = nullptr;
+    if (!current.compare_exchange_strong(none, state_.get())) {
+        throw std::logic_error("this process has an open session already: close it before opening another");
+    }
+}
+
+Session::~Session() {
+    current = nullptr;
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,132 @@
+#include "standalone/SupportRecords.hpp"
+
+#include "host/Paths.hpp"
+#include "standalone/JsonInput.hpp"
+#include "standalone/PathText.hpp"
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using nlohmann::json;
+
+std::u16string textOf(const json& value, std::string_view key) {
+    const auto* const text = value.get_ptr<const std::string*>();
+    const auto units = text == nullptr ? std::nullopt : toUTF16(*text);
+    if (!units || units->empty()) {
+        failAtKey(key, "a text that is not empty", &value);
+    }
+    return *units;
+}
+
+std::vector<std::u16string> textsOf(const json& value, std::string_view key) {
+    std::vector<std::u16string> texts;
+    texts.reserve(value.size());
+    for (const auto& element : value) {
+        texts.push_back(textOf(element, key));
+    }
+    return texts;
+}
+
+bool readFlag(const json& record, std::string_view key) {
+    const auto* const value = findValue(record, key);
+    if (value != nullptr && !value->is_boolean()) {
+        failAtKey(key, "true or false", value);
+    }
+    return value != nullptr && value->get<bool>();
+}
+
+std::array<bool, 6> readSupportFlags(const json& record) {
+    std::array<bool, 6> flags{};
+    if (const auto* const value = findValue(record, "supportFlags")) {
+        const auto isBoolean = [](const json& element) { return element.is_boolean(); };
+        if (!value->is_array() || value->size() != flags.size()
+            || !std::all_of(value->begin(), value->end(), isBoolean)) {
+            failAtKey("supportFlags", "a list of exactly six of true and false", value);
+        }
+        std::copy(value->begin(), value->end(), flags.begin());
+    }
+    return flags;
+}
+
+std::u16string readPath(const json& record, bool isBuiltin, std::string_view root) {
+    const auto* const value = findValue(record, "path");
+    if (value == nullptr) {
+        failAtKey("path", "the path of a file, or the text of a built-in", value);
+    }
+    auto path = textOf(*value, "path");
+    if (isBuiltin) {
+        return path;
+    }
+    if (path.find(u'\0') != std::u16string::npos) {
+        failAtKey("path", "the path of a file, in which there is no character 0", value);
+    }
+    return toUTF16(absolutePath(value->get_ref<const std::string&>(), root)).value();
+}
+
+std::vector<std::u16string> readNames(const json& record, const std::u16string& path, bool isBuiltin) {
+    const auto* const value = findValue(record, "name");
+    if (value == nullptr) {
+        auto name = isBuiltin ? path : kelwhich::qualifiedNameForPath(path);
+        if (name.empty()) {
+            failAtKey("name", "a name to find the record by, since its path defines none", value);
+        }
+        return {std::move(name)};
+    }
+    if (value->is_string()) {
+        return {textOf(*value, "name")};
+    }
+    if (!value->is_array() || value->empty()) {
+        failAtKey("name", "a text or a list of texts", value);
+    }
+    auto names = textsOf(*value, "name");
+    auto sorted = names;
+    std::sort(sorted.begin(), sorted.end());
+    if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) {
+        failAtKey("name", "no name twice");
+    }
+    return names;
+}
+
+std::u16string readSymbol(const json& record, bool isRedirect, const std::u16string& firstName) {
+    const auto* const value = findValue(record, "symbol");
+    if (value == nullptr && isRedirect) {
+        failAtKey("symbol", "the name that the redirect leads to", value);
+    }
+    return value == nullptr ? firstName : textOf(*value, "symbol");
+}
+
+std::vector<std::u16string> readUnsupportedSymbols(const json& record) {
+    const auto* const value = findValue(record, "unsupportedSymbols");
+    if (value != nullptr && !value->is_array()) {
+        failAtKey("unsupportedSymbols", "a list of texts", value);
+    }
+    return value == nullptr ? std::vector<std::u16string>() : textsOf(*value, "unsupportedSymbols");
+}
+
+} // namespace
+
+SupportRecord readSupportRecord(std::string_view line, std::string_view root) {
+    const auto json = parseJson(line);
+    if (!json.is_object()) {
+        throw std::runtime_error(R"(expected a record, such as {"path": "library/wave.vk"})");
+    }
+    refuseUnknownKeys(json, {"path", "name", "builtin", "redirect", "symbol", "supportFlags", "unsupportedSymbols"});
+    SupportRecord record;
+    auto& entry = record.entry;
+    entry.isBuiltin = readFlag(json, "builtin");
+    entry.isRedirect = readFlag(json, "redirect");
+    entry.supportFlags = readSupportFlags(json);
+    entry.path = readPath(json, entry.isBuiltin, root);
+    record.names = readNames(json, entry.path, entry.isBuiltin);
+    entry.symbol = readSymbol(json, entry.isRedirect, record.names.front());
+    entry.unsupportedSymbols = readUnsupportedSymbols(json);
+    return record;
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,55 @@
+#include "standalone/SupportStore.hpp"
+
+#include "standalone/SupportStoreFile.hpp"
+#include "standalone/Text.hpp"
+
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+SupportStore::Record recordOf(const SupportStoreFile& file, const StoreEntry& entry) {
+    auto record = decodeRecord(entry.key, entry.value);
+    if (!record) {
+        file.fail("is damaged: a record is not in the store's format");
+    }
+    return std::make_shared<const tessapp::internal::screener::meta::SupportEntry>(std::move(record->entry));
+}
+
+} // namespace
+
+SupportStore::SupportStore(const std::string& file, std::string_view root)
+    : file_(std::make_unique<const SupportStoreFile>(file)) {
+    const auto& builtFor = file_->info().root;
+    if (toUTF16(root) != builtFor) {
+        file_->fail("was built for the root \"" + toUTF8(builtFor).value_or("?") + "\", not for \"" + std::string(root)
+                    + "\"");
+    }
+}
+
+SupportStore::SupportStore(SupportStore&&) noexcept = default;
+SupportStore& SupportStore::operator=(SupportStore&&) noexcept = default;
+SupportStore::~SupportStore() = default;
+
+std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
+    const auto entry = StoreSearch(*file_, encodeKey(EntryKind::file, path)).next();
+    return entry ? std::optional(recordOf(*file_, *entry)) : std::nullopt;
+}
+
+std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view symbol) const {
+    std::vector<Record> records;
+    std::uint32_t last = 0; // no entry begins there
+    StoreSearch search(*file_, encodeKey(EntryKind::name, symbol));
+    while (const auto entry = search.next()) {
+        const auto reference = decodeReference(entry->value);
+        if (!reference || reference->position <= last) {
+            file_->fail("is damaged: the records of a name are not in their order");
+        }
+        last = reference->position;
+        records.push_back(recordOf(*file_, file_->entryAt(*reference)));
+    }
+    return records;
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,45 @@
+// The support store: the records of the code generator's support metadata in one constant database file.
+//
+// The file is mapped and never written; nothing is parsed when it is opened. Texts are UTF-16 code units.
+// Threads: look-ups from any thread, at the same time.
+// Lifetime: a record handed out owns its texts and outlives the store.
+// Errors: std::runtime_error with one line that names the file and says what to do.
+#pragma once
+
+#include "tessapp/internal/screener/meta/SupportEntry.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::standalone {
+
+class SupportStoreFile;
+
+class SupportStore {
+public:
+    using Record = std::shared_ptr<const tessapp::internal::screener::meta::SupportEntry>;
+
+    // Opens the store that was built for an installation with that root (UTF-8).
+    // Errors: no such file, not a regular file, not a store, another version, another root, cut short. What is damaged
+    // inside is an error of the look-ups that come upon it: a record is never altered, but damaged keys and hash tables
+    // may hide one.
+    SupportStore(const std::string& file, std::string_view root);
+    SupportStore(SupportStore&&) noexcept;
+    SupportStore& operator=(SupportStore&&) noexcept;
+    ~SupportStore();
+
+    // The record of one file, or nothing; built-in records are not found by path.
+    // Errors: a damaged record.
+    std::optional<Record> findByPath(std::u16string_view path) const;
+    // The records of a name, in the order of their lines when the store was built.
+    // Errors: a damaged record.
+    std::vector<Record> findBySymbol(std::u16string_view symbol) const;
+
+private:
+    std::unique_ptr<const SupportStoreFile> file_;
+};
+
+} // namespace tessgen::standalone

@@ -1,0 +1,132 @@
+#include "standalone/SupportStoreBuilder.hpp"
+
+#include "standalone/JsonInput.hpp"
+#include "standalone/NewFile.hpp"
+#include "standalone/SupportRecords.hpp"
+#include "standalone/SupportStoreWriter.hpp"
+#include "standalone/Text.hpp"
+
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+
+namespace tessgen::standalone {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+// Reads a file line by line, of whatever length.
+class LineReader {
+public:
+    explicit LineReader(const std::string& file) : file_(file), stream_(std::fopen(file.c_str(), "re"), std::fclose) {
+        if (!stream_) {
+            fail("cannot be opened");
+        }
+    }
+    LineReader(const LineReader&) = delete;
+    LineReader& operator=(const LineReader&) = delete;
+    ~LineReader() { std::free(line_); } // NOLINT(cppcoreguidelines-no-malloc): getline allocates it
+
+    // The next line without its end, or nothing at the end of the file; valid until the next call.
+    std::optional<std::string_view> next() {
+        const auto length = getline(&line_, &capacity_, stream_.get());
+        if (length < 0) {
+            if (std::ferror(stream_.get()) != 0 || std::feof(stream_.get()) == 0) {
+                fail("cannot be read");
+            }
+            return std::nullopt;
+        }
+        ++number_;
+        std::string_view line(line_, static_cast<std::size_t>(length));
+        if (number_ == 1 && line.starts_with(byteOrderMark)) {
+            line.remove_prefix(byteOrderMark.size());
+        }
+        return line.substr(0, line.find_last_not_of("\r\n") + 1);
+    }
+
+    std::uint64_t number() const { return number_; }
+    // How an error names the current line.
+    std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
+
+private:
+    [[noreturn]] void fail(const char* what) const {
+        throw std::runtime_error(file_ + ": " + what + ": " + std::generic_category().message(errno));
+    }
+
+    std::string file_;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
+    char* line_ = nullptr;
+    std::size_t capacity_ = 0;
+    std::uint64_t number_ = 0;
+};
+
+// The files that have a record, kept as hashes of their paths, since the paths themselves may not fit into memory.
+class KnownFiles {
+public:
+    // The line of an earlier record of the same file, if there is one; else the file is known from now on.
+    std::optional<std::uint64_t> lineOf(const std::u16string& path, std::uint64_t line, SupportStoreWriter& written) {
+        const auto [known, isNew] = lines_.try_emplace(std::hash<std::u16string>()(path), line);
+        if (isNew || !written.hasFile(path)) {
+            return std::nullopt;
+        }
+        return known->second;
+    }
+
+private:
+    boost::unordered_flat_map<std::size_t, std::uint64_t> lines_;
+};
+
+SupportRecord readRecord(const LineReader& lines, std::string_view line, const std::string& root) {
+    try {
+        return readSupportRecord(line, root);
+    } catch (const JsonSyntaxError& error) {
+        throw std::runtime_error(lines.place() + std::to_string(error.column) + ": " + error.what());
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(lines.place() + " " + error.what());
+    }
+}
+
+bool isBlank(std::string_view line) {
+    return line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+} // namespace
+
+StoreBuildResult buildSupportStore(const std::string& records, const std::string& output, const std::string& root) {
+    LineReader lines(records);
+    if (std::error_code absent; std::filesystem::equivalent(records, output, absent)) {
+        throw std::runtime_error(output + ": holds the records, and the store must not replace them; "
+                                 + "name another file with --output");
+    }
+    NewFile file(output);
+    SupportStoreWriter writer(file);
+    KnownFiles known;
+    while (const auto line = lines.next()) {
+        if (isBlank(*line)) {
+            continue;
+        }
+        const auto record = readRecord(lines, *line, root);
+        if (!record.entry.isBuiltin) {
+            if (const auto earlier = known.lineOf(record.entry.path, lines.number(), writer)) {
+                throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "
+                                         + std::to_string(*earlier));
+            }
+        }
+        writer.add(record);
+    }
+    const StoreBuildResult result{writer.finish(toUTF16(root).value())};
+    file.replaceTarget();
+    return result;
+}
+
+} // namespace tessgen::standalone

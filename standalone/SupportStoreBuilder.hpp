@@ -1,0 +1,19 @@
+// Builds a support store from JSON Lines, one record a line.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tessgen::standalone {
+
+struct StoreBuildResult {
+    std::uint64_t records;
+};
+
+// Reads `records` (a file of JSON Lines) in one pass and writes the store for the installation `root` (UTF-8) to a
+// new file beside `output`, which then takes the place of `output` in one rename: a reader sees the old store or the
+// new one. When anything fails, `output` is as it was and the new file is gone.
+// Errors: std::runtime_error with one line: the file, the line's number and what was expected.
+StoreBuildResult buildSupportStore(const std::string& records, const std::string& output, const std::string& root);
+
+} // namespace tessgen::standalone

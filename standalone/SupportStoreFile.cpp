@@ -1,0 +1,138 @@
+#include "standalone/SupportStoreFile.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+std::string errorText(int error) {
+    return std::generic_category().message(error);
+}
+
+} // namespace
+
+SupportStoreFile::SupportStoreFile(std::string file) : file_(std::move(file)) {
+    map();
+    readInfo();
+}
+
+void SupportStoreFile::map() {
+    // Without O_NONBLOCK, opening a FIFO would wait for a writer.
+    const int descriptor = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        fail(errno == ENOENT ? "there is no such support store" : "cannot be opened: " + errorText(errno));
+    }
+    struct stat status {};
+    const bool known = fstat(descriptor, &status) == 0;
+    const bool large = known && S_ISREG(status.st_mode) && status.st_size >= databaseHeaderSize;
+    const bool mapped = large && cdb_init(&mapping_.database, descriptor) == 0;
+    const int error = errno;
+    close(descriptor); // the mapping does not need it
+    if (!known || (large && !mapped)) {
+        fail("cannot be read: " + errorText(error));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        fail("is not a regular file");
+    }
+    if (!large) {
+        fail("is not a support store, or is cut short");
+    }
+    checkTableSlots(static_cast<std::uint64_t>(status.st_size));
+}
+
+// The hash tables lie one after the other between the entries and the end of the file, so every cut shows here.
+void SupportStoreFile::checkTableSlots(std::uint64_t fileSize) const {
+    const auto slots = bytes(0, databaseHeaderSize);
+    std::uint64_t tablesEnd = numberFrom(slots);
+    bool consistent = tablesEnd >= databaseHeaderSize;
+    for (std::size_t slot = 0; slot < databaseHeaderSize; slot += databaseSlotSize) {
+        consistent = consistent && numberFrom(slots.substr(slot)) == tablesEnd;
+        tablesEnd += std::uint64_t{numberFrom(slots.substr(slot + databaseSlotSize / 2))} * databasePlaceSize;
+    }
+    if (!consistent) {
+        fail("is not a support store, or is damaged");
+    }
+    if (tablesEnd != fileSize) {
+        fail("is cut short or has grown: it holds " + std::to_string(fileSize) + " bytes where "
+             + std::to_string(tablesEnd) + " were written");
+    }
+}
+
+void SupportStoreFile::readInfo() {
+    const auto entry = StoreSearch(*this, encodeKey(EntryKind::info)).next();
+    const auto info = entry ? decodeInfo(entry->value) : std::nullopt;
+    if (!info) {
+        fail("is not a support store");
+    }
+    if (info->version != storeVersion) {
+        fail("has the format of another version of this program");
+    }
+    info_ = *info;
+}
+
+std::string_view SupportStoreFile::bytes(std::uint32_t position, std::uint32_t length) const {
+    const auto* const begin = static_cast<const char*>(cdb_get(&mapping_.database, length, position));
+    if (begin == nullptr) {
+        fail("is damaged: an entry would lie outside the file");
+    }
+    return {begin, length};
+}
+
+StoreEntry SupportStoreFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
+    if (bytes.size() < std::size_t{keyLength} + checksumSize) {
+        fail("is damaged: an entry is too short");
+    }
+    const auto checksum = numberFrom(bytes.substr(bytes.size() - checksumSize));
+    const auto content = bytes.substr(0, bytes.size() - checksumSize);
+    if (checksumOf(content) != checksum) {
+        fail("is damaged: the checksum of an entry is wrong");
+    }
+    return {content.substr(0, keyLength), content.substr(keyLength), checksum};
+}
+
+StoreEntry SupportStoreFile::entryAt(const EntryReference& reference) const {
+    const auto header = bytes(reference.position, databaseEntryHeaderSize);
+    const auto keyLength = numberFrom(header);
+    const auto valueLength = numberFrom(header.substr(databaseEntryHeaderSize / 2));
+    if (std::uint64_t{keyLength} + valueLength != reference.length) {
+        fail("is damaged: an entry is not as long as it was");
+    }
+    const auto entry = checkedEntry(bytes(reference.position + databaseEntryHeaderSize, reference.length), keyLength);
+    if (entry.checksum != reference.checksum) {
+        fail("is damaged: an entry is not the one that was written there");
+    }
+    return entry;
+}
+
+void SupportStoreFile::fail(const std::string& what) const {
+    throw std::runtime_error(file_ + ": " + what + "; build it anew with: kelwhich store build RECORDS.jsonl");
+}
+
+StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key)
+    : file_(&file), key_(std::move(key)), database_(file.mapping_.database) {
+    // A key that the database cannot even count the length of is in no entry.
+    const bool possible = key_.size() <= databaseSizeLimit;
+    const auto length = static_cast<unsigned>(possible ? key_.size() : 0);
+    started_ = possible ? cdb_findinit(&find_, &database_, key_.data(), length) : 0;
+}
+
+std::optional<StoreEntry> StoreSearch::next() {
+    const int found = started_ > 0 ? cdb_findnext(&find_) : started_;
+    if (found < 0) {
+        file_->fail("is damaged: a hash table leads out of the file");
+    }
+    if (found == 0) {
+        return std::nullopt;
+    }
+    const auto length = cdb_keylen(&database_) + cdb_datalen(&database_);
+    return file_->checkedEntry(file_->bytes(cdb_keypos(&database_), length), cdb_keylen(&database_));
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,84 @@
+// A support store's file, opened for reading: its entries, each checked before it is handed out.
+//
+// The file is mapped. A build replaces it and never writes into it, so what is mapped stays what it was.
+// Threads: any, at the same time.
+// Lifetime: entries are views into the file's memory.
+// Errors: std::runtime_error, one line that names the file and says what to do.
+#pragma once
+
+#include "standalone/SupportStoreFormat.hpp"
+
+#include <cdb.h>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tessgen::standalone {
+
+struct StoreEntry {
+    std::string_view key;
+    std::string_view value; // without its checksum
+    std::uint32_t checksum;
+};
+
+class SupportStoreFile {
+public:
+    // Errors: no such file, not a regular file, not a store, another version, cut short.
+    explicit SupportStoreFile(std::string file);
+    SupportStoreFile(const SupportStoreFile&) = delete;
+    SupportStoreFile& operator=(const SupportStoreFile&) = delete;
+    ~SupportStoreFile() = default;
+
+    const StoreInfo& info() const { return info_; }
+
+    // The entry that a reference leads to.
+    // Errors: there is no such entry, or it is damaged.
+    StoreEntry entryAt(const EntryReference& reference) const;
+
+    // Throws an error that says what is wrong with the file and how to get a good one.
+    [[noreturn]] void fail(const std::string& what) const;
+
+private:
+    friend class StoreSearch;
+
+    struct Mapping {
+        Mapping() = default;
+        Mapping(const Mapping&) = delete;
+        Mapping& operator=(const Mapping&) = delete;
+        ~Mapping() { cdb_free(&database); }
+        struct cdb database {};
+    };
+
+    void map();
+    void checkTableSlots(std::uint64_t fileSize) const;
+    void readInfo();
+    std::string_view bytes(std::uint32_t position, std::uint32_t length) const;
+    StoreEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
+
+    std::string file_;
+    Mapping mapping_;
+    StoreInfo info_;
+};
+
+// Finds the entries of one key, in the order in which they were written.
+// Lifetime: the file outlives the search. Threads: one.
+class StoreSearch {
+public:
+    StoreSearch(const SupportStoreFile& file, std::string key);
+    StoreSearch(const StoreSearch&) = delete;
+    StoreSearch& operator=(const StoreSearch&) = delete;
+
+    // The next entry, or nothing after the last.
+    // Errors: a damaged entry or table.
+    std::optional<StoreEntry> next();
+
+private:
+    const SupportStoreFile* file_;
+    std::string key_;
+    struct cdb database_; // a copy, since finding writes into it; the mapped memory is shared
+    struct cdb_find find_ {};
+    int started_; // as the database says: more than 0 when there may be entries, less when a table is damaged
+};
+
+} // namespace tessgen::standalone

@@ -1,0 +1,40 @@
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <utf8.h>
+
+namespace tessgen::standalone {
+
+std::optional<std::u16string> toUTF16(std::string_view text) {
+    if (!utf8::is_valid(text.begin(), text.end())) {
+        return std::nullopt;
+    }
+    std::u16string result(text.size(), u'\0'); // a code unit needs at least one byte
+    const char16_t* end = utf8::unchecked::utf8to16(text.begin(), text.end(), result.data());
+    result.resize(static_cast<std::size_t>(end - result.data()));
+    return result;
+}
+
+std::optional<std::string> toUTF8(std::u16string_view text) {
+    std::string result(text.size() * 3, '\0'); // no code unit needs more bytes
+    try {
+        const char* end = utf8::utf16to8(text.begin(), text.end(), result.data());
+        result.resize(static_cast<std::size_t>(end - result.data()));
+    } catch (const utf8::exception&) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+std::vector<std::string> split(std::string_view text, char separator) {
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, begin), text.size());
+        parts.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return parts;
+}
+
+} // namespace tessgen::standalone

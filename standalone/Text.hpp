@@ -1,0 +1,22 @@
+// Text between the two encodings that meet here: UTF-8 on disks, in files and on terminals, UTF-16 in the services.
+//
+// Threads: any.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::standalone {
+
+// Nothing when `text` is not UTF-8 (surrogates, overlong forms and cut-off sequences included).
+std::optional<std::u16string> toUTF16(std::string_view text);
+
+// Nothing when `text` holds a lone surrogate.
+std::optional<std::string> toUTF8(std::u16string_view text);
+
+// The parts between separators, empty ones included; at least one.
+std::vector<std::string> split(std::string_view text, char separator);
+
+} // namespace tessgen::standalone

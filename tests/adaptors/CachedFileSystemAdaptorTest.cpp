@@ -1,0 +1,61 @@
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+
+#include "tests/support/World.hpp"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace tessgen::test {
+namespace {
+
+TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
+    for (const bool nested : {false, true}) {
+        World world;
+        world.files = {u"/w/f.vk"};
+        world.kelFiles = {u"/w/f.vk"};
+        std::unique_ptr<kelwhich::FileSystem> inner = std::make_unique<FakeFileSystem>(world);
+        if (nested) {
+            inner = std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(inner));
+        }
+        const kelwhich::CachedFileSystemAdaptor files(std::move(inner));
+        EXPECT_EQ(world.questions(), Texts());
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_TRUE(files.exists(u"/w/f.vk"));
+            EXPECT_FALSE(files.exists(u"/W/f.vk"));
+            EXPECT_FALSE(files.exists(u"/w/f.vk/"));
+            EXPECT_EQ(files.orvakroot(), u"/h");
+            EXPECT_EQ(files.spkgroot(), std::nullopt);
+            world.files.clear();
+            world.orvakroot = u"/other";
+            world.spkgroot = u"/s";
+        }
+        EXPECT_EQ(world.questions(),
+                  (Texts{u"exists /w/f.vk", u"exists /W/f.vk", u"exists /w/f.vk/", u"orvakroot", u"spkgroot"}));
+        EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
+        EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
+        EXPECT_EQ(world.questions().size(), 2U);
+    }
+}
+
+TEST(CachedFileSystemAdaptor, KeepsNothingOfAFailure) {
+    World world;
+    world.failure = std::make_exception_ptr(std::runtime_error("disk"));
+    world.files = {u"/f"};
+    const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
+    world.failing = 0;
+    EXPECT_THROW(files.exists(u"/f"), std::runtime_error);
+    EXPECT_TRUE(files.exists(u"/f"));
+#ifndef __SANITIZE_THREAD__ // its std::call_once never returns after a throw
+    world.failing = 2;
+    EXPECT_THROW(files.orvakroot(), std::runtime_error);
+    EXPECT_EQ(files.orvakroot(), u"/h");
+    world.failing = 4;
+    EXPECT_THROW(files.spkgroot(), std::runtime_error);
+    EXPECT_EQ(files.spkgroot(), std::nullopt);
+    EXPECT_EQ(world.questions().size(), 6U);
+#endif
+}
+
+} // namespace
+} // namespace tessgen::test

@@ -1,0 +1,117 @@
+#include "host/Paths.hpp"
+
+#include "tests/support/World.hpp"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <regex>
+
+namespace tessgen::kelwhich {
+namespace {
+
+// Inputs and outputs are ASCII in these tables.
+std::u16string wide(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+std::string inQuotes(std::u16string_view text) {
+    return '"' + std::string(text.begin(), text.end()) + '"';
+}
+std::string truth(bool value) {
+    return value ? "true" : "false";
+}
+
+std::string classFolder(const std::u16string& path) {
+    const auto info = getClassFolderInfo(path);
+    return info ? inQuotes(info->classFolder) + ", " + inQuotes(info->className) : "nothing";
+}
+
+using Arguments = std::vector<std::u16string>;
+using Helper = std::string (*)(const Arguments&);
+const std::map<std::string, Helper> helpers = {
+    {"beginsWith", [](const Arguments& a) { return truth(beginsWith(a.at(0), a.at(1))); }},
+    {"replacePrefix", [](const Arguments& a) { return inQuotes(replacePrefix(a.at(0), a.at(1), a.at(2))); }},
+    {"parentDirectory", [](const Arguments& a) { return inQuotes(parentDirectory(a.at(0))); }},
+    {"fileName", [](const Arguments& a) { return inQuotes(fileName(a.at(0))); }},
+    {"fileExtension", [](const Arguments& a) { return inQuotes(fileExtension(a.at(0))); }},
+    {"fileStem", [](const Arguments& a) { return inQuotes(fileStem(a.at(0))); }},
+    {"containsSeparator", [](const Arguments& a) { return truth(containsSeparator(a.at(0))); }},
+    {"packageRootFolder", [](const Arguments& a) { return inQuotes(packageRootFolder(a.at(0))); }},
+    {"qualifiedNameForPath", [](const Arguments& a) { return inQuotes(qualifiedNameForPath(a.at(0))); }},
+    {"getClassFolderInfo", [](const Arguments& a) { return classFolder(a.at(0)); }},
+};
+
+// Checks one row such as `"/w/f.vk" -> "/w"`.
+void check(const std::string& helper, const std::string& row) {
+    const auto arrow = row.find("->");
+    ASSERT_NE(arrow, std::string::npos) << row;
+    const auto inputs = row.substr(0, arrow);
+    const std::regex text("\"([^\"]*)\"");
+    Arguments arguments;
+    for (std::sregex_iterator it(inputs.begin(), inputs.end(), text), end; it != end; ++it) {
+        arguments.push_back(wide((*it)[1]));
+    }
+    auto output = row.substr(arrow + 3);
+    output = output.substr(0, output.find(':'));
+    EXPECT_EQ(helpers.at(helper)(arguments), output) << helper << ": " << row;
+}
+
+// The rows of a header's comments, each with the function that is declared below it.
+TEST(Paths, DoWhatTheirCommentsShow) {
+    std::map<std::string, int> rowsOf;
+    for (const char* header : {"/host/Paths.hpp", "/include/tessgen/kelwhich/ClassFolderInfo.hpp"}) {
+        std::ifstream file(KELWHICH_SOURCE_DIR + std::string(header));
+        ASSERT_TRUE(file);
+        std::vector<std::string> rows;
+        const std::regex function("(\\w+)\\(.*\\)[ a-z]*[;{]");
+        for (std::string line; std::getline(file, line);) {
+            std::smatch match;
+            if (line.rfind("//   \"", 0) == 0) {
+                rows.push_back(line.substr(2));
+            } else if (!rows.empty() && std::regex_search(line, match, function)) {
+                for (const auto& row : rows) {
+                    check(match[1], row);
+                }
+                rowsOf[match[1]] = static_cast<int>(rows.size());
+                rows.clear();
+            }
+        }
+    }
+    EXPECT_EQ(rowsOf.size(), helpers.size());
+}
+
+// Rows beyond what a reader needs to see.
+TEST(Paths, HoldAtTheEdges) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"parentDirectory", R"("" -> "")"},
+        {"parentDirectory", R"("/a/" -> "/a")"},
+        {"parentDirectory", R"("//" -> "/")"},
+        {"fileName", R"("" -> "")"},
+        {"fileStem", R"("" -> "")"},
+        {"fileStem", R"("a/b." -> "b")"},
+        {"fileExtension", R"(".vk" -> "vk")"},
+        {"getClassFolderInfo", R"("C.vk" -> nothing)"},
+        {"getClassFolderInfo", R"("/w/Private/f.vk" -> nothing)"},
+        {"getClassFolderInfo", R"("/w/@/f.vk" -> "/w/@", "")"},
+        {"getClassFolderInfo", R"("/w/@C/private/" -> "/w/@C", "C")"},
+        {"getClassFolderInfo", R"("private/f.vk" -> nothing)"},
+        {"packageRootFolder", R"("/w/private/private/f.vk" -> "/w/private")"},
+        {"packageRootFolder", R"("/w/+/f.vk" -> "/w")"},
+        {"packageRootFolder", R"("+p/f.vk" -> "")"},
+        {"packageRootFolder", R"("/r/kel/" -> "/r/kel")"},
+        {"qualifiedNameForPath", R"("" -> "")"},
+        {"qualifiedNameForPath", R"("a.b" -> "a.b")"},
+        {"qualifiedNameForPath", R"("/w/@C/private/C.vk" -> "C")"},
+        {"qualifiedNameForPath", R"("/w/+p/private/f.vk" -> "f")"},
+        {"qualifiedNameForPath", R"("/w/@/.vk" -> "")"},
+        {"qualifiedNameForPath", R"("/w/+/@/+q/f.vk" -> "..q.f")"},
+        {"qualifiedNameForPath", R"("/+a/+b/+c/+d/+e/+f/+g/+h/+i/+j/f.vk" -> "a.b.c.d.e.f.g.h.i.j.f")"},
+    };
+    for (const auto& [helper, row] : rows) {
+        check(helper, row);
+    }
+}
+
+} // namespace
+} // namespace tessgen::kelwhich

@@ -1,0 +1,37 @@
+#include "tests/support/Model.hpp"
+#include "tests/support/RandomWorld.hpp"
+#include "tests/support/RecordingHost.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+
+namespace tessgen::test {
+namespace {
+
+TEST(RandomWorlds, AreResolvedAsTheModelSays) {
+    constexpr std::size_t worlds = 20000;
+    std::size_t candidates = 0;
+    std::size_t longLists = 0;
+    WorldMaker maker(20261121);
+    for (std::size_t i = 0; i < worlds; ++i) {
+        auto made = maker.make();
+        RecordingHost::reset().sourceCodeDirs = made.sourceCodeDirs;
+        const Model model(made.world, made.sourceCodeDirs);
+        const auto resolver = makeResolver(made.world);
+        for (const auto& name : made.names) {
+            const auto expected = model.resolve(name);
+            ASSERT_EQ(resolver.unorderedResolveWithoutRedirect(name), model.gathered(name)) << "world " << i;
+            ASSERT_EQ(resolver.resolveWithoutRedirect(name), model.ordered(name)) << "world " << i;
+            ASSERT_EQ(resolver.resolve(name), expected) << "world " << i;
+            candidates += expected.size();
+            longLists += expected.size() > 3 ? 1U : 0U;
+        }
+    }
+    // The worlds are worth something: many names have several candidates.
+    EXPECT_GT(candidates, 4 * worlds);
+    EXPECT_GT(longLists, worlds / 2);
+}
+
+} // namespace
+} // namespace tessgen::test

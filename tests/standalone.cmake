@@ -1,0 +1,14 @@
+# The stand-alone host, by its object files.
+add_unit_tests(
+  standalone_tests
+  SOURCES
+  standalone/InstallationTest.cpp
+  standalone/NameSearchTest.cpp
+  standalone/SupportStoreBuilderTest.cpp
+  standalone/SupportStoreTest.cpp
+  standalone/TextTest.cpp
+  LIBRARIES
+  kelwhich_standalone_objects
+  kelwhich_paths
+  kelwhich_standalone_needs)
+target_compile_definitions(standalone_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")

@@ -1,0 +1,153 @@
+// A small world for a resolver: what its three collaborators know, and a record of what they were asked.
+#pragma once
+
+#include "host/Paths.hpp"
+#include "tessapp/internal/screener/meta/SupportEntry.hpp"
+#include "tessgen/kelwhich/KELWhichResolver.hpp"
+
+#include <cstddef>
+#include <exception>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::test {
+
+using kelwhich::SupportEntry;
+using kelwhich::WhichResult;
+using Type = kelwhich::WhichResultType;
+using Texts = std::vector<std::u16string>;
+using Results = std::vector<WhichResult>;
+
+struct Record {
+    Texts names;
+    std::shared_ptr<const SupportEntry> entry;
+};
+
+struct World {
+    std::map<std::u16string, Results> hostAnswers;
+    std::vector<Record> records;
+    std::set<std::u16string> files;
+    std::set<std::u16string> kelFiles; // those that are on the KEL path
+    std::u16string orvakroot = u"/h";
+    std::optional<std::u16string> spkgroot;
+
+    // The questions, in order; the one with the index `failing` throws `failure` instead of an answer.
+    Texts asked;
+    std::optional<std::size_t> failing;
+    std::exception_ptr failure;
+
+    void add(const Texts& names, const SupportEntry& entry) {
+        records.push_back({names, std::make_shared<const SupportEntry>(entry)});
+    }
+
+    void ask(const std::u16string& question, const std::u16string& argument = u"") {
+        asked.push_back(argument.empty() ? question : question + u" " + argument);
+        if (failing == asked.size() - 1) {
+            std::rethrow_exception(failure);
+        }
+    }
+
+    // What was asked since the last call of this.
+    Texts questions() { return std::exchange(asked, {}); }
+};
+
+class FakeWhichResolver final : public kelwhich::WhichResolver {
+public:
+    explicit FakeWhichResolver(World& world) : world_(&world) {}
+    FakeWhichResolver(const FakeWhichResolver&) = delete;
+    FakeWhichResolver& operator=(const FakeWhichResolver&) = delete;
+    Results which(const std::u16string& name) const override {
+        world_->ask(u"which", name);
+        const auto answer = world_->hostAnswers.find(name);
+        return answer == world_->hostAnswers.end() ? Results() : answer->second;
+    }
+    ~FakeWhichResolver() override { world_->asked.emplace_back(u"~which"); }
+
+private:
+    World* world_;
+};
+
+class FakeMetadataResolver final : public kelwhich::MetadataResolver {
+public:
+    explicit FakeMetadataResolver(World& world) : world_(&world) {}
+    FakeMetadataResolver(const FakeMetadataResolver&) = delete;
+    FakeMetadataResolver& operator=(const FakeMetadataResolver&) = delete;
+    std::optional<std::shared_ptr<const SupportEntry>> findByPath(const std::u16string& path) const override {
+        world_->ask(u"findByPath", path);
+        for (const auto& record : world_->records) {
+            if (!record.entry->isBuiltin && record.entry->path == path) {
+                return record.entry;
+            }
+        }
+        return std::nullopt;
+    }
+    std::vector<std::shared_ptr<const SupportEntry>> findBySymbol(const std::u16string& symbol) const override {
+        world_->ask(u"findBySymbol", symbol);
+        std::vector<std::shared_ptr<const SupportEntry>> found;
+        for (const auto& record : world_->records) {
+            for (const auto& name : record.names) {
+                if (name == symbol) {
+                    found.push_back(record.entry);
+                }
+            }
+        }
+        return found;
+    }
+    ~FakeMetadataResolver() override { world_->asked.emplace_back(u"~metadata"); }
+
+private:
+    World* world_;
+};
+
+class FakeFileSystem final : public kelwhich::FileSystem {
+public:
+    explicit FakeFileSystem(World& world) : world_(&world) {}
+    FakeFileSystem(const FakeFileSystem&) = delete;
+    FakeFileSystem& operator=(const FakeFileSystem&) = delete;
+    bool exists(const std::u16string& path) const override {
+        world_->ask(u"exists", path);
+        return world_->files.contains(path);
+    }
+    std::u16string orvakroot() const override {
+        world_->ask(u"orvakroot");
+        return world_->orvakroot;
+    }
+    std::optional<std::u16string> spkgroot() const override {
+        world_->ask(u"spkgroot");
+        return world_->spkgroot;
+    }
+    bool isOnKELPath(const std::u16string& path) const override {
+        world_->ask(u"isOnKELPath", path);
+        return world_->kelFiles.contains(path);
+    }
+    ~FakeFileSystem() override { world_->asked.emplace_back(u"~fileSystem"); }
+
+private:
+    World* world_;
+};
+
+// The world outlives the resolver.
+inline kelwhich::KELWhichResolver makeResolver(World& world) {
+    return {std::make_unique<FakeWhichResolver>(world), std::make_unique<FakeMetadataResolver>(world),
+            std::make_unique<FakeFileSystem>(world)};
+}
+
+// A supported record of a file.
+inline SupportEntry supported(const std::u16string& path) {
+    return {.supportFlags = {true}, .symbol = u"s", .path = path, .unsupportedSymbols = {}};
+}
+
+inline SupportEntry builtin(const std::u16string& path) {
+    return {.isBuiltin = true, .symbol = u"s", .path = path, .unsupportedSymbols = {}};
+}
+
+inline SupportEntry redirect(const std::u16string& path, const std::u16string& target) {
+    return {.supportFlags = {true}, .isRedirect = true, .symbol = target, .path = path, .unsupportedSymbols = {}};
+}
+
+} // namespace tessgen::test
