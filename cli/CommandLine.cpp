@@ -1,0 +1,150 @@
+#include "cli/CommandLine.hpp"
+
+#include <fmt/format.h>
+
+#include <getopt.h>
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+constexpr int otherWord = 1; // what getopt answers for a word that is no option
+
+[[noreturn]] void refuse(const std::string& why) {
+    throw std::runtime_error(why + "; see kelwhich --help");
+}
+
+// "-" has getopt hand over words one by one; ":" has it tell a missing argument from an unknown option.
+std::string lettersForGetopt() {
+    std::string letters = "-:";
+    for (const auto& row : optionTable) {
+        letters.append(1, row.letter).append(row.argument == nullptr ? "" : ":");
+    }
+    return letters;
+}
+
+auto namesForGetopt() {
+    std::array<option, optionTable.size() + 1> names{}; // the last one stays empty
+    std::transform(optionTable.begin(), optionTable.end(), names.begin(), [](const OptionRow& row) {
+        return option{row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, row.letter};
+    });
+    return names;
+}
+
+const OptionRow* findOption(int letter) {
+    const auto* const row =
+        std::find_if(optionTable.begin(), optionTable.end(), [letter](const auto& r) { return r.letter == letter; });
+    return row == optionTable.end() ? nullptr : row;
+}
+
+// `word` is the one that getopt stumbled over; `optopt` tells the option, if it is one.
+[[noreturn]] void refuseOption(bool lacksArgument, const char* word) {
+    const auto* const row = findOption(optopt);
+    if (row != nullptr) {
+        refuse(lacksArgument ? fmt::format("option --{} needs its {}", row->name, row->argument)
+                             : fmt::format("option --{} takes no argument", row->name));
+    }
+    refuse(fmt::format("there is no option '{}'", optopt == 0 ? word : std::string{'-', static_cast<char>(optopt)}));
+}
+
+class CommandLineReader {
+public:
+    CommandLineReader(int count, char** words) : count_(count), words_(words) {}
+
+    Request read() {
+        const auto letters = lettersForGetopt();
+        const auto names = namesForGetopt();
+        opterr = 0;
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
+        for (int answer = 0; (answer = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
+            if (answer == otherWord) {
+                takeWord(optarg);
+            } else if (const auto* const row = findOption(answer)) {
+                takeOption(*row);
+            } else {
+                refuseOption(answer == ':', words_[optind - 1]);
+            }
+            if (request_.action == Action::help || request_.action == Action::version) {
+                return request_;
+            }
+        }
+        takeAllOperands();
+        check();
+        return request_;
+    }
+
+private:
+    void takeOption(const OptionRow& row) {
+        if (optarg != nullptr && *optarg == '\0') {
+            refuse(fmt::format("the {} of option --{} is empty", row.argument, row.name));
+        }
+        row.apply(request_, optarg);
+        met_.push_back(&row);
+    }
+
+    void takeWord(const std::string& word) {
+        if (std::exchange(mayBeCommand_, false) && takeCommand(word)) {
+            return;
+        }
+        request_.operands.push_back(word);
+        if (command_->takesNames) {
+            takeAllOperands();
+        }
+    }
+
+    bool takeCommand(const std::string& word) {
+        const auto* const row =
+            std::find_if(commandTable.begin(), commandTable.end(), [&word](const auto& r) { return r.word == word; });
+        if (row == commandTable.end()) {
+            return false;
+        }
+        if (!row->secondWord.empty() && (optind == count_ || words_[optind++] != row->secondWord)) {
+            refuse(fmt::format("'{0}' begins the command '{1}'; for the name: kelwhich -- {0}", word, row->words()));
+        }
+        command_ = row;
+        request_.action = row->action;
+        return true;
+    }
+
+    void takeAllOperands() {
+        request_.operands.insert(request_.operands.end(), words_ + optind, words_ + count_);
+        optind = count_;
+    }
+
+    void check() const {
+        for (const auto* const row : met_) {
+            if ((row->commands & bit(command_->action)) == 0) {
+                refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
+            }
+        }
+        if (request_.operands.empty()) {
+            refuse(fmt::format("{} is missing", command_->operands));
+        }
+        if (!command_->takesNames && request_.operands.size() > 1) {
+            refuse(fmt::format("'{}' takes one {}, not {}", command_->words(), command_->operands,
+                               request_.operands.size()));
+        }
+    }
+
+    int count_;
+    char** words_;
+    Request request_;
+    bool mayBeCommand_ = true;
+    const CommandRow* command_ = commandTable.data();
+    std::vector<const OptionRow*> met_;
+};
+
+} // namespace
+
+Request readCommandLine(int count, char** words) {
+    return CommandLineReader(count, words).read();
+}
+
+} // namespace tessgen::cli

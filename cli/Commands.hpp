@@ -1,0 +1,21 @@
+// What the program does, one function a command. Each returns the exit code; what it throws ends the program with 2.
+#pragma once
+
+#include "cli/CommandLine.hpp"
+
+namespace tessgen::cli {
+
+enum ExitCode {
+    exitYes = 0,     // every name has a candidate; what was asked for is done
+    exitNo = 1,      // a name has no candidate
+    exitNothing = 2, // nothing could be answered or done
+    exitPartly = 3,  // a name was refused or failed, others were answered
+};
+
+// Writes the candidates of every name to standard output, all at once after the last was answered.
+int which(const Request& request);
+
+// Writes the support store anew.
+int storeBuild(const Request& request);
+
+} // namespace tessgen::cli

@@ -1,0 +1,20 @@
+// Text made safe to look at.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tessgen::cli {
+
+// `text` (meant to be UTF-8, but any bytes will do) with everything that a person could not see, or that could rule
+// the terminal, spelled out; a line stays a line. Reversible: two texts never come out the same.
+//   a\b                                 -> a\\b
+//   control and invisible characters    -> \u{1B}, \u{202E}, \u{200B}, \u{A0}
+//   a space at the beginning or the end -> \u{20}
+//   a byte that is not UTF-8            -> \x{FF}
+std::string escaped(std::string_view text);
+
+// A JSON text, with the same characters written as \uXXXX; it means what it meant.
+std::string escapedJSON(std::string_view json);
+
+} // namespace tessgen::cli

@@ -1,0 +1,47 @@
+#include "cli/Manifest.hpp"
+
+#include "cli/Console.hpp"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace tessgen::cli {
+
+namespace {
+
+std::string nearestManifest() {
+    std::error_code unknown;
+    const auto start = std::filesystem::current_path(unknown);
+    if (unknown) {
+        throw std::runtime_error("where the working folder is cannot be told: " + unknown.message()
+                                 + "; name the installation with --installation");
+    }
+    for (auto folder = start;; folder = folder.parent_path()) {
+        const auto manifest = folder / "installation.json";
+        if (std::filesystem::exists(std::filesystem::symlink_status(manifest))) {
+            return manifest.string();
+        }
+        if (folder == folder.parent_path()) {
+            throw std::runtime_error(
+                fmt::format("no installation.json in {} or above; go to a folder that has one, name "
+                            "one with --installation, or set KELWHICH_INSTALLATION",
+                            start.string()));
+        }
+    }
+}
+
+} // namespace
+
+std::string findManifest(const Request& request) {
+    if (request.installation) {
+        return *request.installation;
+    }
+    auto named = environment("KELWHICH_INSTALLATION");
+    return named.empty() ? nearestManifest() : named;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,86 @@
+#include "cli/Options.hpp"
+
+#include "cli/CommandLine.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string>
+
+namespace tessgen::cli {
+
+namespace {
+
+constexpr unsigned everyCommand = bit(Action::which) | bit(Action::storeBuild);
+
+std::string spelled(const CommandRow& row) {
+    return fmt::format("{} {}", row.words(), row.operands);
+}
+
+std::string spelled(const OptionRow& row) {
+    return fmt::format("-{}, --{}{}{}", row.letter, row.name, row.argument == nullptr ? "" : " ",
+                       row.argument == nullptr ? "" : row.argument);
+}
+
+// One line for each row: how it is written, what it does.
+template <typename Table>
+void append(std::string& text, const Table& table) {
+    const auto widest = std::max_element(
+        table.begin(), table.end(), [](const auto& a, const auto& b) { return spelled(a).size() < spelled(b).size(); });
+    for (const auto& row : table) {
+        fmt::format_to(std::back_inserter(text), "  {:{}}  {}\n", spelled(row), spelled(*widest).size(), row.help);
+    }
+}
+
+} // namespace
+
+std::string CommandRow::words() const {
+    return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
+}
+
+const std::array<CommandRow, 2> commandTable{{
+    {Action::which, "which", "", "NAME...", true, "the candidates of each name (the word \"which\" may be left out)"},
+    {Action::storeBuild, "store", "build", "RECORDS.jsonl", false,
+     "the support store, from a file with a JSON record on each line"},
+}};
+
+const std::array<OptionRow, 5> optionTable{{
+    {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
+     [](Request& request, const char* argument) { request.installation = argument; }},
+    {"json", 'j', nullptr, bit(Action::which), "which: one JSON document instead of text",
+     [](Request& request, const char*) { request.json = true; }},
+    {"output", 'o', "FILE", bit(Action::storeBuild),
+     "store build: the file to write, if not the manifest's supportStore",
+     [](Request& request, const char* argument) { request.output = argument; }},
+    {"help", 'h', nullptr, everyCommand, "this text",
+     [](Request& request, const char*) { request.action = Action::help; }},
+    {"version", 'V', nullptr, everyCommand, "the version",
+     [](Request& request, const char*) { request.action = Action::version; }},
+}};
+
+std::string helpText() {
+    std::string text =
+        "Usage: kelwhich [OPTION...] NAME...\n"
+        "       kelwhich [OPTION...] COMMAND ...\n"
+        "\n"
+        "Which definitions a name may stand for when its program is translated, the preferred one first.\n"
+        "\n"
+        "Commands:\n";
+    append(text, commandTable);
+    text += "\nOptions:\n";
+    append(text, optionTable);
+    text += "\n"
+            "Only the first word can be a command, and after the first name every word is a name. After -- no word is\n"
+            "a command or an option: kelwhich -- store asks for the name store.\n"
+            "\n"
+            "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest\n"
+            "installation.json in the working folder or above.\n"
+            "\n"
+            "Exit codes: 0 every name has a candidate, 1 some name has none, 2 nothing could be answered,\n"
+            "3 some names were answered and others not.\n";
+    return text;
+}
+
+} // namespace tessgen::cli
