@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Fails on any finding of clang-tidy in our own code, with the settings of .clang-tidy. Usage: check-tidy.sh [PATTERN]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+[ -f build/clang/build.ninja ] || cmake --preset clang >/dev/null
+cmake --build --preset clang --target kelwhich -- --quiet # the generated header
+run-clang-tidy -quiet -p build/clang -j "$(nproc)" "${1:-.*}" >build/clang/tidy.log 2>&1 || {
+  grep -E 'warning:|error:' build/clang/tidy.log | sort -u
+  exit 1
+}

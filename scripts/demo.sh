@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Sets everything up and answers names of the example installation. Usage: scripts/demo.sh [NAME...]
+# Can be run again at once: what is there already is not made anew.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh build
+echo "== building the program into build/release"
+[ -f build/release/build.ninja ] || cmake --preset release >/dev/null
+cmake --build --preset release --target kelwhich_program -- --quiet
+
+program=build/release/cli/kelwhich
+example=examples/installation
+echo "== building the example's support store"
+"$program" store build --installation "$example" "$example/support.jsonl"
+
+if [ $# -eq 0 ]; then
+  set -- wave sum area legacy
+fi
+echo "== $program --installation $example $*"
+echo
+status=0
+"$program" --installation "$example" "$@" || status=$?
+echo
+echo "The first line of each name is what the code generator takes. $example/README.md says what each name shows;"
+echo "try others: scripts/demo.sh NAME..., or as JSON: $program --installation $example --json NAME..."
+exit "$status"

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing, of those named below. Usage: scripts/setup.sh [build|test|gates]
+# Each step includes the one before it. Installs nothing when nothing is missing; never removes a package.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build
+  libboost1.81-dev libboost-thread1.81-dev librange-v3-dev libcdb-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
+)
+test_packages=(libgtest-dev libgmock-dev)
+gate_packages=(clang clang-format clang-tidy git)
+
+case "${1:-build}" in
+  build) ;;
+  test) packages+=("${test_packages[@]}") ;;
+  gates) packages+=("${test_packages[@]}" "${gate_packages[@]}") ;;
+  *) echo "setup.sh: expected build, test or gates, not '$1'" >&2; exit 2 ;;
+esac
+
+missing=()
+for package in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "setup.sh: missing packages, and neither root nor sudo: ask your administrator for" >&2
+    echo "  apt-get install ${missing[*]}" >&2
+    exit 2
+  fi
+  as_root=(sudo)
+fi
+echo "== installing ${missing[*]}"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+if ! { "${as_root[@]}" apt-get update -qq &&
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends --no-remove "${missing[@]}"; } >"$log" 2>&1; then
+  cat "$log" >&2
+  echo "setup.sh: apt could not install them; Boost 1.81 cannot stand beside Debian's default libboost-dev 1.74:" >&2
+  echo "remove that first if it is what is in the way (this script removes nothing)" >&2
+  exit 2
+fi

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Sets everything up, builds, and runs all tests. Usage: scripts/test.sh [PRESET]
+# PRESET is dev (the default), clang, asan or tsan. Can be run again at once: only what changed is built anew.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=${1:-dev}
+
+if [ "$preset" = clang ]; then scripts/setup.sh gates; else scripts/setup.sh test; fi
+echo "== building into build/$preset"
+[ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset" -- --quiet
+echo "== testing build/$preset"
+ctest --preset "$preset" -j "$(nproc)"
