@@ -75,9 +75,12 @@ void NewFile::replaceTarget() {
     syncFolder(folderOf(target_));
 }
 
+void NewFile::fail(const std::string& cause) const {
+    throw std::runtime_error(target_ + ": cannot be written, and is as it was: " + cause);
+}
+
 void NewFile::fail(int error) const {
-    throw std::runtime_error(target_
-                             + ": cannot be written, and is as it was: " + std::generic_category().message(error));
+    fail(std::generic_category().message(error));
 }
 
 } // namespace tessgen::standalone

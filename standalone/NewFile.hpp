@@ -24,7 +24,8 @@ public:
     // Waits until the disk has the content, then replaces the target.
     void replaceTarget();
 
-    // Throws an error that names the target; `error` is an errno.
+    // Throws an error that names the target and says why it was not replaced; `error` is an errno.
+    [[noreturn]] void fail(const std::string& cause) const;
     [[noreturn]] void fail(int error) const;
 
 private:

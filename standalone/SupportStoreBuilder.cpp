@@ -35,15 +35,16 @@ public:
     }
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
-    ~LineReader() { std::free(line_); } // NOLINT(cppcoreguidelines-no-malloc): getline allocates it
+    ~LineReader() { std::free(line_); } // getline allocates it
 
     // The next line without its end, or nothing at the end of the file; valid until the next call.
     std::optional<std::string_view> next() {
         const auto length = getline(&line_, &capacity_, stream_.get());
+        // After an error, getline may return the part of a line that was read before it.
+        if (std::ferror(stream_.get()) != 0 || (length < 0 && std::feof(stream_.get()) == 0)) {
+            fail("cannot be read");
+        }
         if (length < 0) {
-            if (std::ferror(stream_.get()) != 0 || std::feof(stream_.get()) == 0) {
-                fail("cannot be read");
-            }
             return std::nullopt;
         }
         ++number_;

@@ -13,7 +13,10 @@ struct StoreBuildResult {
 // Reads `records` (a file of JSON Lines) in one pass and writes the store for the installation `root` (UTF-8) to a
 // new file beside `output`, which then takes the place of `output` in one rename: a reader sees the old store or the
 // new one. When anything fails, `output` is as it was and the new file is gone.
-// Errors: std::runtime_error with one line: the file, the line's number and what was expected.
+// Two builds of one store at the same time end with the one or the other.
+// Memory: up to 60 bytes a record and 8 more for each of its names, however long the records are.
+// Errors: std::runtime_error with one line: the file, the line's number and what was expected; a file that cannot be
+// read or written; a store that would outgrow the 4 GiB of its format.
 StoreBuildResult buildSupportStore(const std::string& records, const std::string& output, const std::string& root);
 
 } // namespace tessgen::standalone

@@ -8,8 +8,9 @@
 //
 // A number has 32 bits, a text is the number of its UTF-16 code units and the units, a list the number of its texts
 // and the texts; in a key the units stand alone. All are little-endian. The checksum is the CRC-32 of key and value.
-// Any damage of one byte of an entry is found: the checksum covers key and value, a value tells its own length, and a
-// reference tells the length and the checksum of the entry that it leads to.
+// A damaged byte never alters what is read: the checksum covers key and value, a value tells its own length, a
+// reference tells the length and the checksum of the entry that it leads to, and the references of one name lead ever
+// further into the file. In a key or in a hash table it may hide an entry.
 #pragma once
 
 #include "standalone/Checksum.hpp"

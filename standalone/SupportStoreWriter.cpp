@@ -1,7 +1,6 @@
 #include "standalone/SupportStoreWriter.hpp"
 
 #include <cerrno>
-#include <stdexcept>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -55,8 +54,8 @@ EntryReference SupportStoreWriter::addEntry(const std::string& key, std::string 
     const std::uint64_t length = key.size() + value.size();
     const std::uint64_t size = size_ + databaseEntryHeaderSize + length + databaseTableSizePerEntry;
     if (size > sizeLimit_) {
-        throw std::runtime_error("the store would be larger than " + std::to_string(sizeLimit_)
-                                 + " bytes, the most that its format holds; build it from fewer records");
+        file_->fail("it would be larger than " + std::to_string(sizeLimit_)
+                    + " bytes, the most that its format holds; build it from fewer records");
     }
     const EntryReference reference{static_cast<std::uint32_t>(position_), static_cast<std::uint32_t>(length), checksum};
     if (cdb_make_add(&make_, key.data(), static_cast<unsigned>(key.size()), value.data(),

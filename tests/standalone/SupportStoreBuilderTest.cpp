@@ -207,8 +207,8 @@ TEST(SupportStoreWriter, FillsTheFormatsLimitAndNotOneByteMore) {
     const auto size = sizeWithin(databaseSizeLimit);
     EXPECT_EQ(sizeWithin(size), size);
     EXPECT_EQ(errorOf([&] { sizeWithin(size - 1); }),
-              "the store would be larger than " + std::to_string(size - 1)
-                  + " bytes, the most that its format holds; build it from fewer records");
+              folder.path("limited.cdb: cannot be written, and is as it was: it would be larger than ")
+                  + std::to_string(size - 1) + " bytes, the most that its format holds; build it from fewer records");
 }
 
 TEST(Checksum, IsTheOneThatIsCalledCRC32) {
