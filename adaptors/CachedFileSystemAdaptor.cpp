@@ -1,5 +1,7 @@
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 
+#include "adaptors/remembered.hpp"
+
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -11,13 +13,7 @@ namespace tessgen::kelwhich {
 CachedFileSystemAdaptor::CachedFileSystemAdaptor(std::unique_ptr<FileSystem> inner) : inner_(std::move(inner)) {}
 
 bool CachedFileSystemAdaptor::exists(const std::u16string& path) const {
-    const std::lock_guard lock(existsLock_);
-    if (const auto known = exists_.find(path); known != exists_.end()) {
-        return known->second;
-    }
-    const bool answer = inner_->exists(path);
-    exists_.emplace(path, answer);
-    return answer;
+    return remembered(existsLock_, exists_, path, [&] { return inner_->exists(path); });
 }
 
 std::u16string CachedFileSystemAdaptor::orvakroot() const {

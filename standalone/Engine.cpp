@@ -2,7 +2,7 @@
 #include "foundation/orvakdata/TypedArray.hpp"
 #include "rux/Factory.hpp"
 #include "rux/RUX.hpp"
-#include "standalone/HostArrays.hpp"
+#include "standalone/DataArrays.hpp"
 #include "standalone/SessionState.hpp"
 
 #include <boost/exception_ptr.hpp>

@@ -1,32 +1,40 @@
-// What stands behind a host data array here: its extent and its elements.
+// The array handles of the stand-alone host, for a caller of the gateway: makes inputs and reads outputs.
+//
+// Threads: an array is used by one thread at a time.
+// Errors: std::invalid_argument when an array is not what it is read as.
 #pragma once
 
-#include "foundation/orvakdata/Array.hpp"
-#include "foundation/orvakdata/ArrayFactory.hpp"
-#include "orvak/data/optional.hpp"
+#include "matrix/array.hpp"
 
+#include <cstddef>
 #include <string>
-#include <variant>
+#include <string_view>
 #include <vector>
-
-namespace foundation::orvakdata {
-
-using StringElements = std::vector<orvak::data::optional<std::u16string>>;
-
-class ArrayData {
-public:
-    ArrayDimensions dimensions;
-    std::variant<StringElements, std::u16string> elements; // a string array, or a character array
-};
-
-} // namespace foundation::orvakdata
 
 namespace tessgen::standalone {
 
 // A character array of one row.
-foundation::orvakdata::Array makeCharArray(std::u16string text);
+matrix::ArrayPtr makeText(std::u16string_view text);
 
-// A string array of one column.
-foundation::orvakdata::Array makeStringColumn(std::vector<std::u16string> texts);
+// The texts of a string array, in storage order.
+std::vector<std::u16string> textsOf(const qxArray* array);
+
+// The member names of an enumeration array, in storage order; an element that was never set has an empty name.
+std::vector<std::string> membersOf(const qxArray* array);
+
+// The name of an enumeration array's class.
+std::string classOf(const qxArray* array);
+
+struct Extent {
+    std::size_t rows;
+    std::size_t columns;
+
+    friend bool operator==(const Extent&, const Extent&) = default;
+};
+
+Extent extentOf(const qxArray* array);
+
+// How many arrays this process has, so that a caller can see that none is left over.
+std::size_t arraysAlive() noexcept;
 
 } // namespace tessgen::standalone

@@ -2,8 +2,9 @@
 add_unit_tests(
   library_tests
   SOURCES
-  adaptors/CachedFileSystemAdaptorTest.cpp
+  adaptors/CachingAdaptorsTest.cpp
   adaptors/RealFileSystemTest.cpp
+  entry/InvokeTest.cpp
   entry/KelwhichTest.cpp
   host/ORVAKWhichResolverTest.cpp
   host/PathsTest.cpp
@@ -15,8 +16,9 @@ add_unit_tests(
   resolver/RandomWorldsTest.cpp
   resolver/RedirectsTest.cpp
   resolver/SupportEntriesTest.cpp
+  support/FakeArrays.cpp
   support/RecordingHost.cpp
-  ../standalone/HostArrays.cpp
+  ../standalone/DataArrays.cpp
   LIBRARIES
   kelwhich_objects
   kelwhich_paths)

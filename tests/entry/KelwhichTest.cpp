@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/kelwhich.hpp"
 
-#include "standalone/HostArrays.hpp"
+#include "standalone/DataArrays.hpp"
 #include "tests/support/RecordingHost.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 

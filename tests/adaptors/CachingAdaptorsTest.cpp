@@ -1,4 +1,5 @@
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 
 #include "tests/support/World.hpp"
 
@@ -55,6 +56,30 @@ TEST(CachedFileSystemAdaptor, KeepsNothingOfAFailure) {
     EXPECT_EQ(files.spkgroot(), std::nullopt);
     EXPECT_EQ(world.questions().size(), 6U);
 #endif
+}
+
+TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndKeepsNothingOfAFailure) {
+    for (const bool nested : {false, true}) {
+        World world;
+        const Results answer = {{u"/w/f.vk", Type::ORVAKPath}};
+        world.hostAnswers[u"f"] = answer;
+        world.failure = std::make_exception_ptr(std::runtime_error("host"));
+        world.failing = 0;
+        std::unique_ptr<kelwhich::WhichResolver> inner = std::make_unique<FakeWhichResolver>(world);
+        if (nested) {
+            inner = std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::move(inner));
+        }
+        const kelwhich::CachedWhichResolverAdaptor cached(std::move(inner));
+        EXPECT_THROW(cached.which(u"f"), std::runtime_error);
+        for (int round = 0; round < 2; ++round) {
+            auto own = cached.which(u"f");
+            EXPECT_EQ(own, answer);
+            own.clear(); // the caller's copy
+            EXPECT_EQ(cached.which(u"F"), Results());
+            world.hostAnswers[u"F"] = answer;
+        }
+        EXPECT_EQ(world.questions(), (Texts{u"which f", u"which f", u"which F"}));
+    }
 }
 
 } // namespace

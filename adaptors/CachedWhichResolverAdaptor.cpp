@@ -1,0 +1,19 @@
+#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
+
+#include "adaptors/remembered.hpp"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::kelwhich {
+
+CachedWhichResolverAdaptor::CachedWhichResolverAdaptor(std::unique_ptr<WhichResolver> inner)
+    : inner_(std::move(inner)) {}
+
+std::vector<WhichResult> CachedWhichResolverAdaptor::which(const std::u16string& name) const {
+    return remembered(lock_, answers_, name, [&] { return inner_->which(name); });
+}
+
+} // namespace tessgen::kelwhich

@@ -1,0 +1,34 @@
+// A host look-up that remembers what it was told.
+//
+// Threads: any, at the same time; the wrapped resolver is asked once per name, one question at a time. It is asked
+// while a lock is held: nested adaptors lock outer before inner.
+// Lifetime: owns what it wraps. Answers are never dropped, so it lives as long as the host may be taken to stand still.
+#pragma once
+
+#include "tessgen/kelwhich/WhichResolver.hpp"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tessgen::kelwhich {
+
+class KELWHICH_EXPORT CachedWhichResolverAdaptor final : public WhichResolver {
+public:
+    explicit CachedWhichResolverAdaptor(std::unique_ptr<WhichResolver> inner);
+    CachedWhichResolverAdaptor(const CachedWhichResolverAdaptor&) = delete;
+    CachedWhichResolverAdaptor& operator=(const CachedWhichResolverAdaptor&) = delete;
+
+    std::vector<WhichResult> which(const std::u16string& name) const override;
+
+private:
+    std::unique_ptr<WhichResolver> inner_;
+    // Key: the name, exactly. Kept: every answer, empty ones too. Never kept: a failure. Dropped: with the adaptor.
+    // Growth: one entry a name. Threads: guarded by `lock_`, the wrapped call included.
+    mutable std::unordered_map<std::u16string, std::vector<WhichResult>> answers_;
+    mutable std::mutex lock_;
+};
+
+} // namespace tessgen::kelwhich

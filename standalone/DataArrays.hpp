@@ -1,0 +1,32 @@
+// What stands behind a host data array here: its extent and its elements.
+#pragma once
+
+#include "foundation/orvakdata/Array.hpp"
+#include "foundation/orvakdata/ArrayFactory.hpp"
+#include "orvak/data/optional.hpp"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace foundation::orvakdata {
+
+using StringElements = std::vector<orvak::data::optional<std::u16string>>;
+
+class ArrayData {
+public:
+    ArrayDimensions dimensions;
+    std::variant<StringElements, std::u16string> elements; // a string array, or a character array
+};
+
+} // namespace foundation::orvakdata
+
+namespace tessgen::standalone {
+
+// A character array of one row.
+foundation::orvakdata::Array makeCharArray(std::u16string text);
+
+// A string array of one column.
+foundation::orvakdata::Array makeStringColumn(std::vector<std::u16string> texts);
+
+} // namespace tessgen::standalone
