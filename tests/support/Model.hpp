@@ -108,7 +108,7 @@ private:
         if (parts.size() == 1) {
             return text;
         }
-        const auto stem = parts.back().substr(0, parts.back().rfind(u'.'));
+        auto stem = parts.back().substr(0, parts.back().rfind(u'.'));
         const auto inClass = classOf(parts);
         if (!inClass.empty() && inClass != u"@" + stem) {
             return stem;
@@ -117,7 +117,7 @@ private:
         if (!inClass.empty()) {
             parts.resize(parts.size() - (parts.back() == u"private" ? 2 : 1));
         }
-        auto name = stem;
+        auto name = std::move(stem);
         for (; !parts.empty() && (starts(parts.back(), u"+") || starts(parts.back(), u"@")); parts.pop_back()) {
             name = parts.back().substr(1) + u"." + name;
         }
