@@ -1,0 +1,32 @@
+# Debian packages, one for each component of the installation. `cpack -G DEB` in the build folder makes them.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kelwhich)
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_CONTACT "The maintainers of kelwhich")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL runtime development program)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR};${PROJECT_BINARY_DIR}/standalone")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libkelwhich0)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+    "The library that code generators call, and the host that lets it run without the interpreter.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelwhich-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libkelwhich0 (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers, CMake and pkg-config files of libkelwhich.")
+
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME kelwhich)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION devel)
+set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
+    "The program: answers names on a machine without the interpreter. Needs no library.")
+
+include(CPack)
