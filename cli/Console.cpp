@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -20,11 +21,14 @@ namespace tessgen::cli {
 
 namespace {
 
-// The error's number, or 0 when all was written.
+// The error's number, or 0 when all was written. A descriptor that does not block is waited for.
 int writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const auto written = write(descriptor, text.data(), text.size());
-        if (written < 0 && errno != EINTR) {
+        if (written < 0 && errno == EAGAIN) {
+            pollfd writable{descriptor, POLLOUT, 0};
+            poll(&writable, 1, -1);
+        } else if (written < 0 && errno != EINTR) {
             return errno;
         }
         text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));

@@ -27,6 +27,12 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/kelwhichConfigVersion.cm
 install(FILES "${PROJECT_BINARY_DIR}/kelwhichConfig.cmake" "${PROJECT_BINARY_DIR}/kelwhichConfigVersion.cmake"
         DESTINATION "${package_dir}" COMPONENT development)
 
-configure_file(cmake/kelwhich.pc.in "${PROJECT_BINARY_DIR}/kelwhich.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/kelwhich.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
-        COMPONENT development)
+set(pkgconfig_names kelwhich)
+if(NOT KELWHICH_PLATFORM)
+  list(APPEND pkgconfig_names kelwhich-standalone)
+endif()
+foreach(name ${pkgconfig_names})
+  configure_file(cmake/${name}.pc.in "${PROJECT_BINARY_DIR}/${name}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+          COMPONENT development)
+endforeach()

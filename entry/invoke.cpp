@@ -41,12 +41,13 @@ qxArray* pathsForHost(const std::vector<WhichResult>& results) {
 }
 
 qxArray* kindsForHost(const std::vector<WhichResult>& results) {
+    using zelt::internal::Interned;
     using zelt::internal::makeInterned;
-    const auto className = makeInterned("tessapp.internal.screener.WhichResultType");
+    const Interned className = makeInterned("tessapp.internal.screener.WhichResultType");
     matrix::ArrayPtr kinds(omCreateZELTEnumerationMatrix(1, results.size(), className));
     for (std::size_t i = 0; i < results.size(); ++i) {
         const auto name = memberName(results[i].type);
-        const auto member = name.empty() ? zelt::internal::nullValue : makeInterned(name);
+        const Interned member = name.empty() ? zelt::internal::nullValue : makeInterned(name);
         omSetEnumerationElement(kinds.get(), i, member);
     }
     return kinds.release();

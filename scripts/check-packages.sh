@@ -2,6 +2,7 @@
 # Makes the Debian packages and tries them on a clean root: installs, runs the program, builds and runs a consumer.
 # Needs root (for the clean root's chroot) and the network. Usage: scripts/check-packages.sh
 set -euo pipefail
+unset CDPATH
 cd "$(dirname "$0")/.."
 
 [ "$(id -u)" -eq 0 ] || { echo "check-packages.sh: a clean root needs root" >&2; exit 2; }

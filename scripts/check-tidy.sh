@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Fails on any finding of clang-tidy in our own code, with the settings of .clang-tidy. Usage: check-tidy.sh [PATTERN]
 set -euo pipefail
+unset CDPATH
 cd "$(dirname "$0")/.."
-[ -f build/clang/build.ninja ] || cmake --preset clang >/dev/null
+scripts/configure.sh clang
 cmake --build --preset clang --target kelwhich -- --quiet # the generated header
 run-clang-tidy -quiet -p build/clang -j "$(nproc)" "${1:-.*}" >build/clang/tidy.log 2>&1 || {
   grep -E 'warning:|error:' build/clang/tidy.log | sort -u

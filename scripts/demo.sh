@@ -2,11 +2,12 @@
 # Sets everything up and answers names of the example installation. Usage: scripts/demo.sh [NAME...]
 # Can be run again at once: what is there already is not made anew.
 set -euo pipefail
+unset CDPATH
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh build
 echo "== building the program into build/release"
-[ -f build/release/build.ninja ] || cmake --preset release >/dev/null
+scripts/configure.sh release
 cmake --build --preset release --target kelwhich_program -- --quiet
 
 program=build/release/cli/kelwhich
@@ -20,7 +21,7 @@ fi
 echo "== $program --installation $example $*"
 echo
 status=0
-"$program" --installation "$example" "$@" || status=$?
+"$program" --installation "$example" -- "$@" || status=$?
 echo
 echo "The first line of each name is what the code generator takes. $example/README.md says what each name shows;"
 echo "try others: scripts/demo.sh NAME..., or as JSON: $program --installation $example --json NAME..."

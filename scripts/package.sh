@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes the Debian packages libkelwhich0, libkelwhich-dev and kelwhich in build/package. Usage: scripts/package.sh
 set -euo pipefail
+unset CDPATH
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh package

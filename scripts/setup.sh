@@ -40,9 +40,11 @@ log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 if ! { "${as_root[@]}" apt-get update -qq &&
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends --no-remove "${missing[@]}"; } >"$log" 2>&1; then
+    apt-get -o DPkg::Lock::Timeout=120 install -y -qq --no-install-recommends --no-remove "${missing[@]}"; } >"$log" 2>&1; then
   cat "$log" >&2
-  echo "setup.sh: apt could not install them; Boost 1.81 cannot stand beside Debian's default libboost-dev 1.74:" >&2
-  echo "remove that first if it is what is in the way (this script removes nothing)" >&2
+  echo "setup.sh: apt could not install ${missing[*]}; what it said stands above" >&2
+  if dpkg-query -W libboost1.74-dev >/dev/null 2>&1; then
+    echo "setup.sh: Boost 1.81 cannot stand beside Debian's default libboost1.74-dev: remove that first" >&2
+  fi
   exit 2
 fi

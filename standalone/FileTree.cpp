@@ -39,6 +39,11 @@ Kind kindOfEntry(unsigned char type) {
     }
 }
 
+// Nothing is there, or a link leads nowhere, or no disk could hold it.
+bool isAbsent(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
+}
+
 } // namespace
 
 std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
@@ -49,7 +54,7 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
     const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
     if (!opened) {
         const int error = errno;
-        if (error == ENOENT || error == ENOTDIR) {
+        if (isAbsent(error)) {
             return std::nullopt;
         }
         throw failure(error, folder);
@@ -79,7 +84,7 @@ std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) {
         const int error = errno;
-        if (error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG) {
+        if (isAbsent(error)) {
             return std::nullopt;
         }
         throw failure(error, path);

@@ -28,7 +28,8 @@ const Entry* findEntry(const Entries& entries, std::string_view name) {
     return position == entries.end() ? nullptr : &*position;
 }
 
-// The entries of class folders but for that of `symbol`, in code-unit order, without those whose names are not UTF-8.
+// The entries of class folders but for `symbolClassFolder`, in code-unit order, without those whose names are not
+// UTF-8.
 std::vector<const Entry*> otherClassFolders(const Entries& entries, std::string_view symbolClassFolder) {
     std::vector<std::pair<std::u16string, const Entry*>> keyed;
     for (const Entry& entry : entries) {

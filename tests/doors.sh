@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Holds each folder to the headers that it may include. Usage: doors.sh [ROOT]
 set -euo pipefail
+unset CDPATH
 cd "${1:-$(dirname "$0")/..}"
 
 status=0
@@ -11,7 +12,8 @@ door() {
     echo "doors.sh: $1 has no source files" >&2
     status=1
   fi
-  stray=$(grep -rnE '^ *# *include *"' "$1" --include='*.?pp' | grep -vE "include *\"($2)" || true)
+  stray=$(grep -rnE '^ *# *include *["<]' "$1" --include='*.?pp' |
+    grep -vE "include *([\"<]($2)|<[a-z_0-9]+(\.h)?>|<(boost|range|sys|fmt|nlohmann)/)" || true)
   if [ -n "$stray" ]; then
     printf '%s may include only "(%s)...":\n%s\n' "$1" "$2" "$stray" >&2
     status=1

@@ -3,8 +3,9 @@
 set -euo pipefail
 export LC_ALL=C
 
+# Without inline functions, which every user has too and which compilers keep or not.
 exported() {
-  nm --dynamic --demangle --defined-only "$1" | sed -E 's/^[0-9a-f]+ . //' | sort -u
+  nm --dynamic --demangle --defined-only "$1" | grep -v ' W ' | sed -E 's/^[0-9a-f]+ . //' | sort -u
 }
 
 if [ ! -s "$1" ]; then

@@ -4,6 +4,7 @@ add_unit_tests(
   SOURCES
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
+  standalone/SessionTest.cpp
   standalone/SupportStoreBuilderTest.cpp
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp

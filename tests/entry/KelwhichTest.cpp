@@ -26,6 +26,7 @@ TEST(Kelwhich, ResolvesOverTheHostAndForgetsEverything) {
     host.kelPath = {root + u"/s/kel"};
     host.metadata.add({u"f"}, supported(root + u"/h/kel/f.vk"));
     host.metadata.add({u"f"}, redirect(root + u"/h/f.vk", u"g"));
+    host.metadata.add({u"f"}, redirect(root + u"/h/f.vk", u"g")); // resolved twice
     host.answer = [&](const RecordingHost::Evaluation& evaluation) -> std::vector<Array> {
         if (evaluation.arguments.empty()) {
             return {makeCharArray(root + u"/s")};
@@ -33,13 +34,13 @@ TEST(Kelwhich, ResolvesOverTheHostAndForgetsEverything) {
         return {makeStringColumn({u"built-in"}), makeStringColumn({u""})};
     };
     EXPECT_EQ(kelwhich::kelwhich(u"f"), (Results{{u"g", Type::ORVAKBuiltin}, {u"f", Type::ORVAKBuiltin}}));
-    EXPECT_EQ(host.evaluations.size(), 3U);
+    EXPECT_EQ(host.evaluations.size(), 4U);
 
     folder.write("s/kel/f.vk", "");
     EXPECT_EQ(
         kelwhich::kelwhich(u"f"),
         (Results{{u"g", Type::ORVAKBuiltin}, {root + u"/s/kel/f.vk", Type::KELPath}, {u"f", Type::ORVAKBuiltin}}));
-    EXPECT_EQ(host.evaluations.size(), 6U);
+    EXPECT_EQ(host.evaluations.size(), 8U);
 
     host.answer = [](const auto&) -> std::vector<Array> { throw std::runtime_error("the host's own"); };
     EXPECT_THROW(kelwhich::kelwhich(u"f"), std::runtime_error);

@@ -48,7 +48,7 @@ TEST(Classification, AsksForTheHostsFoldersOnceAndOnlyWhenNeeded) {
 #endif
     host.failOnce = nullptr;
     EXPECT_TRUE(resolver.isUserResult({u"/w/f.vk", Type::ORVAKPath}));
-    EXPECT_TRUE(resolver.isUserResult({u"/w/f.vk", Type::ORVAKPath}));
+    EXPECT_FALSE(resolver.isUserResult({u"/h/tb/f.vk", Type::ORVAKPath}));
     EXPECT_EQ(world.questions(), (Texts{u"orvakroot", u"orvakroot", u"spkgroot", u"spkgroot"}));
 }
 

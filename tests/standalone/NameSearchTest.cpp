@@ -206,13 +206,12 @@ TEST(RealFileTree, TellsAbsentFromUnreadable) {
     const std::string loop = top.link("loop", "loop");
     const RealFileTree tree;
     EXPECT_EQ(tree.entries(top.path(), all).value().size(), 2U);
-    for (const std::string& absent : {std::string(), top.path("none"), file, file + "/below"}) {
+    for (const std::string& absent : {std::string(), top.path("none"), file, file + "/below", loop}) {
         EXPECT_FALSE(tree.entries(absent, all)) << absent;
     }
     for (const std::string& absent : {top.path("none"), file + "/", loop, top.path(std::string(256, 'n'))}) {
         EXPECT_FALSE(tree.kindOf(absent)) << absent;
     }
-    EXPECT_EQ(errorOf([&] { tree.entries(loop, all); }), loop + ": Too many levels of symbolic links");
 }
 
 TEST(RealFileTree, NamesWhatItMayNotRead) {

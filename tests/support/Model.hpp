@@ -24,11 +24,23 @@ public:
         }
     }
 
+    // How often each rule decided something, so that worlds can be seen to exercise it.
+    struct Counts {
+        std::size_t redirects = 0;
+        std::size_t repeats = 0;
+        std::size_t privateFiles = 0;
+        std::size_t movedRecords = 0;
+        std::size_t movedQueries = 0;
+        std::size_t unsupportedNames = 0;
+    };
+    mutable Counts counts;
+
     Results resolve(const std::u16string& name) const {
         Results all;
         const auto append = [&](const Results& results) { all.insert(all.end(), results.begin(), results.end()); };
         for (const auto& record : records(name)) {
             if (record->isRedirect && (!plain(name) || defines(pathOf(*record), name))) {
+                ++counts.redirects;
                 append(ordered(record->symbol));
             }
         }
@@ -37,6 +49,8 @@ public:
         for (const auto& result : all) {
             if (std::find(unique.begin(), unique.end(), result) == unique.end()) {
                 unique.push_back(result);
+            } else {
+                ++counts.repeats;
             }
         }
         return unique;
@@ -64,7 +78,7 @@ public:
         if (const auto answer = world_->hostAnswers.find(name); answer != world_->hostAnswers.end()) {
             results.insert(results.end(), answer->second.begin(), answer->second.end());
         }
-        std::erase_if(results, [&](const WhichResult& result) {
+        counts.privateFiles += std::erase_if(results, [&](const WhichResult& result) {
             const auto parts = split(result.path);
             return !has(name, u'/') && isFile(result) && parts.size() > 1 && parts[parts.size() - 2] == u"private"
                    && classOf(parts).empty();
@@ -139,13 +153,18 @@ private:
             return record.path;
         }
         const auto inPackages = moved(record.path, world_->orvakroot, *world_->spkgroot);
-        return world_->files.contains(inPackages) ? inPackages : record.path;
+        if (inPackages == record.path || !world_->files.contains(inPackages)) {
+            return record.path;
+        }
+        ++counts.movedRecords;
+        return inPackages;
     }
 
     RecordPtr recordOf(const std::u16string& path) const {
         const auto query = world_->spkgroot ? moved(path, *world_->spkgroot, world_->orvakroot) : path;
         for (const auto& record : world_->records) {
             if (!record.entry->isBuiltin && record.entry->path == query) {
+                counts.movedQueries += query != path ? 1U : 0U;
                 return record.entry;
             }
         }
@@ -179,8 +198,11 @@ private:
         }
         const auto& flags = record->supportFlags;
         const auto& excluded = record->unsupportedSymbols;
-        return std::count(flags.begin(), flags.end(), true) > 0
-               && std::count(excluded.begin(), excluded.end(), name) == 0;
+        if (std::count(excluded.begin(), excluded.end(), name) > 0) {
+            ++counts.unsupportedNames;
+            return false;
+        }
+        return std::count(flags.begin(), flags.end(), true) > 0;
     }
 
     bool user(const WhichResult& result) const {

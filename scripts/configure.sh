@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Configures build/PRESET if that is still to be done; anew when the folder was made for another place, as after the
+# clone was moved or copied. Usage: scripts/configure.sh PRESET
+set -euo pipefail
+unset CDPATH
+cd "$(dirname "$0")/.."
+
+cache=build/$1/CMakeCache.txt
+home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$cache" 2>/dev/null || true)
+if [ -f "build/$1/build.ninja" ] && [ "$home" = "$(pwd -P)" ]; then
+  exit 0
+fi
+rm -rf "build/$1"
+cmake --preset "$1" >/dev/null
