@@ -22,7 +22,8 @@ std::string nearestManifest() {
     }
     for (auto folder = start;; folder = folder.parent_path()) {
         const auto manifest = folder / "installation.json";
-        if (std::filesystem::exists(std::filesystem::symlink_status(manifest))) {
+        std::error_code unreadable; // what cannot be looked at is passed over
+        if (std::filesystem::exists(std::filesystem::symlink_status(manifest, unreadable))) {
             return manifest.string();
         }
         if (folder == folder.parent_path()) {

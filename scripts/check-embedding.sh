@@ -58,10 +58,10 @@ sum by invoke, 1-by-3
   KELPath /small/host/kel/sum.vk
   ORVAKBuiltin sum
 wave by kelwhich
-  2 /small/work/wave.vk
+  2 /small/mine/wave.vk
   2 /small/host/library/signal/wave.vk
 wave by invoke, 1-by-2
-  ORVAKPath /small/work/wave.vk
+  ORVAKPath /small/mine/wave.vk
   ORVAKPath /small/host/library/signal/wave.vk
 legacy by kelwhich
   0 /small/host/kel/modern.vk

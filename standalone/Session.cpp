@@ -45,9 +45,9 @@ std::optional<std::u16string> inUTF16(const std::optional<std::string>& text) {
 }
 
 // Without its roots an installation would answer nothing, silently. A search folder may be missing.
-void requireRoots(const Installation& installation, const FileTree& files) {
+Installation withRoots(Installation installation) {
     const auto require = [&](const std::string& folder, const std::string& key) {
-        if (files.kindOf(folder) != FileTree::Kind::folder) {
+        if (RealFileTree().kindOf(folder) != FileTree::Kind::folder) {
             throw std::runtime_error(installation.manifest + ": key \"" + key + "\": there is no folder " + folder
                                      + ": make it, or say where it is");
         }
@@ -56,6 +56,7 @@ void requireRoots(const Installation& installation, const FileTree& files) {
     if (installation.supportPackageRoot) {
         require(*installation.supportPackageRoot, "supportPackageRoot");
     }
+    return installation;
 }
 
 std::optional<SupportStore> openStore(const Installation& installation) {
@@ -67,11 +68,9 @@ std::optional<SupportStore> openStore(const Installation& installation) {
 } // namespace
 
 SessionState::SessionState(Installation opened)
-    : installation(std::move(opened)), search(installation, files), store(openStore(installation)),
+    : installation(withRoots(std::move(opened))), search(installation, files), store(openStore(installation)),
       root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
-      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
-    requireRoots(installation, files);
-}
+      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {}
 
 const SessionState& currentSession() {
     const auto* state = current.load();

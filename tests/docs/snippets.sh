@@ -30,6 +30,6 @@ for file in "$@"; do
       if (inside) end()
     }' "$file"
 done | while read -r name; do
-  cmp -s "$name.new" "$name" || cp "$name.new" "$name" # what is unchanged is not compiled again
+  if cmp -s "$name.new" "$name"; then rm "$name.new"; else mv "$name.new" "$name"; fi # or it is compiled again
   echo "$name"
 done

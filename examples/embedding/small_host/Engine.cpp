@@ -86,7 +86,7 @@ struct Place {
 const std::vector<Place>& places() {
     static const std::vector<Place> all = {
         {u"wave", u"/small/host/library/signal/wave.vk", u""},
-        {u"wave", u"/small/work/wave.vk", u""},
+        {u"wave", u"/small/mine/wave.vk", u""},
         {u"sum", u"built-in (sum)", u""},
         {u"rows", u"rows is a built-in method", u"table method"},
         {u"table", u"table is a built-in method", u"table constructor"},

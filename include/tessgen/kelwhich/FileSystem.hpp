@@ -3,6 +3,7 @@
 //
 // Paths are absolute UTF-16 texts with "/" as separator, compared code unit by code unit.
 // Threads: const operations may be called concurrently on every implementation of this library.
+// Errors: an answer that cannot be had is an exception of the implementation's own, never a guess.
 #pragma once
 
 #include "tessgen/kelwhich/export.hpp"
@@ -14,7 +15,7 @@ namespace tessgen::kelwhich {
 
 class KELWHICH_EXPORT FileSystem {
 public:
-    // True when `path` names something that exists, of whatever kind.
+    // True when `path` names something that exists, of whatever kind. The resolver asks it of plain names too.
     virtual bool exists(const std::u16string& path) const = 0;
     // The host's installation root. It does not change while the object lives.
     virtual std::u16string orvakroot() const = 0;

@@ -1,6 +1,7 @@
 // The code generator's support metadata. ScreenerMetadataResolver asks the screener's service.
 //
 // Threads: const operations may be called concurrently on every implementation of this library.
+// Errors: an unknown file or symbol is an absence; metadata that cannot be read is an exception of its own.
 // Lifetime: records are shared and never change; a caller may keep them.
 #pragma once
 
