@@ -13,7 +13,8 @@ namespace tessgen::kelwhich {
 // of path i. Host built-ins and host built-in methods share the member "ORVAKBuiltin". The caller owns the outputs.
 // Threads: any thread that has an engine of the host.
 // Errors: those of `kelwhich` and of the host's array services, unchanged; std::logic_error when the name is no text.
-// Nothing that was made is then left over, and `outputs[0]` is written only when it is complete.
+// What was made and not handed out is then released. `outputs[0]` is written only when it is complete, and stays
+// written when the kinds fail.
 KELWHICH_EXPORT void invoke(int outputCount, qxArray** outputs, int inputCount, qxArray** inputs);
 
 } // namespace tessgen::kelwhich
