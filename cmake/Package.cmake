@@ -1,4 +1,4 @@
-# Debian packages, one for each component of the installation. `cpack -G DEB` in the build folder makes them.
+# Debian packages, one for each component of the installation. `scripts/package.sh` makes them, with the prefix /usr.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kelwhich)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
@@ -22,6 +22,8 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelwhich-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libkelwhich0 (= ${PROJECT_VERSION})")
+# The engine's headers of the stand-alone host include it; the library's own do not.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libboost1.81-dev, libboost-thread1.81-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers, CMake and pkg-config files of libkelwhich.")
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME kelwhich)

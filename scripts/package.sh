@@ -4,10 +4,11 @@ set -euo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
 
+umask 022 # the permissions that the packages will have
 scripts/setup.sh package
 echo "== building into build/package"
 # The prefix of packages; it is written into kelwhich.pc.
-cmake --preset release -B build/package -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
+cmake --fresh --preset release -B build/package -DCMAKE_INSTALL_PREFIX=/usr >/dev/null
 cmake --build build/package -- --quiet
 rm -f build/package/*.deb
 (cd build/package && cpack -G DEB >cpack.log) || {

@@ -82,6 +82,7 @@ TEST_F(Invoke, GivesEmptyArraysWhenThereIsNoCandidate) {
     call(2, u"none");
     EXPECT_EQ(outputs[0]->texts, Texts());
     EXPECT_EQ(outputs[1]->members, Members());
+    EXPECT_EQ(outputs[1]->rows, 1U);
     EXPECT_EQ(arrays().used, (Members{"text", "cell", "string of cell", "to host",
                                       "intern tessapp.internal.screener.WhichResultType", "enumeration"}));
     release();
@@ -96,6 +97,24 @@ TEST_F(Invoke, ResolvesNothingWithoutAText) {
     }
     EXPECT_TRUE(host().evaluations.empty());
     EXPECT_EQ(arrays().used, Members{"text"});
+    EXPECT_EQ(outputs[0], &untouched);
+    release();
+}
+
+TEST_F(Invoke, PassesAnErrorOfTheResolutionOn) {
+    host().answer = [](const auto&) -> std::vector<foundation::orvakdata::Array> {
+        std::rethrow_exception(arrays().failure);
+    };
+    try {
+        call(2);
+        FAIL();
+    } catch (const std::runtime_error&) {
+        EXPECT_EQ(std::current_exception(), arrays().failure);
+    }
+    EXPECT_EQ(arrays().used, Members{"text"});
+    EXPECT_EQ(outputs[0], &untouched);
+    EXPECT_EQ(outputs[1], &untouched);
+    release();
 }
 
 // Lets each use of a host service fail in turn.

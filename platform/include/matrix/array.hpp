@@ -2,7 +2,7 @@
 //
 // A handle stands for one reference to an array. What is called "owned" is to be given up again, once.
 // Threads: the thread that the host calls from.
-// Errors: what a function throws leaves every array that it was given as it was, but for those it took over.
+// Errors: what a function throws leaves every array that it was given as it was; one that it took over is released.
 #pragma once
 
 #include <memory>
