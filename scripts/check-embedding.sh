@@ -89,7 +89,7 @@ END
 }
 
 echo "== installing $build"
-[ -f "$build/build.ninja" ] || cmake --preset dev -B "$build" >/dev/null
+[ "$build" != build/dev ] || scripts/configure.sh dev
 cmake --build "$build" --target kelwhich kelwhich_standalone kelwhich_program -- --quiet
 quiet env DESTDIR="$tmp/root" cmake --install "$build"
 prefix=$tmp/root$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
@@ -102,6 +102,16 @@ quiet cmake -G Ninja -S "$embedding" -B "$tmp/consumers" -DCMAKE_PREFIX_PATH="$p
 quiet cmake --build "$tmp/consumers"
 expect_own_resolver "$tmp/consumers/own_resolver"
 expect_load_gateway "$tmp/consumers/load_gateway" "$libdir/libkelwhich.so.0"
+
+echo "== the consumer of docs/embedding.md"
+mkdir "$tmp/document"
+awk '/^    cmake_minimum_required/ { on = 1 } on && !/^    / { exit } on { print substr($0, 5) }' docs/embedding.md \
+  >"$tmp/document/CMakeLists.txt"
+quiet tests/docs/snippets.sh "$tmp/document" docs/embedding.md
+mv "$tmp/document/embedding.1.cpp" "$tmp/document/consumer.cpp"
+quiet cmake -G Ninja -S "$tmp/document" -B "$tmp/document/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$cxx"
+quiet cmake --build "$tmp/document/build"
+diff <("$tmp/document/build/consumer" "$world") <(printf '2\n0\n2\n')
 
 echo "== consumers by pkg-config"
 installed() { PKG_CONFIG_LIBDIR=$libdir/pkgconfig PKG_CONFIG_SYSROOT_DIR=$tmp/root pkg-config --cflags --libs "$@"; }
@@ -130,4 +140,17 @@ read -ra flags < <(PKG_CONFIG_LIBDIR=$tmp/lib/pkgconfig pkg-config --cflags --li
 "$cxx" -std=c++20 "$host/ask.cpp" -o "$tmp/ask" -I"$host" -Iplatform/include "${flags[@]}" -L"$tmp/host" -lsmall_host \
   -Wl,-rpath,"$tmp/lib:$tmp/host"
 expect_small_host "$tmp/ask"
+mkdir "$tmp/found"
+cat >"$tmp/found/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(found LANGUAGES CXX)
+find_package(kelwhich REQUIRED)
+add_executable(ask "$PWD/$host/ask.cpp")
+target_include_directories(ask PRIVATE "$PWD/$host")
+target_link_libraries(ask PRIVATE kelwhich::kelwhich small_host::services)
+END
+quiet cmake -G Ninja -S "$tmp/found" -B "$tmp/found/build" -DCMAKE_CXX_COMPILER="$cxx" \
+  -Dkelwhich_DIR="$tmp/lib/cmake/kelwhich" -Dsmall_host_DIR="$tmp/host"
+quiet cmake --build "$tmp/found/build"
+expect_small_host "$tmp/found/build/ask"
 echo "== all consumers build and answer as expected"

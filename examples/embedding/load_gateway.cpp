@@ -7,6 +7,7 @@
 
 #include <dlfcn.h>
 
+#include <array>
 #include <cstddef>
 #include <exception>
 #include <filesystem>
@@ -31,15 +32,29 @@ Gateway* loadGateway(const char* library) {
     return reinterpret_cast<Gateway*>(symbol);
 }
 
+// The slots of a call. What is in them is given up, also when the gateway throws after the first was written.
+struct Outputs {
+    Outputs() = default;
+    Outputs(const Outputs&) = delete;
+    Outputs& operator=(const Outputs&) = delete;
+    ~Outputs() {
+        for (auto* slot : slots) {
+            if (slot != nullptr) {
+                matrix::ArrayDeleter()(slot);
+            }
+        }
+    }
+
+    std::array<qxArray*, 2> slots = {};
+};
+
 void answer(Gateway* invoke, const char* name) {
     const auto input = standalone::makeText(std::filesystem::path(name).u16string());
-    qxArray* inputs[] = {input.get()};
-    qxArray* outputs[] = {nullptr, nullptr};
-    invoke(2, outputs, 1, inputs);
-    const matrix::ArrayPtr paths(outputs[0]);
-    const matrix::ArrayPtr kinds(outputs[1]);
-    const auto texts = standalone::textsOf(paths.get());
-    const auto members = standalone::membersOf(kinds.get());
+    std::array<qxArray*, 1> inputs = {input.get()};
+    Outputs outputs;
+    invoke(2, outputs.slots.data(), 1, inputs.data());
+    const auto texts = standalone::textsOf(outputs.slots[0]);
+    const auto members = standalone::membersOf(outputs.slots[1]);
     for (std::size_t i = 0; i < texts.size(); ++i) {
         std::cout << members.at(i) << ' ' << std::filesystem::path(texts[i]).string() << '\n';
     }

@@ -24,13 +24,29 @@ void askFunction(const std::u16string& name) {
     }
 }
 
+// The slots of a call. What is in them is given up, also when the gateway throws after the first was written.
+struct Outputs {
+    Outputs() = default;
+    Outputs(const Outputs&) = delete;
+    Outputs& operator=(const Outputs&) = delete;
+    ~Outputs() {
+        for (auto* slot : slots) {
+            if (slot != nullptr) {
+                matrix::ArrayDeleter()(slot);
+            }
+        }
+    }
+
+    std::array<qxArray*, 2> slots = {};
+};
+
 void askGateway(const std::u16string& name) {
     const auto input = makeText(name);
     std::array<qxArray*, 1> inputs = {input.get()};
-    std::array<qxArray*, 2> outputs = {};
-    tessgen::kelwhich::invoke(2, outputs.data(), 1, inputs.data());
-    const matrix::ArrayPtr paths(outputs[0]);
-    const matrix::ArrayPtr kinds(outputs[1]);
+    Outputs outputs;
+    tessgen::kelwhich::invoke(2, outputs.slots.data(), 1, inputs.data());
+    const auto* paths = outputs.slots[0];
+    const auto* kinds = outputs.slots[1];
     std::cout << narrow(name) << " by invoke, " << kinds->rows << "-by-" << kinds->columns << '\n';
     for (std::size_t i = 0; i < paths->texts.size(); ++i) {
         std::cout << "  " << kinds->members.at(i)->text << ' ' << narrow(paths->texts[i]) << '\n';
