@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
@@ -84,9 +85,9 @@ TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndOneAtATimeFromManyThreads) {
     std::atomic<int> overlaps = 0;
     const kelwhich::CachedWhichResolverAdaptor cached(std::make_unique<SlowWhichResolver>(asked, overlaps));
     const Texts names = {u"a", u"b", u"c", u"d", u"e"};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) {
-        threads.emplace_back([&] {
+    std::array<std::thread, 8> threads;
+    for (auto& thread : threads) {
+        thread = std::thread([&] {
             for (const auto& name : names) {
                 EXPECT_EQ(cached.which(name), (Results{{name, Type::ORVAKBuiltin}}));
             }

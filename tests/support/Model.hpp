@@ -152,7 +152,7 @@ private:
         if (record.isBuiltin || !has(record.path, u'/') || !world_->spkgroot) {
             return record.path;
         }
-        const auto inPackages = moved(record.path, world_->orvakroot, *world_->spkgroot);
+        auto inPackages = moved(record.path, world_->orvakroot, *world_->spkgroot);
         if (inPackages == record.path || !world_->files.contains(inPackages)) {
             return record.path;
         }
