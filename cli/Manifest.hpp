@@ -8,8 +8,9 @@
 namespace tessgen::cli {
 
 // The manifest, or its folder: what the request names, else what KELWHICH_INSTALLATION names, else the nearest
-// `installation.json` in the working folder or above. Whether it can be read is not looked at.
-// Errors: std::runtime_error when there is none, std::filesystem::filesystem_error when the disk cannot tell.
+// `installation.json` in the working folder or above; a folder that cannot be looked into is passed over. Whether the
+// manifest can be read is not looked at.
+// Errors: std::runtime_error when there is none.
 std::string findManifest(const Request& request);
 
 } // namespace tessgen::cli
