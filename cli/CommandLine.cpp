@@ -5,7 +5,7 @@
 #include <getopt.h>
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -15,7 +15,8 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr int otherWord = 1; // what getopt answers for a word that is no option
+constexpr int otherWord = 1;       // what getopt answers for a word that is no option
+constexpr int firstAnswer = 0x100; // of the options, above every letter: each is answered by its place in the table
 
 [[noreturn]] void refuse(const std::string& why) {
     throw std::runtime_error(why + "; see kelwhich --help");
@@ -25,23 +26,31 @@ constexpr int otherWord = 1; // what getopt answers for a word that is no option
 std::string lettersForGetopt() {
     std::string letters = "-:";
     for (const auto& row : optionTable) {
-        letters.append(1, row.letter).append(row.argument == nullptr ? "" : ":");
+        if (row.letter != 0) {
+            letters.append(1, row.letter).append(row.argument == nullptr ? "" : ":");
+        }
     }
     return letters;
 }
 
-auto namesForGetopt() {
-    std::array<option, optionTable.size() + 1> names{}; // the last one stays empty
-    std::transform(optionTable.begin(), optionTable.end(), names.begin(), [](const OptionRow& row) {
-        return option{row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, row.letter};
-    });
+std::vector<option> namesForGetopt() {
+    std::vector<option> names;
+    for (const auto& row : optionTable) {
+        const int answer = firstAnswer + static_cast<int>(names.size());
+        names.push_back({row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, answer});
+    }
+    names.emplace_back(); // an empty one ends them
     return names;
 }
 
-const OptionRow* findOption(int letter) {
-    const auto* const row =
-        std::find_if(optionTable.begin(), optionTable.end(), [letter](const auto& r) { return r.letter == letter; });
-    return row == optionTable.end() ? nullptr : row;
+// The option that getopt answers by its letter or by its place; null for any other answer.
+const OptionRow* findOption(int answer) {
+    if (answer >= firstAnswer) {
+        return &optionTable[static_cast<std::size_t>(answer - firstAnswer)];
+    }
+    const auto row = std::find_if(optionTable.begin(), optionTable.end(),
+                                  [answer](const auto& r) { return r.letter != 0 && r.letter == answer; });
+    return row == optionTable.end() ? nullptr : &*row;
 }
 
 // `word` is the one that getopt stumbled over; `optopt` tells the option, if it is one.
@@ -94,23 +103,30 @@ private:
             return;
         }
         request_.operands.push_back(word);
-        if (command_->takesNames) {
+        if (command_->takes == Operands::names) {
             takeAllOperands();
         }
     }
 
     bool takeCommand(const std::string& word) {
-        const auto* const row =
-            std::find_if(commandTable.begin(), commandTable.end(), [&word](const auto& r) { return r.word == word; });
-        if (row == commandTable.end()) {
-            return false;
+        std::vector<std::string> possible; // the commands that begin with this word
+        for (const auto& row : commandTable) {
+            if (row.word != word) {
+                continue;
+            }
+            if (row.secondWord.empty() || (optind < count_ && words_[optind] == row.secondWord)) {
+                optind += row.secondWord.empty() ? 0 : 1;
+                command_ = &row;
+                request_.action = row.action;
+                return true;
+            }
+            possible.push_back(row.words());
         }
-        if (!row->secondWord.empty() && (optind == count_ || words_[optind++] != row->secondWord)) {
-            refuse(fmt::format("'{0}' begins the command '{1}'; for the name: kelwhich -- {0}", word, row->words()));
+        if (!possible.empty()) {
+            refuse(fmt::format("'{0}' begins the command '{1}'; for the name: kelwhich -- {0}", word,
+                               fmt::join(possible, "' or '")));
         }
-        command_ = row;
-        request_.action = row->action;
-        return true;
+        return false;
     }
 
     void takeAllOperands() {
@@ -124,12 +140,16 @@ private:
                 refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
             }
         }
-        if (request_.operands.empty()) {
+        const auto takes = command_->takes;
+        const auto given = request_.operands.size();
+        if (given == 0 && (takes == Operands::names || takes == Operands::one)) {
             refuse(fmt::format("{} is missing", command_->operands));
         }
-        if (!command_->takesNames && request_.operands.size() > 1) {
-            refuse(fmt::format("'{}' takes one {}, not {}", command_->words(), command_->operands,
-                               request_.operands.size()));
+        if (given > 0 && takes == Operands::none) {
+            refuse(fmt::format("'{}' takes no operand, not '{}'", command_->words(), request_.operands.front()));
+        }
+        if (given > 1 && takes != Operands::names) {
+            refuse(fmt::format("'{}' takes one {}, not {}", command_->words(), command_->operands, given));
         }
     }
 
@@ -137,7 +157,7 @@ private:
     char** words_;
     Request request_;
     bool mayBeCommand_ = true;
-    const CommandRow* command_ = commandTable.data();
+    const CommandRow* command_ = &commandTable.front();
     std::vector<const OptionRow*> met_;
 };
 

@@ -12,7 +12,7 @@ namespace tessgen::cli {
 // What the program was asked to do.
 struct Request {
     Action action = Action::which;
-    std::vector<std::string> operands; // names, or the one file of records
+    std::vector<std::string> operands; // names, or the one thing that the command is about
     std::optional<std::string> installation;
     std::optional<std::string> output;
     bool json = false;

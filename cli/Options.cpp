@@ -13,14 +13,15 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr unsigned everyCommand = bit(Action::which) | bit(Action::storeBuild);
+constexpr unsigned everyCommand = ~0U;
 
 std::string spelled(const CommandRow& row) {
-    return fmt::format("{} {}", row.words(), row.operands);
+    return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
 }
 
 std::string spelled(const OptionRow& row) {
-    return fmt::format("-{}, --{}{}{}", row.letter, row.name, row.argument == nullptr ? "" : " ",
+    const auto letter = row.letter == 0 ? std::string(4, ' ') : fmt::format("-{}, ", row.letter);
+    return fmt::format("{}--{}{}{}", letter, row.name, row.argument == nullptr ? "" : " ",
                        row.argument == nullptr ? "" : row.argument);
 }
 
@@ -40,13 +41,16 @@ std::string CommandRow::words() const {
     return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
 }
 
-const std::array<CommandRow, 2> commandTable{{
-    {Action::which, "which", "", "NAME...", true, "the candidates of each name (the word \"which\" may be left out)"},
-    {Action::storeBuild, "store", "build", "RECORDS.jsonl", false,
-     "the support store, from a file with a JSON record on each line"},
-}};
+namespace {
 
-const std::array<OptionRow, 5> optionTable{{
+constexpr auto commands = std::to_array<CommandRow>({
+    {Action::which, "which", "", "NAME...", Operands::names,
+     "the candidates of each name (the word \"which\" may be left out)"},
+    {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
+     "the support store, from a file with a JSON record on each line"},
+});
+
+constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr, bit(Action::which), "which: one JSON document instead of text",
@@ -58,7 +62,12 @@ const std::array<OptionRow, 5> optionTable{{
      [](Request& request, const char*) { request.action = Action::help; }},
     {"version", 'V', nullptr, everyCommand, "the version",
      [](Request& request, const char*) { request.action = Action::version; }},
-}};
+});
+
+} // namespace
+
+const std::span<const CommandRow> commandTable = commands;
+const std::span<const OptionRow> optionTable = options;
 
 std::string helpText() {
     std::string text =
