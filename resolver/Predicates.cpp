@@ -28,32 +28,31 @@ bool isBuiltinOrSourceFile(const WhichResult& result) {
     return sameText(extension, u"vk") || sameText(extension, u"vkx");
 }
 
-bool isIndirectResult(const WhichResult& result, const std::u16string& name) {
-    if (!isPlainName(name)) {
-        return false;
-    }
+Explanation::Definition definitionBy(const WhichResult& result, const std::u16string& name) {
+    using Definition = Explanation::Definition;
     switch (result.type) {
     case WhichResultType::ORVAKBuiltinMethod:
-        return true;
+        return isPlainName(name) ? Definition::hostMethod : Definition::direct;
     case WhichResultType::KELBuiltin:
     case WhichResultType::ORVAKBuiltin:
-        return false;
+        return Definition::direct;
     case WhichResultType::KELPath:
     case WhichResultType::ORVAKPath:
         break;
     }
-    return definesDifferentName(result, name);
+    return definitionAt(result.path, name);
 }
 
-bool definesDifferentName(const std::u16string& path, const std::u16string& name) {
+Explanation::Definition definitionAt(const std::u16string& path, const std::u16string& name) {
+    using Definition = Explanation::Definition;
     if (!isPlainName(name)) {
-        return false;
+        return Definition::direct;
     }
     if (!sameText(qualifiedNameForPath(path), name)) {
-        return true;
+        return Definition::otherName;
     }
     const auto classFolder = getClassFolderInfo(path);
-    return classFolder && !sameText(classFolder->className, name);
+    return classFolder && !sameText(classFolder->className, name) ? Definition::otherClass : Definition::direct;
 }
 
 } // namespace tessgen::kelwhich
