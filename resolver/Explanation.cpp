@@ -1,5 +1,6 @@
 #include "tessgen/kelwhich/Explanation.hpp"
 
+#include "host/Paths.hpp"
 #include "resolver/Ordering.hpp"
 #include "resolver/Predicates.hpp"
 #include "resolver/Repeats.hpp"
@@ -7,6 +8,7 @@
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -31,14 +33,10 @@ Kind kindOf(WhichResultType type) {
     }
 }
 
-// The most significant key in which two candidates differ.
+// The most significant key in which two candidates differ; none other than `gathered` if they tie on all before it.
 Key keyBetween(const Candidate& a, const Candidate& b) {
-    return a.isDirect() != b.isDirect()         ? Key::direct
-           : a.isUser() != b.isUser()           ? Key::user
-           : a.isSupported() != b.isSupported() ? Key::supported
-           : a.sourceFile != b.sourceFile       ? Key::sourceFile
-           : a.kind != b.kind                   ? Key::kind
-                                                : Key::gathered;
+    return *std::find_if(Explanation::keys.begin(), Explanation::keys.end() - 1,
+                         [&](Key key) { return Explanation::compare(key, a, b) != std::strong_ordering::equal; });
 }
 
 void rank(Explanation& explanation) {
@@ -57,6 +55,24 @@ void rank(Explanation& explanation) {
 }
 
 } // namespace
+
+std::strong_ordering Explanation::compare(Key key, const Candidate& a, const Candidate& b) {
+    switch (key) {
+    case Key::direct:
+        return b.isDirect() <=> a.isDirect();
+    case Key::user:
+        return b.isUser() <=> a.isUser();
+    case Key::supported:
+        return b.isSupported() <=> a.isSupported();
+    case Key::sourceFile:
+        return b.sourceFile <=> a.sourceFile;
+    case Key::kind:
+        return a.kind <=> b.kind;
+    case Key::gathered:
+        break;
+    }
+    return a.gathered <=> b.gathered;
+}
 
 // Tells what `resolve` would be told, and writes it down.
 struct KELWhichResolver::RecordingJudge {
@@ -82,6 +98,7 @@ struct KELWhichResolver::RecordingJudge {
 
     bool isDirect(Candidate* candidate) const {
         candidate->definition = definitionBy(candidate->result, name);
+        candidate->definedName = isFile(candidate->result) ? qualifiedNameForPath(candidate->result.path) : u"";
         return candidate->isDirect();
     }
 
@@ -124,8 +141,9 @@ Explanation KELWhichResolver::explain(const std::u16string& name) const {
     for (auto& entry : findSupportEntry(name)) {
         if (entry.carriedFlag) {
             const auto definition = definitionAt(entry.path, name);
-            explanation.redirects.push_back(
-                {std::move(entry.path), std::move(entry.symbol), definition, std::move(entry.entry)});
+            auto defined = qualifiedNameForPath(entry.path);
+            explanation.redirects.push_back({std::move(entry.path), std::move(entry.symbol), definition,
+                                             std::move(defined), std::move(entry.entry)});
         }
     }
     for (const auto& redirect : explanation.redirects) {

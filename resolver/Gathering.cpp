@@ -13,10 +13,6 @@ namespace tessgen::kelwhich {
 
 namespace {
 
-bool isFile(const WhichResult& result) {
-    return result.type == WhichResultType::KELPath || result.type == WhichResultType::ORVAKPath;
-}
-
 // A file that only the files of the folder above may use. One in a class's private folder belongs to the class.
 bool liesInPrivateFolder(const WhichResult& result) {
     return isFile(result) && !getClassFolderInfo(result.path)

@@ -15,14 +15,8 @@ bool isPlainName(const std::u16string& name) {
 } // namespace
 
 bool isBuiltinOrSourceFile(const WhichResult& result) {
-    switch (result.type) {
-    case WhichResultType::KELBuiltin:
-    case WhichResultType::ORVAKBuiltin:
-    case WhichResultType::ORVAKBuiltinMethod:
+    if (!isFile(result)) {
         return true;
-    case WhichResultType::KELPath:
-    case WhichResultType::ORVAKPath:
-        break;
     }
     const auto extension = fileExtension(result.path);
     return sameText(extension, u"vk") || sameText(extension, u"vkx");
@@ -30,17 +24,10 @@ bool isBuiltinOrSourceFile(const WhichResult& result) {
 
 Explanation::Definition definitionBy(const WhichResult& result, const std::u16string& name) {
     using Definition = Explanation::Definition;
-    switch (result.type) {
-    case WhichResultType::ORVAKBuiltinMethod:
+    if (result.type == WhichResultType::ORVAKBuiltinMethod) {
         return isPlainName(name) ? Definition::hostMethod : Definition::direct;
-    case WhichResultType::KELBuiltin:
-    case WhichResultType::ORVAKBuiltin:
-        return Definition::direct;
-    case WhichResultType::KELPath:
-    case WhichResultType::ORVAKPath:
-        break;
     }
-    return definitionAt(result.path, name);
+    return isFile(result) ? definitionAt(result.path, name) : Definition::direct;
 }
 
 Explanation::Definition definitionAt(const std::u16string& path, const std::u16string& name) {

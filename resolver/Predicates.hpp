@@ -10,6 +10,10 @@
 
 namespace tessgen::kelwhich {
 
+inline bool isFile(const WhichResult& result) noexcept {
+    return result.type == WhichResultType::KELPath || result.type == WhichResultType::ORVAKPath;
+}
+
 // True for built-ins of every kind, and for a file whose extension is one of the host language's.
 bool isBuiltinOrSourceFile(const WhichResult& result);
 

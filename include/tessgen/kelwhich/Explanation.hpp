@@ -7,7 +7,10 @@
 
 #include "tessgen/kelwhich/MetadataResolver.hpp"
 #include "tessgen/kelwhich/WhichResult.hpp"
+#include "tessgen/kelwhich/export.hpp"
 
+#include <array>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,6 +23,8 @@ namespace tessgen::kelwhich {
 struct Explanation {
     // What ranks candidates, the most significant first: of two candidates, the first key that differs decides.
     enum class Key : std::uint8_t { direct, user, supported, sourceFile, kind, gathered };
+    static constexpr std::array keys = {Key::direct,     Key::user, Key::supported,
+                                        Key::sourceFile, Key::kind, Key::gathered};
 
     // Whether the plain name that is resolved is defined there. Of a dotted name and of a path all is `direct`.
     enum class Definition : std::uint8_t {
@@ -60,6 +65,7 @@ struct Explanation {
         Source source;
         std::size_t gathered; // its place among the candidates as they were found
         Definition definition;
+        std::u16string definedName; // the qualified name that a file defines; empty for a built-in
         Ownership ownership;
         std::u16string hostFolder; // what its path begins with, if it is `sourceCode` or `supportPackage`
         Support support;
@@ -91,6 +97,7 @@ struct Explanation {
         std::u16string path;
         std::u16string target;
         Definition definition;
+        std::u16string definedName; // the qualified name that the path defines
         std::shared_ptr<const SupportEntry> record;
 
         bool isHonoured() const noexcept { return definition == Definition::direct; }
@@ -102,6 +109,9 @@ struct Explanation {
         std::vector<Candidate> candidates;
         std::vector<Dropped> dropped;
     };
+
+    // Which of two candidates of one resolution a key prefers: `less` is the first of them.
+    KELWHICH_EXPORT static std::strong_ordering compare(Key key, const Candidate& a, const Candidate& b);
 
     std::u16string name;
     std::vector<Redirect> redirects;     // in the order of the records
