@@ -33,6 +33,10 @@ Kind kindOf(WhichResultType type) {
     }
 }
 
+std::strong_ordering trueFirst(bool a, bool b) {
+    return a == b ? std::strong_ordering::equal : a ? std::strong_ordering::less : std::strong_ordering::greater;
+}
+
 // The most significant key in which two candidates differ; none other than `gathered` if they tie on all before it.
 Key keyBetween(const Candidate& a, const Candidate& b) {
     return *std::find_if(Explanation::keys.begin(), Explanation::keys.end() - 1,
@@ -59,13 +63,13 @@ void rank(Explanation& explanation) {
 std::strong_ordering Explanation::compare(Key key, const Candidate& a, const Candidate& b) {
     switch (key) {
     case Key::direct:
-        return b.isDirect() <=> a.isDirect();
+        return trueFirst(a.isDirect(), b.isDirect());
     case Key::user:
-        return b.isUser() <=> a.isUser();
+        return trueFirst(a.isUser(), b.isUser());
     case Key::supported:
-        return b.isSupported() <=> a.isSupported();
+        return trueFirst(a.isSupported(), b.isSupported());
     case Key::sourceFile:
-        return b.sourceFile <=> a.sourceFile;
+        return trueFirst(a.sourceFile, b.sourceFile);
     case Key::kind:
         return a.kind <=> b.kind;
     case Key::gathered:

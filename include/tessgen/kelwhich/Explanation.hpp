@@ -62,19 +62,19 @@ struct Explanation {
 
     struct Candidate {
         WhichResult result;
-        Source source;
-        std::size_t gathered; // its place among the candidates as they were found
-        Definition definition;
         std::u16string definedName; // the qualified name that a file defines; empty for a built-in
-        Ownership ownership;
-        std::u16string hostFolder; // what its path begins with, if it is `sourceCode` or `supportPackage`
-        Support support;
+        std::u16string hostFolder;  // what its path begins with, if it is `sourceCode` or `supportPackage`
         std::shared_ptr<const SupportEntry> record; // of the file with its path; null when none decided
-        bool sourceFile;                            // a built-in, or a file with an extension of the host language
-        Kind kind;
-        std::optional<Key> ahead; // by which key it stands before the next one; nothing for the last
+        Source source;
+        std::size_t gathered;     // its place among the candidates as they were found
         std::size_t rank;         // its place in the answer of `resolve`, or that of the first of its repeats
-        bool repeat;              // an earlier candidate has the same path and type, so it is not answered again
+        std::optional<Key> ahead; // by which key it stands before the next one; nothing for the last
+        Definition definition;
+        Ownership ownership;
+        Support support;
+        Kind kind;
+        bool sourceFile; // a built-in, or a file with an extension of the host language
+        bool repeat;     // an earlier candidate has the same path and type, so it is not answered again
 
         bool isDirect() const noexcept { return definition == Definition::direct; }
         bool isUser() const noexcept { return ownership == Ownership::user; }
