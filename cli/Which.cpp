@@ -68,6 +68,7 @@ int which(const Request& request) {
             complain(fmt::format("'{}': {}", name, error.what()));
         }
     }
+    resolver.keepRecording();
     if (!answers.empty()) {
         writeOut(request.json ? asJSON(answers) : asText(answers, outputIsColoured()));
     }

@@ -36,16 +36,6 @@ private:
     boost::unordered_flat_map<std::size_t, std::uint64_t> lines_;
 };
 
-SupportRecord readRecord(const LineReader& lines, std::string_view line, const std::string& root) {
-    try {
-        return readSupportRecord(line, root);
-    } catch (const JsonSyntaxError& error) {
-        throw std::runtime_error(lines.place() + std::to_string(error.column) + ": " + error.what());
-    } catch (const std::runtime_error& error) {
-        throw std::runtime_error(lines.place() + " " + error.what());
-    }
-}
-
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
 }
@@ -65,7 +55,7 @@ StoreBuildResult buildSupportStore(const std::string& records, const std::string
         if (isBlank(*line)) {
             continue;
         }
-        const auto record = readRecord(lines, *line, root);
+        const auto record = readLine(lines.place(), [&] { return readSupportRecord(*line, root); });
         if (!record.entry.isBuiltin) {
             if (const auto earlier = known.lineOf(record.entry.path, lines.number(), writer)) {
                 throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "
