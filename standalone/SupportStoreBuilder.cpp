@@ -11,12 +11,12 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace tessgen::standalone {
@@ -25,10 +25,10 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-// Reads a file line by line, of whatever length.
+// Reads a file, or "-" for standard input, line by line, of whatever length.
 class LineReader {
 public:
-    explicit LineReader(const std::string& file) : file_(file), stream_(std::fopen(file.c_str(), "re"), std::fclose) {
+    explicit LineReader(const std::string& file) : file_(file == "-" ? "standard input" : file), stream_(open(file)) {
         if (!stream_) {
             fail("cannot be opened");
         }
@@ -48,6 +48,7 @@ public:
             return std::nullopt;
         }
         ++number_;
+        bytes_ += static_cast<std::size_t>(length);
         std::string_view line(line_, static_cast<std::size_t>(length));
         if (number_ == 1 && line.starts_with(byteOrderMark)) {
             line.remove_prefix(byteOrderMark.size());
@@ -55,20 +56,37 @@ public:
         return line.substr(0, line.find_last_not_of("\r\n") + 1);
     }
 
+    // Whether this is what `path` leads to.
+    bool isFile(const std::string& path) const {
+        struct stat read {};
+        struct stat named {};
+        return fstat(fileno(stream_.get()), &read) == 0 && stat(path.c_str(), &named) == 0
+               && read.st_dev == named.st_dev && read.st_ino == named.st_ino;
+    }
+
     std::uint64_t number() const { return number_; }
+    // Read so far.
+    std::uint64_t bytes() const { return bytes_; }
     // How an error names the current line.
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
+    struct Close {
+        void operator()(std::FILE* stream) const { static_cast<void>(stream == stdin ? 0 : std::fclose(stream)); }
+    };
+
+    static std::FILE* open(const std::string& file) { return file == "-" ? stdin : std::fopen(file.c_str(), "re"); }
+
     [[noreturn]] void fail(const char* what) const {
         throw std::runtime_error(file_ + ": " + what + ": " + std::generic_category().message(errno));
     }
 
     std::string file_;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
+    std::unique_ptr<std::FILE, Close> stream_;
     char* line_ = nullptr;
     std::size_t capacity_ = 0;
     std::uint64_t number_ = 0;
+    std::uint64_t bytes_ = 0;
 };
 
 // The files that have a record, kept as hashes of their paths, since the paths themselves may not fit into memory.
@@ -103,16 +121,22 @@ bool isBlank(std::string_view line) {
 
 } // namespace
 
-StoreBuildResult buildSupportStore(const std::string& records, const std::string& output, const std::string& root) {
+StoreBuildProgress buildSupportStore(const std::string& records, const std::string& output, const std::string& root,
+                                     const std::function<void(const StoreBuildProgress&)>& report) {
     LineReader lines(records);
-    if (std::error_code absent; std::filesystem::equivalent(records, output, absent)) {
+    if (lines.isFile(output)) {
         throw std::runtime_error(output + ": holds the records, and the store must not replace them; "
                                  + "name another file with --output");
     }
     NewFile file(output);
     SupportStoreWriter writer(file);
     KnownFiles known;
+    StoreBuildProgress progress;
     while (const auto line = lines.next()) {
+        progress.bytes = lines.bytes();
+        if (report) {
+            report(progress);
+        }
         if (isBlank(*line)) {
             continue;
         }
@@ -124,10 +148,11 @@ StoreBuildResult buildSupportStore(const std::string& records, const std::string
             }
         }
         writer.add(record);
+        ++progress.records;
     }
-    const StoreBuildResult result{writer.finish(toUTF16(root).value())};
+    writer.finish(toUTF16(root).value());
     file.replaceTarget();
-    return result;
+    return progress;
 }
 
 } // namespace tessgen::standalone

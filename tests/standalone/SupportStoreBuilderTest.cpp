@@ -171,7 +171,8 @@ TEST(SupportStoreBuilder, LeavesTheOldStoreWhenTheDiskIsFull) {
         return buildError(folder.path("records.jsonl"), store);
     };
     for (rlim_t size = 0; size < before.size(); size += 100) {
-        EXPECT_EQ(errorWithin(size), folder.path("support.cdb: cannot be written, and is as it was: File too large"));
+        EXPECT_EQ(errorWithin(size), folder.path("support.cdb: cannot be written, and is as it was: File too large; "
+                                                 "files may not grow that large here: raise the limit (ulimit -f)"));
         EXPECT_EQ(contentOf(store), before) << size;
         EXPECT_EQ(entriesIn(folder), 2) << size;
     }
