@@ -19,12 +19,6 @@ namespace {
 constexpr std::string_view prefix = ".kelwhich-new-";
 constexpr std::size_t bufferSize = std::size_t{1} << 18U;
 
-std::string realPath(const std::string& target) {
-    std::error_code absent;
-    const auto real = std::filesystem::canonical(target, absent);
-    return absent ? target : real.string();
-}
-
 std::string folderOf(const std::string& path) {
     const auto separator = path.rfind('/');
     return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
@@ -104,13 +98,21 @@ const char* adviceFor(int error) {
 
 } // namespace
 
-NewFile::NewFile(const std::string& target) : target_(realPath(target)) {
+NewFile::NewFile(const std::string& target) : target_(target) {
     struct stat status {};
-    if (stat(target_.c_str(), &status) == 0) {
+    if (stat(target.c_str(), &status) == 0) {
+        std::error_code error;
+        target_ = std::filesystem::canonical(target, error).string();
+        if (error) {
+            target_ = target;
+            fail(error.value());
+        }
         if (!S_ISREG(status.st_mode)) {
             throw std::runtime_error(target_ + ": is not a regular file; name the file to be written");
         }
         old_ = status;
+    } else if (errno != ENOENT) {
+        fail(errno);
     }
     removeLeftovers(folderOf(target_));
     // What the old file hides from others, the new one hides from its beginning.
