@@ -2,6 +2,8 @@
 #include "cli/Console.hpp"
 #include "cli/Escape.hpp"
 #include "cli/Manifest.hpp"
+#include "standalone/Installation.hpp"
+#include "standalone/SupportStore.hpp"
 #include "standalone/SupportStoreCheck.hpp"
 
 #include <fmt/format.h>
@@ -12,6 +14,9 @@ namespace tessgen::cli {
 
 int storeVerify(const Request& request) {
     const auto file = findStore(request);
+    if (request.operands.empty()) { // then it must be the one of the installation
+        const standalone::SupportStore store(file, standalone::readInstallation(findManifest(request)).root);
+    }
     const auto check = standalone::checkSupportStore(file);
     if (check.damages == 0) {
         writeOut(fmt::format("{}: whole, {} records\n", escaped(file), check.records));

@@ -47,11 +47,12 @@ private:
             } catch (const StoreDamage& error) {
                 find(walk_.position(), error.damage);
                 due_.clear();
+                lost_ = true;
             }
         }
         if (check_.damages == 0) {
-            expect(due_.empty() && infoSeen_, file_.entriesEnd(), "entries are missing");
-            expect(check_.records == file_.info().records, file_.entriesEnd(),
+            expect(due_.empty() && infoSeen_, "entries are missing behind this one");
+            expect(check_.records == file_.info().records,
                    "there are " + std::to_string(check_.records) + " records where "
                        + std::to_string(file_.info().records) + " were written");
         }
@@ -61,27 +62,28 @@ private:
     void checkPlaceOf(const StoreEntry& entry) {
         if (!due_.empty()) {
             const auto& [key, value] = due_.front();
-            expect(entry.key == key && entry.value == value, walk_.position(),
+            expect(entry.key == key && entry.value == value,
                    "this is not the entry for the name of the record before it");
             due_.pop_front();
         } else if (isRecord(entry.key)) {
-            checkRecord(entry);
+            expect(!infoSeen_, "there is a record after the last one");
+            lost_ = !checkRecord(entry);
+        } else if (entry.key == encodeKey(EntryKind::info)) {
+            expect(!std::exchange(infoSeen_, true), "what is about the store is there twice");
         } else {
-            expect(entry.key == encodeKey(EntryKind::info) && !infoSeen_, walk_.position(),
-                   "no record needs this entry");
-            infoSeen_ = true;
+            expect(lost_, "no record needs this entry");
         }
     }
 
-    void checkRecord(const StoreEntry& entry) {
+    // Whether it tells which entries come next.
+    bool checkRecord(const StoreEntry& entry) {
         const auto record = decodeRecord(entry.key, entry.value);
         if (!record || !isText(record->entry.path) || !isText(record->entry.symbol) || !areTexts(record->names)
             || !areTexts(record->entry.unsupportedSymbols)) {
             find(walk_.position(), "no build writes such a record");
-            return;
+            return false;
         }
         ++check_.records;
-        expect(!infoSeen_, walk_.position(), "there is a record after the last one");
         const auto length = static_cast<std::uint32_t>(entry.key.size() + entry.value.size() + checksumSize);
         const auto reference = encodeReference({walk_.position(), length, entry.checksum});
         for (const auto& name : record->names) {
@@ -89,9 +91,9 @@ private:
         }
         if (!record->entry.isBuiltin) {
             const auto found = StoreSearch(file_, std::string(entry.key)).next();
-            expect(found && found->key.data() == entry.key.data(), walk_.position(),
-                   "the record of a file is not found by its path");
+            expect(found && found->key.data() == entry.key.data(), "the record of a file is not found by its path");
         }
+        return true;
     }
 
     void checkTables() {
@@ -105,13 +107,16 @@ private:
     void compare(std::uint32_t position, std::string_view written) {
         const auto found = file_.bytes(position, static_cast<std::uint32_t>(written.size()));
         const auto [there, as] = std::mismatch(found.begin(), found.end(), written.begin());
-        expect(there == found.end(), position + static_cast<std::uint32_t>(there - found.begin()),
-               "the hash tables do not lead to the entries");
+        if (there != found.end()) {
+            find(position + static_cast<std::uint32_t>(there - found.begin()),
+                 "the hash tables do not lead to the entries");
+        }
     }
 
-    void expect(bool isSo, std::uint32_t position, const std::string& damage) {
+    // Of the entry that the walk is at.
+    void expect(bool isSo, const std::string& damage) {
         if (!isSo) {
-            find(position, damage);
+            find(walk_.position(), damage);
         }
     }
 
@@ -126,7 +131,8 @@ private:
     StoreWalk walk_;
     SupportStoreTables tables_;
     std::deque<std::pair<std::string, std::string>> due_; // the name entries that must come next: key and value
-    bool infoSeen_ = false;
+    bool lost_ = false;     // the record before was damaged, so that its names are not known
+    bool infoSeen_ = false; // the entry about the store, which is the last
     StoreCheck check_;
 };
 

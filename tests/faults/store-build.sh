@@ -63,6 +63,7 @@ try() {
     [ "$(ls -A "$world/store")" = support.cdb ] || echo "$case" >>"$world/leftovers"
   elif [ "$status" = 0 ]; then
     [ "$store" = new ] || fail "$case: succeeds with the old store"
+    [[ $case != error=EIO\ at\ @(pwrite64*|rename*|fsync 1) ]] || fail "$case: not noticed"
   else
     [ "$status" -lt 128 ] || fail "$case: dies with $status"
     [ -s "$world/err" ] || fail "$case: fails without a word"
@@ -95,7 +96,9 @@ for worker in 0 1; do
   (awk -v w=$worker 'NR % 2 == w' cases | while read -r call number how; do try "world$worker" "$call" "$number" "$how"; done) &
   workers+=($!)
 done
-for worker in "${workers[@]}"; do wait "$worker" || exit 1; done
+status=0
+for worker in "${workers[@]}"; do wait "$worker" || status=1; done
+[ "$status" = 0 ] || exit 1
 
 # The disk is full: a small one of our own where we may mount it, else a limit on the file's size.
 full() { # full SAYS: in first/, a build that does not fit
