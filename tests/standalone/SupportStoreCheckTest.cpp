@@ -92,6 +92,24 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     }
 }
 
+// The tables follow each other as they should, and yet one has the places of another.
+TEST(SupportStoreCheck, FindsPlacesThatAreInAnotherTable) {
+    const TemporaryFolder folder;
+    auto content = test::contentOf(buildStore(folder, test::recordsOfEveryForm));
+    std::size_t slot = 0;
+    while (numberFrom(std::string_view(content).substr(slot + databaseSlotSize + 4)) == 0) {
+        slot += databaseSlotSize;
+    }
+    const auto places = numberFrom(std::string_view(content).substr(slot + 4));
+    const auto next = std::string_view(content).substr(slot + databaseSlotSize);
+    const auto both = places + numberFrom(next.substr(4));
+    const auto end = numberFrom(next) + (both - places) * databasePlaceSize;
+    content.replace(slot + 4, 12, encodeNumber(both) + encodeNumber(end) + encodeNumber(0));
+    const auto file = folder.write("moved.cdb", content);
+    EXPECT_EQ(test::openingError(file), "no error");
+    EXPECT_EQ(checkSupportStore(file).damages, 1);
+}
+
 } // namespace
 
 } // namespace tessgen::standalone
