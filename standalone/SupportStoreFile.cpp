@@ -92,7 +92,7 @@ void SupportStoreFile::release(std::uint32_t begin, std::uint32_t end) const {
     constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
     begin -= begin % block;
     end -= end % block;
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the bytes stay what they are
+    // The cast is what madvise asks for; the bytes stay what they are.
     madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
 }
 
