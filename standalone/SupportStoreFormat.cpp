@@ -1,5 +1,7 @@
 #include "standalone/SupportStoreFormat.hpp"
 
+#include "standalone/Text.hpp"
+
 #include <bit>
 #include <cstddef>
 #include <cstring>
@@ -136,15 +138,18 @@ std::string encodeInfo(const StoreInfo& info) {
     return value;
 }
 
+bool isRecord(std::string_view key) {
+    return key.starts_with(static_cast<char>(EntryKind::file))
+           || key.starts_with(static_cast<char>(EntryKind::builtin));
+}
+
 std::optional<SupportRecord> decodeRecord(std::string_view key, std::string_view value) {
-    const bool isFile = !key.empty() && key.front() == static_cast<char>(EntryKind::file);
-    const bool isBuiltin = !key.empty() && key.front() == static_cast<char>(EntryKind::builtin);
-    if (!isFile && !isBuiltin) {
+    if (!isRecord(key)) {
         return std::nullopt;
     }
     SupportRecord record;
     auto& entry = record.entry;
-    entry.isBuiltin = isBuiltin;
+    entry.isBuiltin = key.front() == static_cast<char>(EntryKind::builtin);
     Decoder path(key.substr(1));
     entry.path = path.units((key.size() - 1) / sizeof(char16_t));
     Decoder rest(value);
@@ -156,7 +161,7 @@ std::optional<SupportRecord> decodeRecord(std::string_view key, std::string_view
     entry.symbol = rest.text();
     entry.unsupportedSymbols = rest.texts();
     record.names = rest.texts();
-    if (!path.complete() || !rest.complete() || flags >= redirectFlag * 2) {
+    if (!path.complete() || !rest.complete() || flags >= redirectFlag * 2 || record.names.empty()) {
         return std::nullopt;
     }
     return record;
@@ -184,7 +189,7 @@ std::optional<StoreInfo> decodeInfo(std::string_view value) {
     }
     info.records = decoder.number();
     info.root = decoder.text();
-    return decoder.complete() ? std::optional(std::move(info)) : std::nullopt;
+    return decoder.complete() && toUTF8(info.root) ? std::optional(std::move(info)) : std::nullopt;
 }
 
 } // namespace tessgen::standalone
