@@ -14,3 +14,6 @@ add_unit_tests(
   kelwhich_paths
   kelwhich_standalone_needs)
 target_compile_definitions(standalone_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+add_test(NAME standalone.schema
+         COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/installation.schema.json" standalone/manifests.json
+         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
