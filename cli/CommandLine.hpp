@@ -16,6 +16,10 @@ struct Request {
     std::optional<std::string> installation;
     std::optional<std::string> output;
     bool json = false;
+    std::vector<std::string> kelFolders;        // init
+    std::vector<std::string> sourceCodeFolders; // init
+    bool records = false;
+    bool force = false;
 };
 
 // Only the first word that is no option can be a command; after "--" no word is an option or a command.

@@ -16,6 +16,10 @@ int run(const Request& request) {
         return which(request);
     case Action::storeBuild:
         return storeBuild(request);
+    case Action::config:
+        return config(request);
+    case Action::init:
+        return init(request);
     case Action::help:
         writeOut(helpText());
         return exitYes;

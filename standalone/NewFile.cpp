@@ -1,6 +1,7 @@
 #include "standalone/NewFile.hpp"
 
 #include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
@@ -61,6 +62,16 @@ NewFile::~NewFile() {
     }
     if (!path_.empty()) {
         unlink(path_.c_str());
+    }
+}
+
+void NewFile::write(std::string_view text) { // NOLINT(readability-make-member-function-const): it changes the file
+    while (!text.empty()) {
+        const auto written = ::write(descriptor_, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            fail(errno);
+        }
+        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }
 }
 

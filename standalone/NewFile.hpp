@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tessgen::standalone {
 
@@ -20,6 +21,9 @@ public:
     ~NewFile();
 
     int descriptor() const { return descriptor_; }
+
+    // Appends all of `text`.
+    void write(std::string_view text);
 
     // Waits until the disk has the content, then replaces the target.
     void replaceTarget();

@@ -9,6 +9,7 @@ add_unit_tests(
   standalone/SupportStoreBuilderTest.cpp
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
+  standalone/TreeSurveyTest.cpp
   LIBRARIES
   kelwhich_standalone_objects
   kelwhich_paths
