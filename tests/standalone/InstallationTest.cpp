@@ -120,7 +120,13 @@ TEST(Installation, OutlivesWhatNoManifestCanBe) {
         const auto error = errorOf(file);
         return error.starts_with(file) ? error.substr(file.size()) : error;
     };
-    EXPECT_EQ(errorFor(std::string(1'000'000, '[')), ":1:101: lists and objects lie in each other more than 100 deep");
+    const std::string tooDeep = "lists and objects lie in each other more than 100 deep";
+    EXPECT_EQ(errorFor(std::string(1'000'000, '[')), ":1:101: " + tooDeep);
+    const auto nested = [](std::size_t lists) {
+        return R"({"root": )" + std::string(lists, '[') + std::string(lists, ']') + "}";
+    };
+    EXPECT_EQ(errorFor(nested(100)), ":1:109: " + tooDeep);
+    EXPECT_EQ(errorFor(nested(99)), ":1:10: key \"root\": expected the path of a folder or file, found a list of 1");
     constexpr std::size_t largest = std::size_t{16} << 20U;
     EXPECT_EQ(errorFor("{}" + std::string(largest - 2, ' ')), "");
     EXPECT_EQ(errorFor("{}" + std::string(largest - 1, ' ')), ": larger than 16 MiB, which no manifest needs to be");
