@@ -128,10 +128,10 @@ void complainOfPassedOver(const TreeSurvey& survey) {
 // Both files are written before the first takes its place.
 void writeFiles(const TreeFiles& files, const std::string& manifest, const std::optional<std::string>& records) {
     standalone::NewFile newManifest(files.manifest);
-    newManifest.write(manifest);
+    newManifest.append(manifest);
     if (records) {
         standalone::NewFile newRecords(files.records);
-        newRecords.write(*records);
+        newRecords.append(*records);
         newRecords.replaceTarget();
     }
     newManifest.replaceTarget();

@@ -65,9 +65,9 @@ NewFile::~NewFile() {
     }
 }
 
-void NewFile::write(std::string_view text) { // NOLINT(readability-make-member-function-const): it changes the file
+void NewFile::append(std::string_view text) { // NOLINT(readability-make-member-function-const): it changes the file
     while (!text.empty()) {
-        const auto written = ::write(descriptor_, text.data(), text.size());
+        const auto written = write(descriptor_, text.data(), text.size());
         if (written < 0 && errno != EINTR) {
             fail(errno);
         }

@@ -22,8 +22,8 @@ public:
 
     int descriptor() const { return descriptor_; }
 
-    // Appends all of `text`.
-    void write(std::string_view text);
+    // Errors: not all of it could be written.
+    void append(std::string_view text);
 
     // Waits until the disk has the content, then replaces the target.
     void replaceTarget();
