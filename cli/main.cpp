@@ -14,6 +14,8 @@ int run(const Request& request) {
     switch (request.action) {
     case Action::which:
         return which(request);
+    case Action::explain:
+        return explain(request);
     case Action::storeBuild:
         return storeBuild(request);
     case Action::config:

@@ -50,6 +50,19 @@ public:
 // no number type holds, and for lists and objects within each other beyond all use.
 nlohmann::json parseJson(std::string_view text);
 
+// What `read()` makes of a line of JSON, which is at `place` ("FILE:NUMBER:").
+// Errors: those of `read` about the line, with the place before them.
+template <typename Read>
+auto readLine(const std::string& place, Read read) {
+    try {
+        return read();
+    } catch (const JsonSyntaxError& error) {
+        throw std::runtime_error(place + std::to_string(error.column) + ": " + error.what());
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(place + " " + error.what());
+    }
+}
+
 // The value of a key, or null when the object does not give it.
 const nlohmann::json* findValue(const nlohmann::json& object, std::string_view key);
 
