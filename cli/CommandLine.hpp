@@ -19,6 +19,10 @@ struct Request {
     std::optional<std::string> record;
     std::optional<std::string> replay;
     bool json = false;
+    std::vector<std::string> kelFolders;        // init
+    std::vector<std::string> sourceCodeFolders; // init
+    bool records = false;
+    bool force = false;
 };
 
 // Only the first word that is no option can be a command; after "--" no word is an option or a command.

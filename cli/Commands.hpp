@@ -30,4 +30,10 @@ int storeVerify(const Request& request);
 // Writes the records of a support store as `storeBuild` reads them.
 int storeExport(const Request& request);
 
+// Prints every setting of the installation as it takes effect, and where it comes from.
+int config(const Request& request);
+
+// Writes a manifest for a tree of source files, and records for its KEL files when asked to.
+int init(const Request& request);
+
 } // namespace tessgen::cli

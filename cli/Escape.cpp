@@ -84,4 +84,19 @@ std::string escapedJSON(std::string_view json) {
     return out;
 }
 
+std::string shellWord(std::string_view text) {
+    const auto isPlain = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
+               || std::string_view("/._-+@").find(c) != std::string_view::npos;
+    };
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return std::string(text);
+    }
+    std::string word = "'";
+    for (const char c : text) {
+        word += c == '\'' ? R"('\'')" : std::string(1, c);
+    }
+    return word + "'";
+}
+
 } // namespace tessgen::cli

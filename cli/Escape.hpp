@@ -17,4 +17,8 @@ std::string escaped(std::string_view text);
 // A JSON text, with the same characters written as \uXXXX; it means what it meant.
 std::string escapedJSON(std::string_view json);
 
+// A text as a shell takes it for one word: in quotes when it must be. It is still to be escaped.
+//   new/it's -> 'new/it'\''s'
+std::string shellWord(std::string_view text);
+
 } // namespace tessgen::cli

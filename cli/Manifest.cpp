@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::cli {
 
@@ -38,12 +39,19 @@ std::string nearestManifest() {
 
 } // namespace
 
-std::string findManifest(const Request& request) {
+FoundManifest findManifestAndSource(const Request& request) {
     if (request.installation) {
-        return *request.installation;
+        return {*request.installation, ManifestSource::option};
     }
     auto named = environment("KELWHICH_INSTALLATION");
-    return named.empty() ? nearestManifest() : named;
+    if (!named.empty()) {
+        return {std::move(named), ManifestSource::environment};
+    }
+    return {nearestManifest(), ManifestSource::nearest};
+}
+
+std::string findManifest(const Request& request) {
+    return findManifestAndSource(request).path;
 }
 
 std::string findStore(const Request& request) {

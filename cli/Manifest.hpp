@@ -7,10 +7,20 @@
 
 namespace tessgen::cli {
 
-// The manifest, or its folder: what the request names, else what KELWHICH_INSTALLATION names, else the nearest
-// `installation.json` in the working folder or above; a folder that cannot be looked into is passed over. Whether the
-// manifest can be read is not looked at.
+enum class ManifestSource { option, environment, nearest };
+
+struct FoundManifest {
+    std::string path; // of the manifest or of its folder
+    ManifestSource source;
+};
+
+// What the request names, else what KELWHICH_INSTALLATION names, else the nearest `installation.json` in the working
+// folder or above; a folder that cannot be looked into is passed over. Whether the manifest can be read is not looked
+// at.
 // Errors: std::runtime_error when there is none.
+FoundManifest findManifestAndSource(const Request& request);
+
+// Only the path of that.
 std::string findManifest(const Request& request);
 
 // The store that the request names, else that of the installation.

@@ -9,7 +9,18 @@ namespace tessgen::cli {
 
 struct Request;
 
-enum class Action : unsigned { which, explain, storeBuild, storeInfo, storeVerify, storeExport, help, version };
+enum class Action : unsigned {
+    which,
+    explain,
+    storeBuild,
+    storeInfo,
+    storeVerify,
+    storeExport,
+    config,
+    init,
+    help,
+    version
+};
 
 constexpr unsigned bit(Action action) {
     return 1U << static_cast<unsigned>(action);

@@ -24,6 +24,10 @@ int run(const Request& request) {
         return storeVerify(request);
     case Action::storeExport:
         return storeExport(request);
+    case Action::config:
+        return config(request);
+    case Action::init:
+        return init(request);
     case Action::help:
         writeOut(helpText());
         return exitYes;

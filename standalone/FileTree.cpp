@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <system_error>
@@ -25,15 +26,23 @@ bool holdsNUL(const std::string& path) {
     return path.find('\0') != std::string::npos;
 }
 
-Kind kindOfEntry(unsigned char type) {
-    switch (type) {
+Kind kindOfMode(mode_t mode) {
+    return S_ISREG(mode) ? Kind::file : S_ISDIR(mode) ? Kind::folder : S_ISLNK(mode) ? Kind::link : Kind::other;
+}
+
+Kind kindOfEntry(DIR* folder, const dirent& entry) {
+    switch (entry.d_type) {
     case DT_REG:
         return Kind::file;
     case DT_DIR:
         return Kind::folder;
     case DT_LNK:
-    case DT_UNKNOWN: // some file systems do not tell in a listing
         return Kind::link;
+    case DT_UNKNOWN: { // some file systems do not tell in a listing
+        struct stat status {};
+        const int failed = fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW);
+        return failed != 0 ? Kind::link : kindOfMode(status.st_mode); // what a link leads to is looked at, and told
+    }
     default:
         return Kind::other;
     }
@@ -68,7 +77,7 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         }
         const std::string_view name = entry->d_name;
         if (name != "." && name != ".." && wanted(name)) {
-            found.push_back({std::string(name), kindOfEntry(entry->d_type)});
+            found.push_back({std::string(name), kindOfEntry(opened.get(), *entry)});
         }
     }
     if (const int error = errno; error != 0) {
@@ -89,7 +98,7 @@ std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {
         }
         throw failure(error, path);
     }
-    return S_ISREG(status.st_mode) ? Kind::file : S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;
+    return kindOfMode(status.st_mode);
 }
 
 } // namespace tessgen::standalone

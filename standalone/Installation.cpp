@@ -2,10 +2,12 @@
 
 #include "standalone/FileTree.hpp"
 #include "standalone/JsonInput.hpp"
+#include "standalone/JsonPlaces.hpp"
 #include "standalone/ManifestFile.hpp"
 #include "standalone/PathText.hpp"
 #include "standalone/Text.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <stdexcept>
 #include <string_view>
@@ -33,7 +35,7 @@ auto readList(const json& object, const std::string& key, Read read) {
             failAtKey(key, "a list", value);
         }
         for (const json& element : *value) {
-            list.push_back(read(element, key + "[" + std::to_string(list.size()) + "]"));
+            list.push_back(read(element, elementOf(key, list.size())));
         }
     }
     return list;
@@ -78,13 +80,44 @@ std::string readExtension(const json& value, const std::string& place) {
     return extension;
 }
 
+std::vector<std::string> readExtensions(const json& manifest) {
+    constexpr const char* key = "extensions";
+    const json* value = findValue(manifest, key);
+    if (value == nullptr) {
+        return defaultExtensions();
+    }
+    auto extensions = readList(manifest, key, readExtension);
+    if (extensions.empty()) {
+        failAtKey(key, "at least one extension, since no name is found without", value);
+    }
+    for (auto one = extensions.begin(); one != extensions.end(); ++one) {
+        if (std::find(extensions.begin(), one, *one) != one) {
+            const auto index = static_cast<std::size_t>(one - extensions.begin());
+            failAtKey(elementOf(key, index), "no extension twice", &(*value)[index]);
+        }
+    }
+    return extensions;
+}
+
+// The host tells of built-ins in a line of text, where such characters would mean something else; a name with "." or
+// "/" is never looked for among them.
+std::u16string readPlainName(const json* value, const std::string& place, const std::string& expected) {
+    const auto means = expected + R"(, a plain name without white space, "." and "/")";
+    const std::string& name = readText(value, place, means.c_str());
+    const auto isForeign = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
+    if (std::any_of(name.begin(), name.end(), isForeign)) {
+        failAtKey(place, means, value);
+    }
+    return toUTF16(name).value();
+}
+
 Builtin readBuiltin(const json& value, const std::string& place) {
     if (!value.is_object()) {
         failAtKey(place, R"(an object such as {"name": "sum"})", &value);
     }
     refuseUnknownKeys(value, {"name", "class", "constructor"}, place + ".");
     Builtin builtin;
-    builtin.name = toUTF16(readText(findValue(value, "name"), place + ".name", "the name of a built-in")).value();
+    builtin.name = readPlainName(findValue(value, "name"), place + ".name", "the name of a built-in");
     if (const json* constructor = findValue(value, "constructor")) {
         if (!constructor->is_boolean()) {
             failAtKey(place + ".constructor", "true or false", constructor);
@@ -95,15 +128,27 @@ Builtin readBuiltin(const json& value, const std::string& place) {
     if (className != nullptr || builtin.constructor) {
         const char* expected =
             builtin.constructor ? "the class that the constructor makes" : "the class that the method is of";
-        builtin.className = toUTF16(readText(className, place + ".class", expected)).value();
+        builtin.className = readPlainName(className, place + ".class", expected);
     }
     return builtin;
 }
 
+// Whatever lies in the support-package root is no user's file, so that root must not lie there as a whole.
+void refuseClashes(const Installation& read, const json& manifest) {
+    if (const auto& packages = read.supportPackageRoot) {
+        if (joinPath(read.root, "").starts_with(joinPath(*packages, ""))) {
+            failAtKey("supportPackageRoot", "a folder that root (" + read.root + ") does not lie in",
+                      findValue(manifest, "supportPackageRoot"));
+        }
+    }
+    if (read.supportStore == read.manifest) {
+        failAtKey("supportStore", "another file than the manifest", findValue(manifest, "supportStore"));
+    }
+}
+
 Installation readManifest(const json& manifest, const std::string& path) {
     if (!manifest.is_object()) {
-        throw std::runtime_error(std::string("expected an object with the keys of a manifest, found ")
-                                 + manifest.type_name());
+        failAtKey("", "an object with the keys of a manifest", &manifest);
     }
     refuseUnknownKeys(manifest, {"$schema", "root", "supportPackageRoot", "supportStore", "searchPath", "kelPath",
                                  "sourceCode", "extensions", "builtins"});
@@ -116,6 +161,7 @@ Installation readManifest(const json& manifest, const std::string& path) {
     result.root = readPath(manifest, "root", folder).value_or(folder);
     result.supportPackageRoot = readPath(manifest, "supportPackageRoot", folder);
     result.supportStore = readPath(manifest, "supportStore", folder);
+    refuseClashes(result, manifest);
 
     const auto& root = result.root;
     result.searchPath = readList(manifest, "searchPath", [&root](const json& value, const std::string& place) {
@@ -127,23 +173,34 @@ Installation readManifest(const json& manifest, const std::string& path) {
     result.sourceCode = readList(manifest, "sourceCode", [&root](const json& value, const std::string& place) {
         return readSourceCodeFolder(value, place, root);
     });
-    result.extensions = findValue(manifest, "extensions") == nullptr ? std::vector<std::string>{"vk", "vkx"}
-                                                                     : readList(manifest, "extensions", readExtension);
+    result.extensions = readExtensions(manifest);
     result.builtins = readList(manifest, "builtins", readBuiltin);
+    for (const auto& setting : manifest.items()) {
+        result.given.push_back(setting.key());
+    }
     return result;
 }
 
+std::runtime_error errorAt(TextPlace place, const ManifestFile& file, const std::runtime_error& error) {
+    return std::runtime_error(file.path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": "
+                              + error.what());
+}
+
 } // namespace
+
+std::vector<std::string> defaultExtensions() {
+    return {"vk", "vkx"};
+}
 
 Installation readInstallation(const std::string& fileOrFolder) {
     const ManifestFile file = readManifestFile(fileOrFolder);
     try {
         return readManifest(parseJson(file.text), file.path);
     } catch (const JsonSyntaxError& error) {
-        throw std::runtime_error(file.path + ":" + std::to_string(error.line) + ":" + std::to_string(error.column)
-                                 + ": " + error.what());
-    } catch (const std::runtime_error& error) {
-        throw std::runtime_error(file.path + ": " + error.what());
+        throw errorAt({error.line, error.column}, file, error);
+    } catch (const JsonKeyError& error) {
+        const auto find = error.isUnknownKey ? placeOfItsKey : placeOfValue;
+        throw errorAt(lineAndColumn(file.text, find(file.text, error.place)), file, error);
     }
 }
 

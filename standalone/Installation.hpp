@@ -28,10 +28,15 @@ struct Installation {
     std::vector<std::vector<std::string>> sourceCode; // folders of host code, as components below the root
     std::vector<std::string> extensions;              // without the dot, in order of preference
     std::vector<Builtin> builtins;
+    std::vector<std::string> given; // the manifest's own keys; every other setting has its default
 };
 
+// Of a manifest that gives none.
+std::vector<std::string> defaultExtensions();
+
 // Reads a manifest, or the `installation.json` of a folder.
-// Errors: std::runtime_error with one line that names the file, the place in it and what was expected there.
+// Errors: std::runtime_error that names the file, the line and column in it, and what was expected there. Texts of the
+// file are quoted as they are.
 Installation readInstallation(const std::string& fileOrFolder);
 
 // Errors: std::runtime_error when there is no `folder`, which the manifest gives under `key`.

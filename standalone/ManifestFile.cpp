@@ -19,6 +19,7 @@ namespace tessgen::standalone {
 namespace {
 
 constexpr const char* manifestName = "installation.json";
+constexpr std::size_t largestManifest = std::size_t{16} << 20U; // reading what is no manifest must not fill the memory
 
 std::runtime_error failure(const std::string& path, const std::string& what) {
     return std::runtime_error(path + ": " + what);
@@ -64,6 +65,9 @@ public:
             const ssize_t count = read(descriptor_, block.data(), block.size());
             if (count > 0) {
                 text.append(block.data(), static_cast<std::size_t>(count));
+                if (text.size() > largestManifest) {
+                    throw failure(path_, "larger than 16 MiB, which no manifest needs to be");
+                }
             } else if (count == 0) {
                 return text;
             } else if (errno != EINTR) {

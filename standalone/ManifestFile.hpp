@@ -11,7 +11,8 @@ struct ManifestFile {
 };
 
 // Reads a file, or the `installation.json` of a folder.
-// Errors: std::runtime_error with one line: nothing there, not a regular file, unreadable, a path that is not UTF-8.
+// Errors: std::runtime_error with one line: nothing there, not a regular file, unreadable, larger than any manifest, a
+// path that is not UTF-8.
 ManifestFile readManifestFile(const std::string& fileOrFolder);
 
 } // namespace tessgen::standalone

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -17,7 +18,7 @@ namespace {
 
 using nlohmann::json;
 
-std::u16string textOf(const json& value, std::string_view key) {
+std::u16string textOf(const json& value, const std::string& key) {
     const auto* const text = value.get_ptr<const std::string*>();
     const auto units = text == nullptr ? std::nullopt : toUTF16(*text);
     if (!units || units->empty()) {
@@ -26,16 +27,16 @@ std::u16string textOf(const json& value, std::string_view key) {
     return *units;
 }
 
-std::vector<std::u16string> textsOf(const json& value, std::string_view key) {
+std::vector<std::u16string> textsOf(const json& value, const std::string& key) {
     std::vector<std::u16string> texts;
     texts.reserve(value.size());
     for (const auto& element : value) {
-        texts.push_back(textOf(element, key));
+        texts.push_back(textOf(element, elementOf(key, texts.size())));
     }
     return texts;
 }
 
-bool readFlag(const json& record, std::string_view key) {
+bool readFlag(const json& record, const std::string& key) {
     const auto* const value = findValue(record, key);
     if (value != nullptr && !value->is_boolean()) {
         failAtKey(key, "true or false", value);
@@ -46,12 +47,16 @@ bool readFlag(const json& record, std::string_view key) {
 std::array<bool, 6> readSupportFlags(const json& record) {
     std::array<bool, 6> flags{};
     if (const auto* const value = findValue(record, "supportFlags")) {
-        const auto isBoolean = [](const json& element) { return element.is_boolean(); };
-        if (!value->is_array() || value->size() != flags.size()
-            || !std::all_of(value->begin(), value->end(), isBoolean)) {
+        if (!value->is_array() || value->size() != flags.size()) {
             failAtKey("supportFlags", "a list of exactly six of true and false", value);
         }
-        std::copy(value->begin(), value->end(), flags.begin());
+        for (std::size_t i = 0; i < flags.size(); ++i) {
+            const auto& flag = (*value)[i];
+            if (!flag.is_boolean()) {
+                failAtKey(elementOf("supportFlags", i), "true or false", &flag);
+            }
+            flags.at(i) = flag.get<bool>();
+        }
     }
     return flags;
 }

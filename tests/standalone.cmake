@@ -10,8 +10,12 @@ add_unit_tests(
   standalone/SupportStoreCheckTest.cpp
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
+  standalone/TreeSurveyTest.cpp
   LIBRARIES
   kelwhich_standalone_objects
   kelwhich_paths
   kelwhich_standalone_needs)
 target_compile_definitions(standalone_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+add_test(NAME standalone.schema
+         COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/installation.schema.json" standalone/manifests.json
+         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")

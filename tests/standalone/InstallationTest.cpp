@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
@@ -16,9 +17,12 @@ namespace tessgen::standalone {
 namespace {
 
 using test::TemporaryFolder;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::FieldsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 using Strings = std::vector<std::string>;
 
 // The message of the error, or "" when there is none.
@@ -56,7 +60,7 @@ TEST(Installation, HasDefaultsForEverything) {
     const TemporaryFolder folder;
     const auto installation = readInstallation(folder.write("my.json", "\xEF\xBB\xBF {}\n"));
     EXPECT_THAT(installation, FieldsAre(folder.path("my.json"), folder.path(), std::nullopt, std::nullopt, IsEmpty(),
-                                        IsEmpty(), IsEmpty(), ElementsAre("vk", "vkx"), IsEmpty()));
+                                        IsEmpty(), IsEmpty(), ElementsAre("vk", "vkx"), IsEmpty(), IsEmpty()));
 }
 
 TEST(Installation, MakesPathsOnce) {
@@ -79,7 +83,9 @@ TEST(Installation, MakesPathsOnce) {
                               folder.path("real/stores/a.cdb"), ElementsAre(root, folder.path("real/work"), "/", "/b"),
                               ElementsAre(root + "/kel", root + "/kel/", "/k/l/", "/"),
                               ElementsAre(Strings{"library"}, Strings{}, Strings{"b", "c"}, Strings{"core"}),
-                              ElementsAre("v.k", "v"), IsEmpty()));
+                              ElementsAre("v.k", "v"), IsEmpty(),
+                              ElementsAre("extensions", "kelPath", "root", "searchPath", "sourceCode",
+                                          "supportPackageRoot", "supportStore")));
     }
 }
 
@@ -89,50 +95,45 @@ TEST(Installation, TakesEveryFolderAsBelowTheRootOfTheDisk) {
     EXPECT_THAT(readInstallation(file).sourceCode, ElementsAre(Strings{"opt", "a"}, Strings{}, Strings{"c"}));
 }
 
-TEST(Installation, SaysWhatIsWrongAndWhere) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"", ":1:1: not valid JSON: unexpected end of input; expected '[', '{', or a literal"},
-        {"{\n  \"root\": \"a\",\n  }", ":3:3: not valid JSON: unexpected '}'; expected string literal"},
-        {"{} {}", ":1:4: not valid JSON: unexpected '{'; expected end of input"},
-        {"{\"root\": \"\xFF\"}", ":1:11: not valid JSON: invalid string: ill-formed UTF-8 byte"},
-        {R"(["root"])", ": expected an object with the keys of a manifest, found array"},
-        {R"({"root": "a", "root": "a"})", R"(: key "root" is given twice)"},
-        {R"({"searchpath": []})", R"(: unknown key "searchpath"; did you mean "searchPath"?)"},
-        {R"({"builtins": [{"name": "f", "clas": "C"}]})", R"(: unknown key "builtins[0].clas"; did you mean "class"?)"},
-        {R"({"$schema": 1})", R"(: key "$schema": expected the place of the manifest's schema, found a number)"},
-        {R"({"root": ""})", R"(: key "root": expected the path of a folder or file, found "")"},
-        {R"({"searchPath": "work"})", R"(: key "searchPath": expected a list, found "work")"},
-        {R"({"searchPath": ["a", {}]})", R"(: key "searchPath[1]": expected the path of a folder, found an object)"},
-        {R"({"kelPath": ["a\u0000b"]})", R"(: key "kelPath[0]": expected the path of a folder, found "a\u0000b")"},
-        {R"({"root": "/r", "sourceCode": ["a", "/rx"]})",
-         R"(: key "sourceCode[1]": expected a folder below the root /r, found "/rx")"},
-        {R"({"extensions": ["vk", ".vk"]})",
-         R"(: key "extensions[1]": expected an extension without "." before it and without "/", such as "vk", found ".vk")"},
-        {R"({"extensions": ["v/k"]})",
-         R"(: key "extensions[0]": expected an extension without "." before it and without "/", such as "vk", found "v/k")"},
-        {R"({"builtins": ["sum"]})", R"(: key "builtins[0]": expected an object such as {"name": "sum"}, found "sum")"},
-        {R"({"builtins": [{}]})", R"(: key "builtins[0].name": expected the name of a built-in, found nothing)"},
-        {R"({"builtins": [{"name": "f", "class": 1.5}]})",
-         R"(: key "builtins[0].class": expected the class that the method is of, found a number)"},
-        {R"({"builtins": [{"name": "f"}, {"name": "f", "constructor": true}]})",
-         R"(: key "builtins[1].class": expected the class that the constructor makes, found nothing)"},
-        {R"({"builtins": [{"name": "f", "class": "C", "constructor": "yes"}]})",
-         R"(: key "builtins[0].constructor": expected true or false, found "yes")"},
-    };
+// The schema is held to the same verdicts by schema.py.
+TEST(Installation, JudgesTheCorpusAndSaysWhatIsWrongAndWhere) {
+    std::ifstream corpus(KELWHICH_SOURCE_DIR "/tests/standalone/manifests.json");
     const TemporaryFolder folder;
-    for (const auto& [manifest, error] : cases) {
-        const auto file = folder.write("installation.json", manifest);
-        EXPECT_EQ(errorOf(file), file + error) << manifest;
+    for (const auto& row : nlohmann::json::parse(corpus)) {
+        const auto& manifest = row.at("manifest");
+        const auto file =
+            folder.write("installation.json", manifest.is_string() ? manifest.get<std::string>() : manifest.dump());
+        const auto error = errorOf(file);
+        if (!row.contains("error")) {
+            EXPECT_EQ(error, "") << row;
+            continue;
+        }
+        const auto place = file + ":" + (row.contains("at") ? row["at"].get<std::string>() + ": " : "1:");
+        EXPECT_THAT(error, AllOf(StartsWith(place), EndsWith(": " + row["error"].get<std::string>()))) << row;
     }
 }
 
-TEST(Installation, OutlivesDeepNesting) {
-    constexpr std::size_t depth = 1'000'000;
+TEST(Installation, OutlivesWhatNoManifestCanBe) {
     const TemporaryFolder folder;
-    const auto file = folder.write("installation.json", std::string(depth, '['));
-    EXPECT_THAT(errorOf(file), testing::StartsWith(file + ":1:1000001: not valid JSON"));
-    folder.write("installation.json", R"({"root": )" + std::string(depth, '[') + std::string(depth, ']') + "}");
-    EXPECT_THAT(errorOf(file), testing::EndsWith("expected the path of a folder or file, found a list of 1"));
+    const auto errorFor = [&folder](const std::string& text) {
+        const auto file = folder.write("installation.json", text);
+        const auto error = errorOf(file);
+        return error.starts_with(file) ? error.substr(file.size()) : error;
+    };
+    const std::string tooDeep = "lists and objects lie in each other more than 100 deep";
+    EXPECT_EQ(errorFor(std::string(1'000'000, '[')), ":1:101: " + tooDeep);
+    const auto nested = [](std::size_t lists) {
+        return R"({"root": )" + std::string(lists, '[') + std::string(lists, ']') + "}";
+    };
+    EXPECT_EQ(errorFor(nested(100)), ":1:109: " + tooDeep);
+    EXPECT_EQ(errorFor(nested(99)), ":1:10: key \"root\": expected the path of a folder or file, found a list of 1");
+    constexpr std::size_t largest = std::size_t{16} << 20U;
+    EXPECT_EQ(errorFor("{}" + std::string(largest - 2, ' ')), "");
+    EXPECT_EQ(errorFor("{}" + std::string(largest - 1, ' ')), ": larger than 16 MiB, which no manifest needs to be");
+    EXPECT_EQ(
+        errorFor(R"({"root": 1, ")" + std::string(199, 'k') + "\u00e4\": 2}"),
+        ":1:13: unknown key \"" + std::string(199, 'k') + R"(..." (201 bytes); known are "$schema", "root", )"
+            + R"("supportPackageRoot", "supportStore", "searchPath", "kelPath", "sourceCode", "extensions", "builtins")");
 }
 
 TEST(Installation, SaysWhyThereIsNoManifest) {

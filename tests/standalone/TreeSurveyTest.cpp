@@ -1,0 +1,119 @@
+#include "standalone/TreeSurvey.hpp"
+#include "standalone/Installation.hpp"
+#include "standalone/NameSearch.hpp"
+#include "standalone/PathText.hpp"
+#include "standalone/Text.hpp"
+#include "tests/support/MemoryFileTree.hpp"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace tessgen::standalone {
+namespace {
+
+using Kind = FileTree::Kind;
+using test::MemoryFileTree;
+using testing::ElementsAre;
+using testing::FieldsAre;
+using testing::IsEmpty;
+using Strings = std::vector<std::string>;
+
+// A tree below /w of these files.
+MemoryFileTree treeOf(const Strings& files) {
+    MemoryFileTree tree;
+    tree.add("/w", Kind::folder);
+    for (const auto& file : files) {
+        tree.add("/w/" + file, Kind::file);
+    }
+    return tree;
+}
+
+TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
+    struct Case {
+        Strings files;
+        Strings searchFolders;
+        std::string nameToTry;
+    };
+    const std::vector<Case> cases = {
+        {{}, {}, ""},
+        {{"f.vk"}, {"."}, "f"},
+        {{"a/b/f.vkx", "a/c/f.md", "a/f.vkb", "a/vk", "a/.vk"}, {"a/b"}, "f"},
+        {{"a/+p/+q/f.vk", "a/@C/C.vk", "a/+p/g.md"}, {"a"}, "p.q.f"},
+        {{"a/@C/m.vk", "a/@C/C.vk", "a/+p/@C/D.vk"}, {"a"}, "C"},
+        {{"a/@C/m.vk", "b/a.b.vk"}, {"a", "b"}, ""},
+        {{"a/private/f.vk", "b/@C/private/f.vk", "c/+p/private/@C/f.vk"}, {}, ""},
+        {{"a/+p/plain/f.vk", "a/@C/plain/f.vk", "a/private/plain/f.vk", "a/plain/f.vk"}, {"a/plain"}, "f"},
+        {{".git/f.vk", "a/.b/f.vk", "a/.f.vk"}, {}, ""},
+        {{"b/f.vk", "B/f.vk", "a/f.vk", "a b/f.vk", "\uFF5E/f.vk", "\U0001F600/f.vk", "z.vk"},
+         {".", "B", "a", "a b", "b", "\U0001F600", "\uFF5E"},
+         "f"},
+    };
+    for (const auto& [files, searchFolders, nameToTry] : cases) {
+        const auto tree = treeOf(files);
+        EXPECT_THAT(surveyTree("/w", {}, tree),
+                    FieldsAre(searchFolders, IsEmpty(), IsEmpty(), nameToTry, IsEmpty(), IsEmpty()));
+        Installation installation;
+        installation.extensions = defaultExtensions();
+        for (const auto& folder : searchFolders) {
+            installation.searchPath.push_back(absolutePath(folder, "/w"));
+        }
+        const auto places = NameSearch(installation, tree).find(toUTF16(nameToTry).value());
+        EXPECT_EQ(places.empty(), nameToTry.empty()) << nameToTry;
+    }
+}
+
+TEST(TreeSurvey, KeepsKELFoldersOutOfTheSearch) {
+    struct Case {
+        Strings given;
+        Strings searchFolders;
+        Strings kelFolders;
+        Strings kelFiles;
+    };
+    const auto tree = treeOf({"a/f.vk", "kel/k.vk", "kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/c/f.md", ".k/+p/k.vk"});
+    const std::vector<Case> cases = {
+        {{}, {"a", "kel", "kel/a/b"}, {}, {}},
+        {{"kel"}, {"a"}, {"kel", "kel/a/b"}, {"kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/k.vk"}},
+        {{"kel/a/b", "kel", "kel"}, {"a"}, {"kel", "kel/a/b"}, {"kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/k.vk"}},
+        {{"kel/c", ".k", "kel/a"}, {"a", "kel"}, {".k", "kel/a", "kel/a/b", "kel/c"}, {".k/+p/k.vk", "kel/a/b/k.vk"}},
+        {{"."}, {}, {".", "a", "kel", "kel/a/b"}, {"a/f.vk", "kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/k.vk"}},
+    };
+    for (const auto& [given, searchFolders, kelFolders, kelFiles] : cases) {
+        const auto survey = surveyTree("/w", given, tree);
+        EXPECT_EQ(survey.searchFolders, searchFolders) << testing::PrintToString(given);
+        EXPECT_EQ(survey.kelFolders, kelFolders) << testing::PrintToString(given);
+        EXPECT_EQ(survey.kelFiles, kelFiles) << testing::PrintToString(given);
+    }
+}
+
+TEST(TreeSurvey, ListsEachFolderOnceWhateverLinksThereAre) {
+    auto tree = treeOf({"a/f.md", "a/b/f.md", "+p/@C/f.md"});
+    tree.link("/w/a/b/up", "../..");
+    tree.link("/w/self.vk", "self.vk");
+    tree.link("/w/folder.vk", "a");
+    tree.link("/w/a/b/file.vk", "f.md");
+    EXPECT_THAT(surveyTree("/w", {}, tree).searchFolders, ElementsAre("a/b"));
+    auto questions = tree.takeQuestions();
+    std::sort(questions.begin(), questions.end());
+    EXPECT_THAT(questions, ElementsAre("kind /w/a/b/file.vk", "kind /w/folder.vk", "kind /w/self.vk", "list /w",
+                                       "list /w/+p", "list /w/+p/@C", "list /w/a", "list /w/a/b"));
+}
+
+TEST(TreeSurvey, TellsWhatItPassesOver) {
+    auto tree = treeOf({"a/f.vk", "b/f.vk", "a/\xFF.vk", "a/\xFF.md", "\xFE/f.vk"});
+    tree.link("/w/a/link.vk", "f.vk");
+    tree.fail("/w/b", EACCES);
+    tree.fail("/w/a/link.vk", EACCES);
+    EXPECT_THAT(surveyTree("/w", {}, tree),
+                FieldsAre(ElementsAre("a"), IsEmpty(), IsEmpty(), "f", ElementsAre("a/\xFF.vk", "\xFE"),
+                          ElementsAre("a/link.vk: Permission denied", "b: Permission denied")));
+    tree.fail("/w", EACCES);
+    EXPECT_THROW(surveyTree("/w", {}, tree), std::system_error);
+}
+
+} // namespace
+} // namespace tessgen::standalone
