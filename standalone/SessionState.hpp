@@ -4,25 +4,30 @@
 #pragma once
 
 #include "standalone/FileTree.hpp"
+#include "standalone/FixedSearch.hpp"
 #include "standalone/Installation.hpp"
 #include "standalone/NameSearch.hpp"
+#include "standalone/Session.hpp"
 #include "standalone/SupportStore.hpp"
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
 
-struct SessionState {
-    explicit SessionState(Installation opened);
+class SessionState {
+public:
+    SessionState(Installation opened, View view);
     SessionState(const SessionState&) = delete;
     SessionState& operator=(const SessionState&) = delete;
     ~SessionState() = default;
 
+    // The places of a name, as NameSearch has them, in the session's view of the disk.
+    std::vector<FoundPlace> find(std::u16string_view name) const;
+
     const Installation installation;
-    const RealFileTree files;
-    const NameSearch search;
     const std::optional<SupportStore> store;
 
     // The installation's folders as the services hand them out, in UTF-16.
@@ -30,6 +35,11 @@ struct SessionState {
     const std::optional<std::u16string> supportPackageRoot;
     const std::vector<std::u16string> kelPath;
     const std::vector<std::vector<std::u16string>> sourceCodeDirs;
+
+private:
+    const RealFileTree files_;
+    const NameSearch liveSearch_;
+    std::optional<FixedSearch> fixedSearch_;
 };
 
 // The state of the open session.
