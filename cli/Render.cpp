@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,8 +34,8 @@ constexpr std::array kinds{
 };
 constexpr std::size_t widestKind = std::string_view("host built-in method").size();
 
-const Kind& kindOf(const Candidate& candidate) {
-    return kinds.at(static_cast<std::size_t>(candidate.type));
+const Kind& kindOf(kelwhich::WhichResultType type) {
+    return kinds.at(static_cast<std::size_t>(type));
 }
 
 // What is sent to a terminal around a piece of text; all empty when there are no colours.
@@ -59,12 +60,22 @@ void append(std::string& text, const Answer& answer, const Style& style) {
     for (const auto& candidate : answer.candidates) {
         const bool isFirst = ++rank == 1;
         fmt::format_to(to, "  {}{:>{}}  {:{}}{}  {}{}\n", isFirst ? style.first : style.aside, rank, rankWidth,
-                       kindOf(candidate).words, widestKind, isFirst ? "" : style.end, escaped(candidate.path),
+                       kindOf(candidate.type).words, widestKind, isFirst ? "" : style.end, escaped(candidate.path),
                        isFirst ? style.end : "");
     }
 }
 
 } // namespace
+
+std::string_view kindName(kelwhich::WhichResultType type) {
+    return kindOf(type).name;
+}
+
+std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name) {
+    const auto* const kind = std::find_if(kinds.begin(), kinds.end(), [name](const Kind& k) { return k.name == name; });
+    return kind == kinds.end() ? std::nullopt
+                               : std::optional(static_cast<kelwhich::WhichResultType>(kind - kinds.begin()));
+}
 
 std::string asText(const std::vector<Answer>& answers, bool coloured) {
     std::string text;
@@ -81,7 +92,7 @@ std::string asJSON(const std::vector<Answer>& answers) {
         auto candidates = nlohmann::ordered_json::array();
         for (const auto& candidate : answer.candidates) {
             candidates.push_back(
-                {{"rank", candidates.size() + 1}, {"kind", kindOf(candidate).name}, {"path", candidate.path}});
+                {{"rank", candidates.size() + 1}, {"kind", kindName(candidate.type)}, {"path", candidate.path}});
         }
         list.push_back({{"query", answer.query}, {"candidates", std::move(candidates)}});
     }

@@ -3,7 +3,9 @@
 
 #include "tessgen/kelwhich/WhichResult.hpp"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::cli {
@@ -17,6 +19,10 @@ struct Answer {
     std::string query; // UTF-8
     std::vector<Candidate> candidates;
 };
+
+// The name of a kind, as in the library; nothing when there is no such kind.
+std::string_view kindName(kelwhich::WhichResultType type);
+std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name);
 
 // Name by name: the name, then a line for each candidate with its rank, its kind in words and its path, all escaped.
 std::string asText(const std::vector<Answer>& answers, bool coloured);

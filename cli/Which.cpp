@@ -1,10 +1,8 @@
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
-#include "cli/Manifest.hpp"
 #include "cli/Render.hpp"
-#include "standalone/Session.hpp"
+#include "cli/Resolver.hpp"
 #include "standalone/Text.hpp"
-#include "tessgen/kelwhich/kelwhich.hpp"
 
 #include <fmt/format.h>
 
@@ -20,7 +18,7 @@ namespace tessgen::cli {
 
 namespace {
 
-Answer answerTo(const std::string& name) {
+Answer answerTo(const std::string& name, const Resolver& resolver) {
     if (name.empty()) {
         throw std::runtime_error("refused, a name cannot be empty");
     }
@@ -29,7 +27,7 @@ Answer answerTo(const std::string& name) {
         throw std::runtime_error("refused, this is not UTF-8");
     }
     Answer answer{name, {}};
-    for (const auto& result : kelwhich::kelwhich(*text)) {
+    for (const auto& result : resolver->resolve(*text)) {
         auto path = standalone::toUTF8(result.path);
         if (!path) {
             throw std::runtime_error("the path of a candidate is not UTF-16");
@@ -61,15 +59,16 @@ int judge(const std::vector<Answer>& answers, std::size_t asked) {
 } // namespace
 
 int which(const Request& request) {
-    const standalone::Session session(findManifest(request));
+    const Resolver resolver(request);
     std::vector<Answer> answers;
     for (const auto& name : request.operands) {
         try {
-            answers.push_back(answerTo(name));
+            answers.push_back(answerTo(name, resolver));
         } catch (const std::exception& error) {
             complain(fmt::format("'{}': {}", name, error.what()));
         }
     }
+    resolver.keepRecording();
     if (!answers.empty()) {
         writeOut(request.json ? asJSON(answers) : asText(answers, outputIsColoured()));
     }

@@ -89,8 +89,10 @@ const SessionState& currentSession() {
     return *state;
 }
 
-Session::Session(const std::string& fileOrFolder, View view)
-    : state_(std::make_unique<const SessionState>(readInstallation(fileOrFolder), view)) {
+Session::Session(const std::string& fileOrFolder, View view) : Session(readInstallation(fileOrFolder), view) {}
+
+Session::Session(Installation&& installation, View view)
+    : state_(std::make_unique<const SessionState>(std::move(installation), view)) {
     const SessionState* none = nullptr;
     if (!current.compare_exchange_strong(none, state_.get())) {
         throw std::logic_error("this process has an open session already: close it before opening another");

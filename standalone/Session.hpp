@@ -10,6 +10,7 @@
 namespace tessgen::standalone {
 
 class SessionState;
+struct Installation;
 
 enum class View {
     live,  // each answer reflects the disk at the moment it is given
@@ -25,6 +26,8 @@ public:
     // Errors: std::runtime_error, one line: a manifest or a store that is not as it should be;
     // std::logic_error: this process has an open session.
     explicit Session(const std::string& fileOrFolder, View view = View::live);
+    // Opens an installation that need not come from a manifest. Not exported: the type is the host's own.
+    explicit Session(Installation&& installation, View view = View::live);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session();
