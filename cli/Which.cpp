@@ -1,78 +1,80 @@
+#include "cli/Answering.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
-#include "standalone/Text.hpp"
+#include "cli/Tally.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <exception>
-#include <stdexcept>
+#include <filesystem>
 #include <string>
-#include <utility>
+#include <system_error>
 #include <vector>
 
 namespace tessgen::cli {
 
 namespace {
 
-Answer answerTo(const std::string& name, const Resolver& resolver) {
-    if (name.empty()) {
-        throw std::runtime_error("refused, a name cannot be empty");
+// A person who completes file names on the command line may mean the file that is there, not a part of a path.
+void noteFileOfWorkingFolder(const std::string& name, const Answer& answer) {
+    std::error_code unknown;
+    if (name.starts_with('/') || name.find('/') == std::string::npos
+        || !std::filesystem::is_regular_file(name, unknown)) {
+        return;
     }
-    const auto text = standalone::toUTF16(name);
-    if (!text) {
-        throw std::runtime_error("refused, this is not UTF-8");
+    const bool isAnswered = std::any_of(answer.candidates.begin(), answer.candidates.end(), [&](const Candidate& c) {
+        return std::filesystem::equivalent(name, c.path, unknown);
+    });
+    if (!isAnswered) {
+        complain(fmt::format("note: '{0}' is a file of the working folder too, but was looked for below the folders of "
+                             "the search path; for that file ask with its absolute path",
+                             name));
     }
-    Answer answer{name, {}};
-    for (const auto& result : resolver->resolve(*text)) {
-        auto path = standalone::toUTF8(result.path);
-        if (!path) {
-            throw std::runtime_error("the path of a candidate is not UTF-16");
-        }
-        answer.candidates.push_back({std::move(*path), result.type});
-    }
-    return answer;
 }
 
-// The exit code, after a line that says why when it is not 0.
-int judge(const std::vector<Answer>& answers, std::size_t asked) {
-    if (answers.size() < asked) {
-        if (asked > 1) {
-            complain(fmt::format("{} of {} names not answered", asked - answers.size(), asked));
-        }
-        return answers.empty() ? exitNothing : exitPartly;
+std::string rendered(const std::vector<Answer>& answers, const Request& request) {
+    if (request.json) {
+        return asJSON(answers);
     }
-    const auto isEmpty = [](const Answer& answer) { return answer.candidates.empty(); };
-    const auto empty = std::count_if(answers.begin(), answers.end(), isEmpty);
-    if (empty == 0) {
-        return exitYes;
+    if (!request.null) {
+        return asText(answers, outputIsColoured());
     }
-    complain(empty == 1
-                 ? fmt::format("no candidate for '{}'", std::find_if(answers.begin(), answers.end(), isEmpty)->query)
-                 : fmt::format("no candidate for {} of {} names", empty, asked));
-    return exitNo;
+    std::string paths;
+    for (const auto& answer : answers) {
+        paths += asPaths(answer);
+    }
+    return paths;
 }
 
 } // namespace
 
 int which(const Request& request) {
+    refusePathsOnTerminal(request);
     const Resolver resolver(request);
+    Tally tally;
     std::vector<Answer> answers;
     for (const auto& name : request.operands) {
         try {
-            answers.push_back(answerTo(name, resolver));
+            auto answer = answerTo(name, *resolver);
+            tally.add(name, shortfallOf(answer, request.require));
+            if (!request.quiet) {
+                noteFileOfWorkingFolder(name, answer);
+            }
+            keepWanted(answer, request);
+            answers.push_back(std::move(answer));
         } catch (const std::exception& error) {
             complain(fmt::format("'{}': {}", name, error.what()));
+            tally.addFailed();
         }
     }
     resolver.keepRecording();
-    if (!answers.empty()) {
-        writeOut(request.json ? asJSON(answers) : asText(answers, outputIsColoured()));
+    if (!answers.empty() && !request.quiet) {
+        writeOut(rendered(answers, request));
     }
-    return judge(answers, request.operands.size());
+    return tally.judge(request.quiet);
 }
 
 } // namespace tessgen::cli
