@@ -1,41 +1,45 @@
 #include "cli/Answering.hpp"
 
 #include "cli/Console.hpp"
-#include "standalone/Text.hpp"
+#include "cli/Names.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
+
+#include <fmt/format.h>
 
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace tessgen::cli {
 
 Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver) {
-    if (name.empty()) {
-        throw std::runtime_error("refused, a name cannot be empty");
-    }
-    if (name.find('\0') != std::string_view::npos) {
-        throw std::runtime_error("refused, a name cannot hold a NUL");
-    }
-    const auto text = standalone::toUTF16(name);
-    if (!text) {
-        throw std::runtime_error("refused, this is not UTF-8");
-    }
     Answer answer{std::string(name), {}, {}};
-    for (const auto& resolution : resolver.explain(*text).resolutions) {
+    for (const auto& resolution : resolver.explain(nameIn(name)).resolutions) {
         for (const auto& candidate : resolution.candidates) {
             if (candidate.repeat) {
                 continue;
             }
-            auto path = standalone::toUTF8(candidate.result.path);
-            if (!path) {
-                throw std::runtime_error("the path of a candidate is not UTF-16");
-            }
-            answer.candidates.push_back({std::move(*path), candidate.result.type, candidate.isUser(),
+            answer.candidates.push_back({inUTF8(candidate.result.path), candidate.result.type, candidate.isUser(),
                                          candidate.isSupported(), !candidate.isDirect()});
         }
     }
     return answer;
+}
+
+std::string shortfallOf(const Answer& answer, const Requirement& requirement) {
+    if (answer.candidates.empty()) {
+        return "";
+    }
+    const auto& preferred = answer.candidates.front();
+    if (requirement.user && !preferred.isUser) {
+        return fmt::format("prefers what is not the user's own: {}", preferred.path);
+    }
+    if (requirement.supported && !preferred.isSupported) {
+        return fmt::format("prefers what is not supported: {}", preferred.path);
+    }
+    if (requirement.single && answer.candidates.size() > 1) {
+        return fmt::format("has {} candidates, not a single one", answer.candidates.size());
+    }
+    return "";
 }
 
 void keepWanted(Answer& answer, const Request& request) {

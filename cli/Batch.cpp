@@ -1,9 +1,9 @@
 #include "cli/Answering.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Names.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
-#include "cli/Tally.hpp"
 #include "standalone/LineReader.hpp"
 
 #include <fmt/format.h>
@@ -22,11 +22,11 @@ int batch(const Request& request) {
         try {
             resolver.forget();
             auto answer = answerTo(*name, *resolver);
-            tally.add(*name, shortfallOf(answer, request.require));
+            tally.addAnswer(*name, !answer.candidates.empty());
             keepWanted(answer, request);
             text = request.json ? asJSONLine(answer) : asText(answer, isColoured) + "\n";
         } catch (const std::exception& error) {
-            tally.addFailed();
+            tally.addFailure();
             if (request.json) {
                 text = asJSONLine(*name, error.what());
             } else {
@@ -35,7 +35,7 @@ int batch(const Request& request) {
         }
         writeOut(text);
     }
-    return tally.judge(false);
+    return tally.exitCode();
 }
 
 } // namespace tessgen::cli

@@ -21,6 +21,9 @@ int whichFrom(const Request& request);
 // Answers the names on standard input, each as it comes, looking at the disk anew.
 int batch(const Request& request);
 
+// Writes why the candidates of every name stand as they do, all at once.
+int explain(const Request& request);
+
 // Writes the support store anew.
 int storeBuild(const Request& request);
 

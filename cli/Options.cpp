@@ -14,6 +14,7 @@ namespace tessgen::cli {
 namespace {
 
 constexpr unsigned everyCommand = ~0U;
+constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
 
 std::string spelled(const CommandRow& row) {
     return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
@@ -46,6 +47,7 @@ namespace {
 constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
      "the candidates of each name (the word \"which\" may be left out)"},
+    {Action::explain, "explain", "", "NAME...", Operands::names, "why the candidates of each name stand as they do"},
     {Action::batch, "batch", "", "", Operands::none,
      "the candidates of each name on standard input, line by line, answered at once"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
@@ -55,7 +57,7 @@ constexpr auto commands = std::to_array<CommandRow>({
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, bit(Action::which) | bit(Action::batch),
+    {"json", 'j', nullptr, asksNames | bit(Action::batch),
      "JSON instead of text: one document; with --from, and for batch, a line for each name",
      [](Request& request, const char*) { request.json = true; }},
     {"from", 'f', "FILE", bit(Action::which), "the names are the lines of a file, or of standard input when it is -",
@@ -69,12 +71,14 @@ constexpr auto options = std::to_array<OptionRow>({
     {"require", 0, "WORD,...", bit(Action::which),
      "exit code 1 unless the preferred candidate is user or supported, or the only one (single)",
      [](Request& request, const char* argument) { addRequirements(request.require, argument); }},
+    {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
+     [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"output", 'o', "FILE", bit(Action::storeBuild),
      "store build: the file to write, if not the manifest's supportStore",
      [](Request& request, const char* argument) { request.output = argument; }},
-    {"record", 0, "FILE", bit(Action::which), "keep what was asked of the installation, and its answers",
+    {"record", 0, "FILE", asksNames, "keep what was asked of the installation, and its answers",
      [](Request& request, const char* argument) { request.record = argument; }},
-    {"replay", 0, "FILE", bit(Action::which), "answer from such a recording, without an installation",
+    {"replay", 0, "FILE", asksNames, "answer from such a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
     {"help", 'h', nullptr, everyCommand, "this text",
      [](Request& request, const char*) { request.action = Action::help; }},

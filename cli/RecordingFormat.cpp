@@ -1,7 +1,7 @@
 #include "cli/RecordingFormat.hpp"
 
 #include "cli/Escape.hpp"
-#include "cli/Render.hpp"
+#include "cli/Kinds.hpp"
 #include "standalone/JsonInput.hpp"
 #include "standalone/Text.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"

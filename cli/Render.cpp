@@ -1,16 +1,16 @@
 #include "cli/Render.hpp"
 
 #include "cli/Escape.hpp"
+#include "cli/Kinds.hpp"
+#include "cli/Style.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <utf8.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <iterator>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,36 +19,6 @@
 namespace tessgen::cli {
 
 namespace {
-
-struct Kind {
-    std::string_view name;
-    std::string_view words;
-};
-
-// In the order of the types' values.
-constexpr std::array kinds{
-    Kind{"KELPath", "KEL path file"},
-    Kind{"KELBuiltin", "KEL built-in"},
-    Kind{"ORVAKPath", "host file"},
-    Kind{"ORVAKBuiltin", "host built-in"},
-    Kind{"ORVAKBuiltinMethod", "host built-in method"},
-};
-constexpr std::size_t widestKind = std::string_view("host built-in method").size();
-
-const Kind& kindOf(kelwhich::WhichResultType type) {
-    return kinds.at(static_cast<std::size_t>(type));
-}
-
-// What is sent to a terminal around a piece of text; all empty when there are no colours.
-struct Style {
-    std::string_view name;
-    std::string_view first;
-    std::string_view aside;
-    std::string_view end;
-};
-
-constexpr Style highlighted{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[0m"};
-constexpr Style plain{};
 
 std::string verdictsOf(const Candidate& candidate) {
     std::string words;
@@ -87,7 +57,7 @@ void append(std::string& text, const Answer& answer, const Style& style) {
     for (const auto& candidate : answer.candidates) {
         const bool isFirst = ++rank == 1;
         fmt::format_to(to, "  {}{:>{}}  {:{}}{}{:{}}{}  {}{}\n", isFirst ? style.first : style.aside, rank, rankWidth,
-                       kindOf(candidate.type).words, widestKind, gap, verdictsOf(candidate), widestVerdicts,
+                       kindWords(candidate.type), widestKindWords, gap, verdictsOf(candidate), widestVerdicts,
                        isFirst ? "" : style.end, escaped(candidate.path), isFirst ? style.end : "");
     }
 }
@@ -107,28 +77,18 @@ nlohmann::ordered_json candidatesOf(const Answer& answer) {
 
 } // namespace
 
-std::string_view kindName(kelwhich::WhichResultType type) {
-    return kindOf(type).name;
-}
-
-std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name) {
-    const auto* const kind = std::find_if(kinds.begin(), kinds.end(), [name](const Kind& k) { return k.name == name; });
-    return kind == kinds.end() ? std::nullopt
-                               : std::optional(static_cast<kelwhich::WhichResultType>(kind - kinds.begin()));
-}
-
 std::string asText(const std::vector<Answer>& answers, bool coloured) {
     std::string text;
     for (const auto& answer : answers) {
         text += text.empty() ? "" : "\n";
-        append(text, answer, coloured ? highlighted : plain);
+        append(text, answer, styleOf(coloured));
     }
     return text;
 }
 
 std::string asText(const Answer& answer, bool coloured) {
     std::string text;
-    append(text, answer, coloured ? highlighted : plain);
+    append(text, answer, styleOf(coloured));
     return text;
 }
 

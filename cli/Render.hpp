@@ -3,7 +3,6 @@
 
 #include "tessgen/kelwhich/WhichResult.hpp"
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,10 +23,6 @@ struct Answer {
     std::vector<Candidate> candidates;
     std::vector<std::string> near; // names that may be meant when there is no candidate; shown in text only
 };
-
-// The name of a kind, as in the library; nothing when there is no such kind.
-std::string_view kindName(kelwhich::WhichResultType type);
-std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name);
 
 // Name by name: the name, then a line for each candidate with its rank, its kind in words, its verdicts and its path,
 // all escaped. Answers are separated by an empty line.

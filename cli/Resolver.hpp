@@ -31,6 +31,9 @@ public:
     // Drops what was remembered of the disk, so that it is looked at anew.
     void forget();
 
+    // True when a recording answers: the disk and the open installation then say nothing about the names.
+    bool isReplayed() const { return replay_ != nullptr; }
+
     // Writes the recording, if one is made: to be called when all was asked, whether or not it could be answered.
     // Errors: those of Recording.
     void keepRecording() const;

@@ -1,9 +1,9 @@
 #include "cli/Answering.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Names.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
-#include "cli/Tally.hpp"
 
 #include <fmt/format.h>
 
@@ -59,22 +59,21 @@ int which(const Request& request) {
     for (const auto& name : request.operands) {
         try {
             auto answer = answerTo(name, *resolver);
-            tally.add(name, shortfallOf(answer, request.require));
+            tally.addAnswer(name, !answer.candidates.empty(), shortfallOf(answer, request.require));
             if (!request.quiet) {
                 noteFileOfWorkingFolder(name, answer);
             }
             keepWanted(answer, request);
             answers.push_back(std::move(answer));
         } catch (const std::exception& error) {
-            complain(fmt::format("'{}': {}", name, error.what()));
-            tally.addFailed();
+            tally.addFailure(name, error);
         }
     }
     resolver.keepRecording();
     if (!answers.empty() && !request.quiet) {
         writeOut(rendered(answers, request));
     }
-    return tally.judge(request.quiet);
+    return tally.exitCode(request.quiet);
 }
 
 } // namespace tessgen::cli

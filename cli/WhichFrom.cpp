@@ -1,10 +1,10 @@
 #include "cli/Answering.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Names.hpp"
 #include "cli/Progress.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
-#include "cli/Tally.hpp"
 #include "standalone/LineReader.hpp"
 
 #include <fmt/format.h>
@@ -41,13 +41,14 @@ public:
         progress_.clear();
         flush();
         resolver_.keepRecording();
-        return tally_.judge(request_.quiet);
+        return tally_.exitCode(request_.quiet);
     }
 
 private:
     struct Kept {
         std::string text;
-        Shortfall shortfall;
+        bool hasCandidates;
+        std::string shortfall;
     };
     static constexpr std::size_t blockSize = std::size_t{1} << 16U;
     static constexpr std::size_t mostKept = std::size_t{1} << 28U;
@@ -68,9 +69,9 @@ private:
         }
         try {
             auto answer = answerTo(name, *resolver_);
-            const auto shortfall = shortfallOf(answer, request_.require);
+            Kept made{"", !answer.candidates.empty(), shortfallOf(answer, request_.require)};
             keepWanted(answer, request_);
-            Kept made{rendered(answer), shortfall};
+            made.text = rendered(answer);
             add(name, made);
             if (keptBytes_ < mostKept) {
                 keptBytes_ += name.size() + made.text.size();
@@ -79,7 +80,7 @@ private:
         } catch (const std::exception& error) {
             progress_.clear();
             complain(fmt::format("{} {}", lines_.place(), error.what()));
-            tally_.addFailed();
+            tally_.addFailure();
         }
     }
 
@@ -91,7 +92,7 @@ private:
     }
 
     void add(std::string_view name, const Kept& answered) {
-        tally_.add(name, answered.shortfall);
+        tally_.addAnswer(name, answered.hasCandidates, answered.shortfall);
         const bool isText = !request_.quiet && !request_.json && !request_.null;
         out_.append(isText && hasWritten_ ? "\n" : "").append(answered.text);
         hasWritten_ = true;

@@ -16,6 +16,8 @@ int run(const Request& request) {
         return request.from ? whichFrom(request) : which(request);
     case Action::batch:
         return batch(request);
+    case Action::explain:
+        return explain(request);
     case Action::storeBuild:
         return storeBuild(request);
     case Action::help:

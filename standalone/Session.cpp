@@ -69,16 +69,16 @@ std::optional<SupportStore> openStore(const Installation& installation) {
 } // namespace
 
 SessionState::SessionState(Installation opened, View view)
-    : installation(withRoots(std::move(opened))), store(openStore(installation)), root(inUTF16(installation.root)),
-      supportPackageRoot(inUTF16(installation.supportPackageRoot)), kelPath(inUTF16(installation.kelPath)),
-      sourceCodeDirs(inUTF16(installation.sourceCode)), liveSearch_(installation, files_) {
+    : installation(withRoots(std::move(opened))), search(installation, files), store(openStore(installation)),
+      root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
+      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
     if (view == View::fixed) {
-        fixedSearch_.emplace(installation, files_);
+        fixedSearch.emplace(installation, files);
     }
 }
 
 std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
-    return fixedSearch_ ? fixedSearch_->find(name) : liveSearch_.find(name);
+    return fixedSearch ? fixedSearch->find(name) : search.find(name);
 }
 
 const SessionState& currentSession() {

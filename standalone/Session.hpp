@@ -9,8 +9,8 @@
 
 namespace tessgen::standalone {
 
-class SessionState;
 struct Installation;
+struct SessionState;
 
 enum class View {
     live,  // each answer reflects the disk at the moment it is given

@@ -17,8 +17,7 @@
 
 namespace tessgen::standalone {
 
-class SessionState {
-public:
+struct SessionState {
     SessionState(Installation opened, View view);
     SessionState(const SessionState&) = delete;
     SessionState& operator=(const SessionState&) = delete;
@@ -28,6 +27,9 @@ public:
     std::vector<FoundPlace> find(std::u16string_view name) const;
 
     const Installation installation;
+    const RealFileTree files;
+    const NameSearch search;                // in the live view
+    std::optional<FixedSearch> fixedSearch; // when the view is fixed
     const std::optional<SupportStore> store;
 
     // The installation's folders as the services hand them out, in UTF-16.
@@ -35,11 +37,6 @@ public:
     const std::optional<std::u16string> supportPackageRoot;
     const std::vector<std::u16string> kelPath;
     const std::vector<std::vector<std::u16string>> sourceCodeDirs;
-
-private:
-    const RealFileTree files_;
-    const NameSearch liveSearch_;
-    std::optional<FixedSearch> fixedSearch_;
 };
 
 // The state of the open session.

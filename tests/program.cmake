@@ -3,7 +3,9 @@ find_package(nlohmann_json REQUIRED)
 find_package(utf8cpp REQUIRED)
 
 # The built program as a user meets it: sessions of commands and what they must answer.
-foreach(session answers bad-input command-line output places replay)
+file(GLOB sessions CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/program/*.session")
+foreach(path ${sessions})
+  get_filename_component(session "${path}" NAME_WE)
   add_test(NAME program.${session} COMMAND program/run.sh $<TARGET_FILE:kelwhich_program> program/${session}.session
            WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
   set_tests_properties(program.${session} PROPERTIES TIMEOUT 120)
@@ -13,9 +15,9 @@ add_unit_tests(
   SOURCES
   cli/RecordingTest.cpp
   ../cli/Escape.cpp
+  ../cli/Kinds.cpp
   ../cli/Recording.cpp
   ../cli/RecordingFormat.cpp
-  ../cli/Render.cpp
   ../cli/Replay.cpp
   LIBRARIES
   kelwhich_standalone_objects
