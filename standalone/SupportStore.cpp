@@ -9,18 +9,23 @@ namespace tessgen::standalone {
 
 namespace {
 
-SupportStore::Record recordOf(const SupportStoreFile& file, const StoreEntry& entry) {
+SupportRecord decode(const SupportStoreFile& file, const StoreEntry& entry) {
     auto record = decodeRecord(entry.key, entry.value);
     if (!record) {
         file.fail("is damaged: a record is not in the store's format");
     }
-    return std::make_shared<const tessapp::internal::screener::meta::SupportEntry>(std::move(record->entry));
+    return std::move(*record);
+}
+
+SupportStore::Record recordOf(const SupportStoreFile& file, const StoreEntry& entry) {
+    return std::make_shared<const tessapp::internal::screener::meta::SupportEntry>(decode(file, entry).entry);
 }
 
 } // namespace
 
-SupportStore::SupportStore(const std::string& file, std::string_view root)
-    : file_(std::make_unique<const SupportStoreFile>(file)) {
+SupportStore::SupportStore(const std::string& file) : file_(std::make_unique<const SupportStoreFile>(file)) {}
+
+SupportStore::SupportStore(const std::string& file, std::string_view root) : SupportStore(file) {
     const auto& builtFor = file_->info().root;
     if (toUTF16(root) != builtFor) {
         file_->fail("was built for the root \"" + toUTF8(builtFor).value_or("?") + "\", not for \"" + std::string(root)
@@ -31,6 +36,10 @@ SupportStore::SupportStore(const std::string& file, std::string_view root)
 SupportStore::SupportStore(SupportStore&&) noexcept = default;
 SupportStore& SupportStore::operator=(SupportStore&&) noexcept = default;
 SupportStore::~SupportStore() = default;
+
+const std::u16string& SupportStore::root() const {
+    return file_->info().root;
+}
 
 std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
     const auto entry = StoreSearch(*file_, encodeKey(EntryKind::file, path)).next();
@@ -50,6 +59,21 @@ std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view
         records.push_back(recordOf(*file_, file_->entryAt(*reference)));
     }
     return records;
+}
+
+void SupportStore::forEachRecord(const std::function<void(const SupportRecord&)>& visit) const {
+    StoreWalk walk(*file_);
+    std::uint64_t records = 0;
+    while (const auto entry = walk.next()) {
+        if (isRecord(entry->key)) {
+            ++records;
+            visit(decode(*file_, *entry));
+        }
+    }
+    if (records != file_->info().records) {
+        file_->fail("is damaged: it holds " + std::to_string(records) + " records where "
+                    + std::to_string(file_->info().records) + " were written");
+    }
 }
 
 } // namespace tessgen::standalone

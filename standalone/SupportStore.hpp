@@ -8,6 +8,7 @@
 
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@
 namespace tessgen::standalone {
 
 class SupportStoreFile;
+struct SupportRecord;
 
 class SupportStore {
 public:
@@ -27,16 +29,24 @@ public:
     // inside is an error of the look-ups that come upon it: a record is never altered, but damaged keys and hash tables
     // may hide one.
     SupportStore(const std::string& file, std::string_view root);
+    // Opens a store whatever root it was built for.
+    explicit SupportStore(const std::string& file);
     SupportStore(SupportStore&&) noexcept;
     SupportStore& operator=(SupportStore&&) noexcept;
     ~SupportStore();
 
+    // The root that it was built for.
+    const std::u16string& root() const;
     // The record of one file, or nothing; built-in records are not found by path.
     // Errors: a damaged record.
     std::optional<Record> findByPath(std::u16string_view path) const;
     // The records of a name, in the order of their lines when the store was built.
     // Errors: a damaged record.
     std::vector<Record> findBySymbol(std::u16string_view symbol) const;
+    // Hands out every record, in the order of their lines when the store was built.
+    // Errors: a damaged record or entry, after the records before it; fewer or more records than were written, at the
+    // end.
+    void forEachRecord(const std::function<void(const SupportRecord&)>& visit) const;
 
 private:
     std::unique_ptr<const SupportStoreFile> file_;

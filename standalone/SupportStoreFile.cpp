@@ -135,4 +135,21 @@ std::optional<StoreEntry> StoreSearch::next() {
     return file_->checkedEntry(file_->bytes(cdb_keypos(&database_), length), cdb_keylen(&database_));
 }
 
+std::optional<StoreEntry> StoreWalk::next() {
+    const auto end = file_->entriesEnd();
+    if (following_ == end) {
+        return std::nullopt;
+    }
+    position_ = following_;
+    const auto header = file_->bytes(position_, databaseEntryHeaderSize);
+    const auto keyLength = numberFrom(header);
+    const auto length = std::uint64_t{keyLength} + numberFrom(header.substr(databaseEntryHeaderSize / 2));
+    if (position_ + databaseEntryHeaderSize + length > end) {
+        file_->fail("is damaged: an entry does not end where the next one begins");
+    }
+    following_ = static_cast<std::uint32_t>(position_ + databaseEntryHeaderSize + length);
+    const auto bytes = file_->bytes(position_ + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
+    return file_->checkedEntry(bytes, keyLength);
+}
+
 } // namespace tessgen::standalone

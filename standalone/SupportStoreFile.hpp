@@ -41,6 +41,7 @@ public:
 
 private:
     friend class StoreSearch;
+    friend class StoreWalk;
 
     struct Mapping {
         Mapping() = default;
@@ -53,6 +54,8 @@ private:
     void map();
     void checkTableSlots(std::uint64_t fileSize) const;
     void readInfo();
+    // What lies between the slots and the hash tables ends there.
+    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databaseSlotSize)); }
     std::string_view bytes(std::uint32_t position, std::uint32_t length) const;
     StoreEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 
@@ -79,6 +82,24 @@ private:
     struct cdb database_; // a copy, since finding writes into it; the mapped memory is shared
     struct cdb_find find_ {};
     int started_; // as the database says: more than 0 when there may be entries, less when a table is damaged
+};
+
+// Goes through all entries in the order in which they were written, without the hash tables.
+// Lifetime: the file outlives the walk. Threads: one.
+class StoreWalk {
+public:
+    explicit StoreWalk(const SupportStoreFile& file) : file_(&file) {}
+
+    // The next entry, or nothing after the last.
+    // Errors: a damaged entry. The next call goes on behind it, or again throws when its end is not known.
+    std::optional<StoreEntry> next();
+    // Where the entry that `next` handed out last, or threw at, begins.
+    std::uint32_t position() const { return position_; }
+
+private:
+    const SupportStoreFile* file_;
+    std::uint32_t position_ = databaseHeaderSize;
+    std::uint32_t following_ = databaseHeaderSize;
 };
 
 } // namespace tessgen::standalone

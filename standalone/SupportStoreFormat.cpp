@@ -136,15 +136,18 @@ std::string encodeInfo(const StoreInfo& info) {
     return value;
 }
 
+bool isRecord(std::string_view key) {
+    return key.starts_with(static_cast<char>(EntryKind::file))
+           || key.starts_with(static_cast<char>(EntryKind::builtin));
+}
+
 std::optional<SupportRecord> decodeRecord(std::string_view key, std::string_view value) {
-    const bool isFile = !key.empty() && key.front() == static_cast<char>(EntryKind::file);
-    const bool isBuiltin = !key.empty() && key.front() == static_cast<char>(EntryKind::builtin);
-    if (!isFile && !isBuiltin) {
+    if (!isRecord(key)) {
         return std::nullopt;
     }
     SupportRecord record;
     auto& entry = record.entry;
-    entry.isBuiltin = isBuiltin;
+    entry.isBuiltin = key.front() == static_cast<char>(EntryKind::builtin);
     Decoder path(key.substr(1));
     entry.path = path.units((key.size() - 1) / sizeof(char16_t));
     Decoder rest(value);

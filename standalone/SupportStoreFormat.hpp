@@ -62,6 +62,9 @@ std::string encodeRecord(const SupportRecord& record);
 std::string encodeReference(const EntryReference& reference);
 std::string encodeInfo(const StoreInfo& info);
 
+// Whether an entry with that key is a record.
+bool isRecord(std::string_view key);
+
 // Values without their checksum. Nothing when they cannot be what they are taken for; any bytes may be passed.
 std::optional<SupportRecord> decodeRecord(std::string_view key, std::string_view value);
 std::optional<EntryReference> decodeReference(std::string_view value);

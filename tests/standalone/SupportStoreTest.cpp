@@ -80,6 +80,27 @@ TEST(SupportStore, HandsOutEveryFieldInTheOrderOfImport) {
                   [](const auto& key, const auto& ask, const auto& records) { EXPECT_EQ(ask(), records) << key; });
 }
 
+TEST(SupportStore, HandsOutEveryRecordInTheOrderOfTheLines) {
+    const TemporaryFolder folder;
+    const SupportStore store(buildStore(folder, test::recordsOfEveryForm), test::storeRoot);
+    std::vector<std::string> lines;
+    store.forEachRecord([&lines](const SupportRecord& record) {
+        lines.push_back(toUTF8(record.entry.path).value());
+        for (const auto& name : record.names) {
+            lines.back() += " " + toUTF8(name).value();
+        }
+    });
+    const std::vector<std::string> expected = {"/opt/orvak/library/wave.vk wave",
+                                               "sum sum",
+                                               "/opt/orvak/kel/legacy.vk legacy",
+                                               "/w/+p/@D/area.vk wave area p.area",
+                                               "/w/sum.vk sum",
+                                               "a/b sum wave",
+                                               "a/c a/c",
+                                               "/opt/orvak/länge/😀.vk 😀"};
+    EXPECT_EQ(lines, expected);
+}
+
 TEST(SupportStore, IsReadFromManyThreads) {
     const TemporaryFolder folder;
     const SupportStore store(buildStore(folder, test::recordsOfEveryForm), test::storeRoot);
