@@ -4,12 +4,17 @@
 #include "cli/Names.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
+#include "standalone/KnownNames.hpp"
+#include "standalone/SessionState.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -32,6 +37,32 @@ void noteFileOfWorkingFolder(const std::string& name, const Answer& answer) {
         complain(fmt::format("note: '{0}' is a file of the working folder too, but was looked for below the folders of "
                              "the search path; for that file ask with its absolute path",
                              name));
+    }
+}
+
+// For a person who mistyped a name: the names nearest to it that have candidates.
+void addNearNames(std::vector<Answer>& answers, const Resolver& resolver) {
+    constexpr std::size_t most = 3;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+    std::optional<standalone::KnownNames> known;
+    for (auto& answer : answers) {
+        if (!answer.candidates.empty()) {
+            continue;
+        }
+        if (!known) {
+            known.emplace(standalone::currentSession(), deadline);
+        }
+        for (const auto& name : known->near(answer.query)) {
+            if (answer.near.size() == most || std::chrono::steady_clock::now() >= deadline) {
+                break;
+            }
+            try {
+                if (!resolver->resolve(nameIn(name)).empty()) {
+                    answer.near.push_back(name);
+                }
+            } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): such a name is none to be offered
+            }
+        }
     }
 }
 
@@ -70,6 +101,9 @@ int which(const Request& request) {
         }
     }
     resolver.keepRecording();
+    if (outputIsTerminal() && !request.json && !request.quiet && !request.replay && !request.record) {
+        addNearNames(answers, resolver);
+    }
     if (!answers.empty() && !request.quiet) {
         writeOut(rendered(answers, request));
     }
