@@ -111,7 +111,8 @@ std::string asJSONLine(std::string_view query, std::string_view error) {
     const auto text = [](std::string_view bytes) {
         return utf8::is_valid(bytes.begin(), bytes.end()) ? std::string(bytes) : escaped(bytes);
     };
-    const nlohmann::ordered_json line{{"schema", "kelwhich/1"}, {"query", text(query)}, {"error", text(error)}};
+    const nlohmann::ordered_json line{
+        {"schema", "kelwhich/1"}, {"query", text(query)}, {"error", {{"message", text(error)}}}};
     return escapedJSON(line.dump()) + '\n';
 }
 

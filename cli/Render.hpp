@@ -32,8 +32,8 @@ std::string asText(const Answer& answer, bool coloured);
 // One document, {"schema":"kelwhich/1","answers":[...]}, indented by two; characters that can be seen are not escaped.
 std::string asJSON(const std::vector<Answer>& answers);
 
-// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}, or with "error" instead of the candidates. A query
-// that is not UTF-8 is escaped as in text.
+// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}, or with "error":{"message":...} instead of the
+// candidates. A query that is not UTF-8 is escaped as in text.
 std::string asJSONLine(const Answer& answer);
 std::string asJSONLine(std::string_view query, std::string_view error);
 
