@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -27,7 +28,7 @@ std::string countText(std::uint64_t names, double seconds) {
 
 // "42 % [##########              ]  ..., 0:07 left". `part` is more than 0.
 std::string barText(double part, const std::string& count, double seconds) {
-    const auto left = static_cast<long>(seconds * (1 - part) / part + 0.5);
+    const auto left = std::lround(seconds * (1 - part) / part);
     const auto width = static_cast<std::size_t>(part * barWidth);
     return fmt::format("{:3.0f} % [{:#<{}}{:{}}]  {}, {}:{:02} left", part * 100, "", width, "", barWidth - width,
                        count, left / 60, left % 60);

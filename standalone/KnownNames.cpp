@@ -85,6 +85,7 @@ std::vector<std::string> KnownNames::near(std::string_view name) const {
     }
     std::sort(found.begin(), found.end());
     std::vector<std::string> names;
+    names.reserve(found.size());
     for (auto& [away, known] : found) {
         names.push_back(std::move(known));
     }
