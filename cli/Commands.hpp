@@ -27,4 +27,13 @@ int explain(const Request& request);
 // Writes the support store anew.
 int storeBuild(const Request& request);
 
+// Writes what a support store holds.
+int storeInfo(const Request& request);
+
+// Writes each damage of a support store; exitNothing when there is one.
+int storeVerify(const Request& request);
+
+// Writes the records of a support store as `storeBuild` reads them.
+int storeExport(const Request& request);
+
 } // namespace tessgen::cli

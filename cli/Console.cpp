@@ -36,11 +36,18 @@ int writeAll(int descriptor, std::string_view text) {
     return 0;
 }
 
+bool isAbleTerminal(int descriptor) {
+    const auto terminal = environment("TERM");
+    return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
+}
+
 } // namespace
 
 void prepareStreams() {
-    // NOLINTNEXTLINE(cert-err33-c): ignoring this signal cannot fail
-    std::signal(SIGPIPE, SIG_IGN);
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        // NOLINTNEXTLINE(cert-err33-c): ignoring these signals cannot fail
+        std::signal(signal, SIG_IGN);
+    }
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0) {
             // Takes the free number. Read-only: writing to it fails, as it should.
@@ -55,10 +62,6 @@ void writeOut(std::string_view text) {
     }
 }
 
-void writeStatus(std::string_view text) {
-    writeAll(STDERR_FILENO, text);
-}
-
 void complain(std::string_view message) {
     writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
 }
@@ -67,14 +70,16 @@ bool outputIsTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
 
-bool statusIsShown() {
-    const auto terminal = environment("TERM");
-    return isatty(STDERR_FILENO) == 1 && !outputIsTerminal() && !terminal.empty() && terminal != "dumb";
+void showStatus(std::string_view text) {
+    writeAll(STDERR_FILENO, fmt::format("\r\x1B[K{}", escaped(text)));
+}
+
+bool statusCanBeShown() {
+    return isAbleTerminal(STDERR_FILENO);
 }
 
 bool outputIsColoured() {
-    const auto terminal = environment("TERM");
-    return outputIsTerminal() && environment("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
+    return isAbleTerminal(STDOUT_FILENO) && environment("NO_COLOR").empty();
 }
 
 std::string environment(const char* name) {

@@ -1,6 +1,7 @@
 #include "cli/Manifest.hpp"
 
 #include "cli/Console.hpp"
+#include "standalone/Installation.hpp"
 
 #include <fmt/format.h>
 
@@ -43,6 +44,18 @@ std::string findManifest(const Request& request) {
     }
     auto named = environment("KELWHICH_INSTALLATION");
     return named.empty() ? nearestManifest() : named;
+}
+
+std::string findStore(const Request& request) {
+    if (!request.operands.empty()) {
+        return request.operands.front();
+    }
+    const auto installation = standalone::readInstallation(findManifest(request));
+    if (!installation.supportStore) {
+        throw std::runtime_error(
+            fmt::format("{} names no supportStore; name the file of a store", installation.manifest));
+    }
+    return *installation.supportStore;
 }
 
 } // namespace tessgen::cli

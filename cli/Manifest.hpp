@@ -13,4 +13,8 @@ namespace tessgen::cli {
 // Errors: std::runtime_error when there is none.
 std::string findManifest(const Request& request);
 
+// The store that the request names, else that of the installation.
+// Errors: std::runtime_error when the installation has none.
+std::string findStore(const Request& request);
+
 } // namespace tessgen::cli

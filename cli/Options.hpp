@@ -9,7 +9,7 @@ namespace tessgen::cli {
 
 struct Request;
 
-enum class Action : unsigned { which, explain, batch, storeBuild, help, version };
+enum class Action : unsigned { which, explain, batch, storeBuild, storeInfo, storeVerify, storeExport, help, version };
 
 constexpr unsigned bit(Action action) {
     return 1U << static_cast<unsigned>(action);

@@ -1,35 +1,36 @@
-// How far a long work is: one line on standard error, rewritten in place, for a person who waits.
-//
-// Nothing is shown in the first half second, nor when standard error is no terminal.
+// How far a long command has come: one line on the terminal, rewritten, and gone at the end.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace tessgen::cli {
 
+// Shows nothing in the first half second, and nothing at all when standard error is no terminal.
 class Progress {
 public:
-    // `size`: of the whole input, in bytes, if it is known; then how far it is read and what time remains are shown.
-    explicit Progress(std::optional<std::uint64_t> size);
+    // `things` are counted; they are in an input of `size` bytes, from which the remaining time is told if it is known.
+    explicit Progress(std::string_view things, std::optional<std::uint64_t> size = std::nullopt);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress() { clear(); }
 
-    // So many names are done, and so many bytes of the input with them.
-    void show(std::uint64_t names, std::uint64_t bytes);
+    // So many are done, and so many bytes of the input with them. May be called often.
+    void show(std::uint64_t count, std::uint64_t bytes);
     // Takes the line away, for something else to be written.
     void clear();
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    std::string_view things_;
     std::optional<std::uint64_t> size_;
-    bool isWanted_;
-    bool isShown_ = false;
-    Clock::time_point start_ = Clock::now();
-    Clock::time_point next_; // when to write the line again
+    bool possible_;
+    bool shown_ = false;
+    Clock::time_point begin_;
+    Clock::time_point next_;
 };
 
 } // namespace tessgen::cli

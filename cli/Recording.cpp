@@ -3,12 +3,9 @@
 #include "standalone/Text.hpp"
 #include "tessapp/util/foundation.hpp"
 
-#include <algorithm>
-#include <cerrno>
 #include <exception>
 #include <optional>
 #include <string_view>
-#include <unistd.h>
 #include <utility>
 
 namespace tessgen::cli {
@@ -115,18 +112,11 @@ void Recording::add(const Question& question, const RecordedAnswer& answer) {
 }
 
 void Recording::write() {
-    auto text = headLine(sourceCodeOfSession()) + '\n';
+    file_.append(headLine(sourceCodeOfSession()) + '\n');
     for (const auto* const answers : inOrder_) {
         for (const auto& line : answers->lines) {
-            text.append(line).append(1, '\n');
+            file_.append(line + '\n');
         }
-    }
-    for (std::string_view rest = text; !rest.empty();) {
-        const auto count = ::write(file_.descriptor(), rest.data(), rest.size());
-        if (count < 0 && errno != EINTR) {
-            file_.fail(errno);
-        }
-        rest.remove_prefix(static_cast<std::size_t>(std::max<decltype(count)>(count, 0)));
     }
     file_.replaceTarget();
 }

@@ -2,14 +2,27 @@
 #include "cli/Console.hpp"
 #include "cli/Escape.hpp"
 #include "cli/Manifest.hpp"
+#include "cli/Progress.hpp"
 #include "standalone/Installation.hpp"
 #include "standalone/SupportStoreBuilder.hpp"
 
 #include <fmt/format.h>
 
 #include <stdexcept>
+#include <string>
 
 namespace tessgen::cli {
+
+namespace {
+
+standalone::StoreBuildProgress buildShowingProgress(const std::string& records, const std::string& output,
+                                                    const std::string& root) {
+    Progress progress("records");
+    return standalone::buildSupportStore(records, output, root,
+                                         [&progress](const auto& done) { progress.show(done.records, done.bytes); });
+}
+
+} // namespace
 
 int storeBuild(const Request& request) {
     const auto installation = standalone::readInstallation(findManifest(request));
@@ -18,7 +31,8 @@ int storeBuild(const Request& request) {
         throw std::runtime_error(fmt::format(
             "{} names no supportStore; give it one, or say where to write with --output", installation.manifest));
     }
-    const auto built = standalone::buildSupportStore(request.operands.front(), *output, installation.root);
+    standalone::requireFolder(installation, "root", installation.root);
+    const auto built = buildShowingProgress(request.operands.front(), *output, installation.root);
     writeOut(fmt::format("{}: {} records\n", escaped(*output), built.records));
     return exitYes;
 }

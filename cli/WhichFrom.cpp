@@ -10,7 +10,6 @@
 #include <fmt/format.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <exception>
 #include <optional>
 #include <string>
@@ -27,16 +26,18 @@ using standalone::LineReader;
 class NamesOfFile {
 public:
     NamesOfFile(const Request& request, LineReader& lines)
-        : request_(request), lines_(lines), resolver_(request, standalone::View::fixed), progress_(lines.size()) {}
+        : request_(request), lines_(lines), resolver_(request, standalone::View::fixed),
+          progress_("names", lines.size()) {}
 
     int answerAll() {
         while (const auto line = nextLine()) {
-            bytes_ += line->size() + 1;
             answer(*line);
             if (out_.size() >= blockSize) {
                 flush();
             }
-            progress_.show(tally_.asked(), bytes_);
+            if (showsProgress_) {
+                progress_.show(tally_.asked(), lines_.bytes());
+            }
         }
         progress_.clear();
         flush();
@@ -107,11 +108,11 @@ private:
     LineReader& lines_;
     const Resolver resolver_;
     Progress progress_;
+    const bool showsProgress_ = !outputIsTerminal(); // there, the answers show it
     const bool isColoured_ = outputIsColoured();
     Tally tally_;
     std::string out_;
     bool hasWritten_ = false;
-    std::uint64_t bytes_ = 0;
     // Key: the name. Kept: its answer as it is written, since nothing changes in a fixed view. Never kept: a failure.
     // Growth: until `mostKept` bytes are held. Dropped: with the object.
     std::unordered_map<std::string, Kept> kept_;

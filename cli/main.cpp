@@ -20,6 +20,12 @@ int run(const Request& request) {
         return explain(request);
     case Action::storeBuild:
         return storeBuild(request);
+    case Action::storeInfo:
+        return storeInfo(request);
+    case Action::storeVerify:
+        return storeVerify(request);
+    case Action::storeExport:
+        return storeExport(request);
     case Action::help:
         writeOut(helpText());
         return exitYes;

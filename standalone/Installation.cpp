@@ -1,5 +1,6 @@
 #include "standalone/Installation.hpp"
 
+#include "standalone/FileTree.hpp"
 #include "standalone/JsonInput.hpp"
 #include "standalone/ManifestFile.hpp"
 #include "standalone/PathText.hpp"
@@ -143,6 +144,13 @@ Installation readInstallation(const std::string& fileOrFolder) {
                                  + ": " + error.what());
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(file.path + ": " + error.what());
+    }
+}
+
+void requireFolder(const Installation& installation, std::string_view key, const std::string& folder) {
+    if (RealFileTree().kindOf(folder) != FileTree::Kind::folder) {
+        throw std::runtime_error(installation.manifest + ": key \"" + std::string(key) + "\": there is no folder "
+                                 + folder + ": make it, or say where it is");
     }
 }
 

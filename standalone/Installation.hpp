@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -32,5 +33,8 @@ struct Installation {
 // Reads a manifest, or the `installation.json` of a folder.
 // Errors: std::runtime_error with one line that names the file, the place in it and what was expected there.
 Installation readInstallation(const std::string& fileOrFolder);
+
+// Errors: std::runtime_error when there is no `folder`, which the manifest gives under `key`.
+void requireFolder(const Installation& installation, std::string_view key, const std::string& folder);
 
 } // namespace tessgen::standalone

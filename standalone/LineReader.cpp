@@ -42,6 +42,7 @@ std::optional<std::string_view> LineReader::next() {
         return std::nullopt;
     }
     ++number_;
+    bytes_ += static_cast<std::size_t>(length);
     std::string_view line(line_, static_cast<std::size_t>(length));
     if (number_ == 1 && line.starts_with(byteOrderMark)) {
         line.remove_prefix(byteOrderMark.size());
@@ -53,6 +54,13 @@ std::optional<std::uint64_t> LineReader::size() const {
     struct stat status {};
     const bool isKnown = fstat(fileno(stream_.get()), &status) == 0 && S_ISREG(status.st_mode);
     return isKnown ? std::optional(static_cast<std::uint64_t>(status.st_size)) : std::nullopt;
+}
+
+bool LineReader::isFile(const std::string& path) const {
+    struct stat read {};
+    struct stat named {};
+    return fstat(fileno(stream_.get()), &read) == 0 && stat(path.c_str(), &named) == 0 && read.st_dev == named.st_dev
+           && read.st_ino == named.st_ino;
 }
 
 bool LineReader::mayWait() const {

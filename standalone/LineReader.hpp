@@ -29,6 +29,10 @@ public:
     // Whether `next` may have to wait for what is not there yet.
     bool mayWait() const;
 
+    // Whether this is what `path` leads to.
+    bool isFile(const std::string& path) const;
+
+    std::uint64_t bytes() const { return bytes_; } // read so far
     std::uint64_t number() const { return number_; } // of the current line, counted from 1
     // How an error names the current line: "FILE:NUMBER:".
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
@@ -45,6 +49,7 @@ private:
     char* line_ = nullptr;
     std::size_t capacity_ = 0;
     std::uint64_t number_ = 0;
+    std::uint64_t bytes_ = 0;
 };
 
 } // namespace tessgen::standalone

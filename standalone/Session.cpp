@@ -47,15 +47,9 @@ std::optional<std::u16string> inUTF16(const std::optional<std::string>& text) {
 
 // Without its roots an installation would answer nothing, silently. A search folder may be missing.
 Installation withRoots(Installation installation) {
-    const auto require = [&](const std::string& folder, const std::string& key) {
-        if (RealFileTree().kindOf(folder) != FileTree::Kind::folder) {
-            throw std::runtime_error(installation.manifest + ": key \"" + key + "\": there is no folder " + folder
-                                     + ": make it, or say where it is");
-        }
-    };
-    require(installation.root, "root");
+    requireFolder(installation, "root", installation.root);
     if (installation.supportPackageRoot) {
-        require(*installation.supportPackageRoot, "supportPackageRoot");
+        requireFolder(installation, "supportPackageRoot", *installation.supportPackageRoot);
     }
     return installation;
 }

@@ -6,8 +6,10 @@
 #include "standalone/Text.hpp"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -69,10 +71,14 @@ std::u16string readPath(const json& record, bool isBuiltin, std::string_view roo
     return toUTF16(absolutePath(value->get_ref<const std::string&>(), root)).value();
 }
 
+std::u16string defaultName(const std::u16string& path, bool isBuiltin) {
+    return isBuiltin ? path : kelwhich::qualifiedNameForPath(path);
+}
+
 std::vector<std::u16string> readNames(const json& record, const std::u16string& path, bool isBuiltin) {
     const auto* const value = findValue(record, "name");
     if (value == nullptr) {
-        auto name = isBuiltin ? path : kelwhich::qualifiedNameForPath(path);
+        auto name = defaultName(path, isBuiltin);
         if (name.empty()) {
             failAtKey("name", "a name to find the record by, since its path defines none", value);
         }
@@ -109,6 +115,32 @@ std::vector<std::u16string> readUnsupportedSymbols(const json& record) {
     return value == nullptr ? std::vector<std::u16string>() : textsOf(*value, "unsupportedSymbols");
 }
 
+std::string inUTF8(const std::u16string& text) {
+    auto converted = toUTF8(text);
+    if (!converted) {
+        throw std::runtime_error("a text is not UTF-16, and cannot be written as JSON");
+    }
+    return std::move(*converted);
+}
+
+std::vector<std::string> inUTF8(const std::vector<std::u16string>& texts) {
+    std::vector<std::string> converted;
+    converted.reserve(texts.size());
+    for (const auto& text : texts) {
+        converted.push_back(inUTF8(text));
+    }
+    return converted;
+}
+
+// The shortest path that is read as `path` again.
+std::string pathFrom(std::string_view root, std::string path) {
+    const auto folder = joinPath(root, "");
+    if (path.starts_with(folder) && absolutePath(path.substr(folder.size()), root) == path) {
+        path.erase(0, folder.size());
+    }
+    return path;
+}
+
 } // namespace
 
 SupportRecord readSupportRecord(std::string_view line, std::string_view root) {
@@ -127,6 +159,34 @@ SupportRecord readSupportRecord(std::string_view line, std::string_view root) {
     entry.symbol = readSymbol(json, entry.isRedirect, record.names.front());
     entry.unsupportedSymbols = readUnsupportedSymbols(json);
     return record;
+}
+
+std::string writeSupportRecord(const SupportRecord& record, std::string_view root) {
+    const auto& [entry, names] = record;
+    auto path = inUTF8(entry.path);
+    nlohmann::ordered_json line;
+    line["path"] = entry.isBuiltin ? std::move(path) : pathFrom(root, std::move(path));
+    if (names.size() > 1) {
+        line["name"] = inUTF8(names);
+    } else if (names.front() != defaultName(entry.path, entry.isBuiltin)) {
+        line["name"] = inUTF8(names.front());
+    }
+    if (entry.isBuiltin) {
+        line["builtin"] = true;
+    }
+    if (entry.isRedirect) {
+        line["redirect"] = true;
+    }
+    if (entry.isRedirect || entry.symbol != names.front()) {
+        line["symbol"] = inUTF8(entry.symbol);
+    }
+    if (entry.supportFlags != std::array<bool, 6>{}) {
+        line["supportFlags"] = entry.supportFlags;
+    }
+    if (!entry.unsupportedSymbols.empty()) {
+        line["unsupportedSymbols"] = inUTF8(entry.unsupportedSymbols);
+    }
+    return line.dump();
 }
 
 } // namespace tessgen::standalone

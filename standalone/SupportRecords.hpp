@@ -22,4 +22,9 @@ struct SupportRecord {
 // Errors: std::runtime_error, one line: the key and what was expected of it; JsonSyntaxError.
 SupportRecord readSupportRecord(std::string_view line, std::string_view root);
 
+// The line (without an end) from which `readSupportRecord` with the same root reads this record; what it would add by
+// itself is left out, and a path below the root is relative, so that the line does for another root as well.
+// Errors: std::runtime_error: a text with a lone surrogate, which no line can hold; `readSupportRecord` gives none.
+std::string writeSupportRecord(const SupportRecord& record, std::string_view root);
+
 } // namespace tessgen::standalone

@@ -12,7 +12,7 @@ namespace {
 SupportRecord decode(const SupportStoreFile& file, const StoreEntry& entry) {
     auto record = decodeRecord(entry.key, entry.value);
     if (!record) {
-        file.fail("is damaged: a record is not in the store's format");
+        file.failDamaged("a record is not in the store's format");
     }
     return std::move(*record);
 }
@@ -28,7 +28,7 @@ SupportStore::SupportStore(const std::string& file) : file_(std::make_unique<con
 SupportStore::SupportStore(const std::string& file, std::string_view root) : SupportStore(file) {
     const auto& builtFor = file_->info().root;
     if (toUTF16(root) != builtFor) {
-        file_->fail("was built for the root \"" + toUTF8(builtFor).value_or("?") + "\", not for \"" + std::string(root)
+        file_->fail("was built for the root \"" + toUTF8(builtFor).value() + "\", not for \"" + std::string(root)
                     + "\"");
     }
 }
@@ -53,7 +53,7 @@ std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view
     while (const auto entry = search.next()) {
         const auto reference = decodeReference(entry->value);
         if (!reference || reference->position <= last) {
-            file_->fail("is damaged: the records of a name are not in their order");
+            file_->failDamaged("the records of a name are not in their order");
         }
         last = reference->position;
         records.push_back(recordOf(*file_, file_->entryAt(*reference)));
@@ -71,8 +71,8 @@ void SupportStore::forEachRecord(const std::function<void(const SupportRecord&)>
         }
     }
     if (records != file_->info().records) {
-        file_->fail("is damaged: it holds " + std::to_string(records) + " records where "
-                    + std::to_string(file_->info().records) + " were written");
+        file_->failDamaged("it holds " + std::to_string(records) + " records where "
+                           + std::to_string(file_->info().records) + " were written");
     }
 }
 

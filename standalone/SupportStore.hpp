@@ -35,7 +35,7 @@ public:
     SupportStore& operator=(SupportStore&&) noexcept;
     ~SupportStore();
 
-    // The root that it was built for.
+    // The root that it was built for; it has no lone surrogate.
     const std::u16string& root() const;
     // The record of one file, or nothing; built-in records are not found by path.
     // Errors: a damaged record.

@@ -9,12 +9,10 @@
 
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 
 namespace tessgen::standalone {
 
@@ -42,16 +40,22 @@ bool isBlank(std::string_view line) {
 
 } // namespace
 
-StoreBuildResult buildSupportStore(const std::string& records, const std::string& output, const std::string& root) {
-    LineReader lines(records);
-    if (std::error_code absent; std::filesystem::equivalent(records, output, absent)) {
+StoreBuildProgress buildSupportStore(const std::string& records, const std::string& output, const std::string& root,
+                                     const std::function<void(const StoreBuildProgress&)>& report) {
+    LineReader lines = records == "-" ? LineReader::ofStandardInput() : LineReader(records);
+    if (lines.isFile(output)) {
         throw std::runtime_error(output + ": holds the records, and the store must not replace them; "
                                  + "name another file with --output");
     }
     NewFile file(output);
     SupportStoreWriter writer(file);
     KnownFiles known;
+    StoreBuildProgress progress;
     while (const auto line = lines.next()) {
+        progress.bytes = lines.bytes();
+        if (report) {
+            report(progress);
+        }
         if (isBlank(*line)) {
             continue;
         }
@@ -63,10 +67,11 @@ StoreBuildResult buildSupportStore(const std::string& records, const std::string
             }
         }
         writer.add(record);
+        ++progress.records;
     }
-    const StoreBuildResult result{writer.finish(toUTF16(root).value())};
+    writer.finish(toUTF16(root).value());
     file.replaceTarget();
-    return result;
+    return progress;
 }
 
 } // namespace tessgen::standalone

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <stdexcept>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -11,6 +12,8 @@
 namespace tessgen::standalone {
 
 namespace {
+
+constexpr const char* advice = "; build it anew with: kelwhich store build RECORDS.jsonl";
 
 std::string errorText(int error) {
     return std::generic_category().message(error);
@@ -80,19 +83,27 @@ void SupportStoreFile::readInfo() {
 std::string_view SupportStoreFile::bytes(std::uint32_t position, std::uint32_t length) const {
     const auto* const begin = static_cast<const char*>(cdb_get(&mapping_.database, length, position));
     if (begin == nullptr) {
-        fail("is damaged: an entry would lie outside the file");
+        failDamaged("an entry would lie outside the file");
     }
     return {begin, length};
 }
 
+void SupportStoreFile::release(std::uint32_t begin, std::uint32_t end) const {
+    constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
+    begin -= begin % block;
+    end -= end % block;
+    // The cast is what madvise asks for; the bytes stay what they are.
+    madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
+}
+
 StoreEntry SupportStoreFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
     if (bytes.size() < std::size_t{keyLength} + checksumSize) {
-        fail("is damaged: an entry is too short");
+        failDamaged("an entry is too short");
     }
     const auto checksum = numberFrom(bytes.substr(bytes.size() - checksumSize));
     const auto content = bytes.substr(0, bytes.size() - checksumSize);
     if (checksumOf(content) != checksum) {
-        fail("is damaged: the checksum of an entry is wrong");
+        failDamaged("the checksum of an entry is wrong");
     }
     return {content.substr(0, keyLength), content.substr(keyLength), checksum};
 }
@@ -102,17 +113,21 @@ StoreEntry SupportStoreFile::entryAt(const EntryReference& reference) const {
     const auto keyLength = numberFrom(header);
     const auto valueLength = numberFrom(header.substr(databaseEntryHeaderSize / 2));
     if (std::uint64_t{keyLength} + valueLength != reference.length) {
-        fail("is damaged: an entry is not as long as it was");
+        failDamaged("an entry is not as long as it was");
     }
     const auto entry = checkedEntry(bytes(reference.position + databaseEntryHeaderSize, reference.length), keyLength);
     if (entry.checksum != reference.checksum) {
-        fail("is damaged: an entry is not the one that was written there");
+        failDamaged("an entry is not the one that was written there");
     }
     return entry;
 }
 
 void SupportStoreFile::fail(const std::string& what) const {
-    throw std::runtime_error(file_ + ": " + what + "; build it anew with: kelwhich store build RECORDS.jsonl");
+    throw std::runtime_error(file_ + ": " + what + advice);
+}
+
+void SupportStoreFile::failDamaged(const std::string& damage) const {
+    throw StoreDamage(file_ + ": is damaged: " + damage + advice, damage);
 }
 
 StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key)
@@ -126,7 +141,7 @@ StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key)
 std::optional<StoreEntry> StoreSearch::next() {
     const int found = started_ > 0 ? cdb_findnext(&find_) : started_;
     if (found < 0) {
-        file_->fail("is damaged: a hash table leads out of the file");
+        file_->failDamaged("a hash table leads out of the file");
     }
     if (found == 0) {
         return std::nullopt;
@@ -140,12 +155,17 @@ std::optional<StoreEntry> StoreWalk::next() {
     if (following_ == end) {
         return std::nullopt;
     }
-    position_ = following_;
+    constexpr std::uint32_t most = 1U << 24U;
+    if (following_ - released_ > most) {
+        file_->release(released_, following_);
+        released_ = following_;
+    }
+    position_ = std::exchange(following_, end);
     const auto header = file_->bytes(position_, databaseEntryHeaderSize);
     const auto keyLength = numberFrom(header);
     const auto length = std::uint64_t{keyLength} + numberFrom(header.substr(databaseEntryHeaderSize / 2));
     if (position_ + databaseEntryHeaderSize + length > end) {
-        file_->fail("is damaged: an entry does not end where the next one begins");
+        file_->failDamaged("an entry does not end where the next one begins");
     }
     following_ = static_cast<std::uint32_t>(position_ + databaseEntryHeaderSize + length);
     const auto bytes = file_->bytes(position_ + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));

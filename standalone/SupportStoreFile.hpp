@@ -11,10 +11,20 @@
 #include <cdb.h>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tessgen::standalone {
+
+// What is damaged inside a store that could be opened.
+class StoreDamage : public std::runtime_error {
+public:
+    StoreDamage(const std::string& what, std::string problem) : std::runtime_error(what), damage(std::move(problem)) {}
+
+    std::string damage; // without the file and the advice
+};
 
 struct StoreEntry {
     std::string_view key;
@@ -38,6 +48,15 @@ public:
 
     // Throws an error that says what is wrong with the file and how to get a good one.
     [[noreturn]] void fail(const std::string& what) const;
+    // The same, as StoreDamage.
+    [[noreturn]] void failDamaged(const std::string& damage) const;
+
+    // What lies between the slots and the hash tables ends there.
+    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databaseSlotSize)); }
+    // Errors: the file ends before.
+    std::string_view bytes(std::uint32_t position, std::uint32_t length) const;
+    // Says that these bytes will hardly be asked for again, so that the system may take their memory back.
+    void release(std::uint32_t begin, std::uint32_t end) const;
 
 private:
     friend class StoreSearch;
@@ -54,9 +73,6 @@ private:
     void map();
     void checkTableSlots(std::uint64_t fileSize) const;
     void readInfo();
-    // What lies between the slots and the hash tables ends there.
-    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databaseSlotSize)); }
-    std::string_view bytes(std::uint32_t position, std::uint32_t length) const;
     StoreEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 
     std::string file_;
@@ -84,14 +100,15 @@ private:
     int started_; // as the database says: more than 0 when there may be entries, less when a table is damaged
 };
 
-// Goes through all entries in the order in which they were written, without the hash tables.
+// Goes through all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the
+// file at a time.
 // Lifetime: the file outlives the walk. Threads: one.
 class StoreWalk {
 public:
     explicit StoreWalk(const SupportStoreFile& file) : file_(&file) {}
 
     // The next entry, or nothing after the last.
-    // Errors: a damaged entry. The next call goes on behind it, or again throws when its end is not known.
+    // Errors: a damaged entry. The next call goes on behind it; where that is not known, there is no next.
     std::optional<StoreEntry> next();
     // Where the entry that `next` handed out last, or threw at, begins.
     std::uint32_t position() const { return position_; }
@@ -100,6 +117,7 @@ private:
     const SupportStoreFile* file_;
     std::uint32_t position_ = databaseHeaderSize;
     std::uint32_t following_ = databaseHeaderSize;
+    std::uint32_t released_ = 0;
 };
 
 } // namespace tessgen::standalone

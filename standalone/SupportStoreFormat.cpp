@@ -1,5 +1,7 @@
 #include "standalone/SupportStoreFormat.hpp"
 
+#include "standalone/Text.hpp"
+
 #include <bit>
 #include <cstddef>
 #include <cstring>
@@ -159,7 +161,7 @@ std::optional<SupportRecord> decodeRecord(std::string_view key, std::string_view
     entry.symbol = rest.text();
     entry.unsupportedSymbols = rest.texts();
     record.names = rest.texts();
-    if (!path.complete() || !rest.complete() || flags >= redirectFlag * 2) {
+    if (!path.complete() || !rest.complete() || flags >= redirectFlag * 2 || record.names.empty()) {
         return std::nullopt;
     }
     return record;
@@ -187,7 +189,7 @@ std::optional<StoreInfo> decodeInfo(std::string_view value) {
     }
     info.records = decoder.number();
     info.root = decoder.text();
-    return decoder.complete() ? std::optional(std::move(info)) : std::nullopt;
+    return decoder.complete() && toUTF8(info.root) ? std::optional(std::move(info)) : std::nullopt;
 }
 
 } // namespace tessgen::standalone

@@ -1,21 +1,12 @@
 #include "standalone/SupportStoreWriter.hpp"
 
-#include <cerrno>
-#include <utility>
+#include <algorithm>
+#include <cstddef>
 
 namespace tessgen::standalone {
 
-SupportStoreWriter::SupportStoreWriter(const NewFile& file, std::uint64_t sizeLimit)
-    : file_(&file), sizeLimit_(sizeLimit) {
-    if (cdb_make_start(&make_, file.descriptor()) != 0) {
-        file.fail(errno);
-    }
-}
-
-SupportStoreWriter::~SupportStoreWriter() {
-    if (open_) {
-        cdb_make_finish(&make_); // the only way to free what it holds; the file is given up
-    }
+SupportStoreWriter::SupportStoreWriter(NewFile& file, std::uint64_t sizeLimit) : file_(&file), sizeLimit_(sizeLimit) {
+    file.append(std::string(databaseHeaderSize, '\0')); // until the tables are known
 }
 
 void SupportStoreWriter::add(const SupportRecord& record) {
@@ -29,11 +20,11 @@ void SupportStoreWriter::add(const SupportRecord& record) {
 
 bool SupportStoreWriter::hasFile(std::u16string_view path) {
     const auto key = encodeKey(EntryKind::file, path);
-    const int found = cdb_make_exists(&make_, key.data(), static_cast<unsigned>(key.size()));
-    if (found < 0) {
-        file_->fail(errno);
-    }
-    return found > 0;
+    const auto positions = tables_.positionsFor(key);
+    return std::any_of(positions.begin(), positions.end(), [&](std::uint32_t position) {
+        const auto length = numberFrom(file_->read(position, sizeof(std::uint32_t)));
+        return length == key.size() && file_->read(position + databaseEntryHeaderSize, length) == key;
+    });
 }
 
 std::uint32_t SupportStoreWriter::finish(const std::u16string& root) {
@@ -41,10 +32,10 @@ std::uint32_t SupportStoreWriter::finish(const std::u16string& root) {
     info.records = records_;
     info.root = root;
     addEntry(encodeKey(EntryKind::info), encodeInfo(info));
-    open_ = false;
-    if (cdb_make_finish(&make_) != 0) {
-        file_->fail(errno);
+    for (std::size_t index = 0; index < SupportStoreTables::count; ++index) {
+        file_->append(tables_.table(index));
     }
+    file_->overwrite(0, tables_.slots(static_cast<std::uint32_t>(position_)));
     return records_;
 }
 
@@ -58,11 +49,9 @@ EntryReference SupportStoreWriter::addEntry(const std::string& key, std::string 
                     + " bytes, the most that its format holds; build it from fewer records");
     }
     const EntryReference reference{static_cast<std::uint32_t>(position_), static_cast<std::uint32_t>(length), checksum};
-    if (cdb_make_add(&make_, key.data(), static_cast<unsigned>(key.size()), value.data(),
-                     static_cast<unsigned>(value.size()))
-        != 0) {
-        file_->fail(errno);
-    }
+    file_->append(encodeNumber(static_cast<std::uint32_t>(key.size()))
+                  + encodeNumber(static_cast<std::uint32_t>(value.size())) + key + value);
+    tables_.add(key, reference.position);
     size_ = size;
     position_ += databaseEntryHeaderSize + length;
     return reference;

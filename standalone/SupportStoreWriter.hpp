@@ -1,12 +1,12 @@
 // Writes a support store's entries, one record after the other.
 //
-// Threads: one. Memory: 8 bytes an entry, however large the records are.
+// Threads: one. Memory: that of the hash tables, however large the records are.
 #pragma once
 
 #include "standalone/NewFile.hpp"
 #include "standalone/SupportStoreFormat.hpp"
+#include "standalone/SupportStoreTables.hpp"
 
-#include <cdb.h>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -16,10 +16,7 @@ namespace tessgen::standalone {
 class SupportStoreWriter {
 public:
     // Writes to `file`, which must outlive the writer, no more than `sizeLimit` bytes.
-    explicit SupportStoreWriter(const NewFile& file, std::uint64_t sizeLimit = databaseSizeLimit);
-    SupportStoreWriter(const SupportStoreWriter&) = delete;
-    SupportStoreWriter& operator=(const SupportStoreWriter&) = delete;
-    ~SupportStoreWriter();
+    explicit SupportStoreWriter(NewFile& file, std::uint64_t sizeLimit = databaseSizeLimit);
 
     // Errors: std::runtime_error, one line: the store would be too large, or the file cannot be written.
     void add(const SupportRecord& record);
@@ -32,9 +29,8 @@ public:
 private:
     EntryReference addEntry(const std::string& key, std::string value);
 
-    const NewFile* file_;
-    struct cdb_make make_ {};
-    bool open_ = true; // `make_` holds memory
+    NewFile* file_;
+    SupportStoreTables tables_;
     std::uint64_t sizeLimit_;
     std::uint64_t size_ = databaseHeaderSize; // of the file so far, with the tables of its entries
     std::uint64_t position_ = databaseHeaderSize;

@@ -10,15 +10,16 @@ add_unit_tests(
   host/PathsTest.cpp
   resolver/ClassificationTest.cpp
   resolver/ExplanationTest.cpp
-  resolver/FailureTest.cpp
   resolver/GatheringTest.cpp
   resolver/LookupTest.cpp
   resolver/OrderingTest.cpp
   resolver/RandomWorldsTest.cpp
   resolver/RedirectsTest.cpp
   resolver/SupportEntriesTest.cpp
+  support/FailingAllocator.cpp
   support/FakeArrays.cpp
   support/RecordingHost.cpp
+  sweeps/FaultSweepTest.cpp
   ../standalone/DataArrays.cpp
   LIBRARIES
   kelwhich_objects

@@ -8,6 +8,7 @@ add_unit_tests(
   standalone/NameSearchTest.cpp
   standalone/SessionTest.cpp
   standalone/SupportStoreBuilderTest.cpp
+  standalone/SupportStoreCheckTest.cpp
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
   LIBRARIES

@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 
 namespace tessgen::test {
 namespace {
@@ -66,11 +65,6 @@ TEST(RealFileSystem, FindsKELFilesBelowTheListedFolders) {
     const kelwhich::RealFileSystem files;
     EXPECT_EQ(files.getKELPathDirs(), (kelwhich::RealFileSystem::FolderSet{u"/r/kel", u"/r/slash/"}));
     host.kelPathAsked = 0;
-#ifndef __SANITIZE_THREAD__ // its std::call_once never returns after a throw
-    host.failOnce = std::make_exception_ptr(std::runtime_error("no list"));
-    EXPECT_THROW(files.isOnKELPath(u"/r/kel/f.vk"), std::runtime_error);
-    host.kelPathAsked = 0;
-#endif
     const std::pair<const char16_t*, bool> cases[] = {
         {u"/r/kel/f.vk", true},
         {u"/r/kel/private/f.vk", true},

@@ -2,6 +2,7 @@
 
 #include "standalone/DataArrays.hpp"
 #include "tests/support/FakeArrays.hpp"
+#include "tests/support/Faults.hpp"
 #include "tests/support/RecordingHost.hpp"
 
 #include <gtest/gtest.h>
@@ -31,7 +32,6 @@ protected:
             return {standalone::makeStringColumn({u"/w/f.vk", u"built-in", u"a method"}),
                     standalone::makeStringColumn({u"", u"", u""})};
         };
-        arrays().failure = std::make_exception_ptr(std::runtime_error("the host's own"));
     }
 
     static RecordingHost& host() { return RecordingHost::instance(); }
@@ -101,42 +101,16 @@ TEST_F(Invoke, ResolvesNothingWithoutAText) {
     release();
 }
 
-TEST_F(Invoke, PassesAnErrorOfTheResolutionOn) {
-    host().answer = [](const auto&) -> std::vector<foundation::orvakdata::Array> {
-        std::rethrow_exception(arrays().failure);
-    };
-    try {
-        call(2);
-        FAIL();
-    } catch (const std::runtime_error&) {
-        EXPECT_EQ(std::current_exception(), arrays().failure);
-    }
-    EXPECT_EQ(arrays().used, Members{"text"});
-    EXPECT_EQ(outputs[0], &untouched);
+TEST_F(Invoke, HasWrittenThePathsWhenTheKindsFail) {
+    Faults::arm(Faults::none, nullptr);
+    call(2);
+    release();
+    Faults::arm(Faults::asked - 1, std::make_exception_ptr(std::runtime_error("the last one")));
+    EXPECT_THROW(call(2), std::runtime_error);
+    Faults::disarm();
+    EXPECT_EQ(outputs[0]->texts.size(), 5U);
     EXPECT_EQ(outputs[1], &untouched);
     release();
-}
-
-// Lets each use of a host service fail in turn.
-TEST_F(Invoke, LeavesNothingOverWhenAServiceFails) {
-    call(2);
-    const auto uses = std::exchange(arrays().used, {}).size();
-    release();
-    ASSERT_EQ(uses, 6U + 2 * 5);
-    for (std::size_t k = 0; k < uses; ++k) {
-        arrays().used.clear();
-        arrays().failing = k;
-        try {
-            call(2);
-            FAIL() << "use " << k << " did not fail";
-        } catch (const std::runtime_error&) {
-            EXPECT_EQ(std::current_exception(), arrays().failure);
-        }
-        EXPECT_EQ(arrays().used.size(), k + 1);
-        EXPECT_EQ(outputs[0] != &untouched, k > 3); // complete before the kinds are begun
-        EXPECT_EQ(outputs[1], &untouched);
-        release();
-    }
 }
 
 } // namespace

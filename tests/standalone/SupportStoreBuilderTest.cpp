@@ -171,11 +171,52 @@ TEST(SupportStoreBuilder, LeavesTheOldStoreWhenTheDiskIsFull) {
         return buildError(folder.path("records.jsonl"), store);
     };
     for (rlim_t size = 0; size < before.size(); size += 100) {
-        EXPECT_EQ(errorWithin(size), folder.path("support.cdb: cannot be written, and is as it was: File too large"));
+        EXPECT_EQ(errorWithin(size), folder.path("support.cdb: cannot be written, and is as it was: File too large; "
+                                                 "files may not grow that large here: raise the limit (ulimit -f)"));
         EXPECT_EQ(contentOf(store), before) << size;
         EXPECT_EQ(entriesIn(folder), 2) << size;
     }
     EXPECT_EQ(errorWithin(before.size()), "no error");
+}
+
+TEST(SupportStoreBuilder, KeepsTheModeOfTheOldStore) {
+    const TemporaryFolder folder;
+    const auto store = buildStore(folder, test::recordsOfEveryForm);
+    for (const mode_t mode : {0600U, 0640U, 0444U, 0666U}) {
+        ASSERT_EQ(chmod(store.c_str(), mode), 0);
+        buildStore(folder, test::recordsOfEveryForm);
+        struct stat status {};
+        ASSERT_EQ(stat(store.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, mode);
+    }
+}
+
+TEST(SupportRecords, AreWrittenAsTheyAreRead) {
+    const std::vector<std::array<std::string, 3>> cases = {
+        // root, line, the line that is written
+        {"/w", R"({"path": "a/../f.vk"})", R"({"path":"f.vk"})"},
+        {"/w", R"({"path": "/w2/f.vk"})", R"({"path":"/w2/f.vk"})"},
+        {"/w", R"({"path": "/w", "name": ["w"]})", R"({"path":"/w"})"},
+        {"/", R"({"path": "/f.vk", "name": "g"})", R"({"path":"f.vk","name":"g"})"},
+        {"/w", R"({"path": "/w/f", "builtin": true, "symbol": "/w/f"})", R"({"path":"/w/f","builtin":true})"},
+        {"/w", R"({"path": "@C/f.vk", "name": ["f", "C.f"], "symbol": "C.f"})",
+         R"({"path":"@C/f.vk","name":["f","C.f"],"symbol":"C.f"})"},
+        {"/w", R"({"path": "f.vk", "redirect": true, "symbol": "f", "unsupportedSymbols": ["\u00e4"]})",
+         R"({"path":"f.vk","redirect":true,"symbol":"f","unsupportedSymbols":["ä"]})"},
+        {"/w", R"({"path": "f.vk", "supportFlags": [false, false, false, false, false, true]})",
+         R"({"path":"f.vk","supportFlags":[false,false,false,false,false,true]})"},
+    };
+    for (const auto& [root, line, expected] : cases) {
+        const auto record = readSupportRecord(line, root);
+        const auto written = writeSupportRecord(record, root);
+        EXPECT_EQ(written, expected);
+        const auto again = readSupportRecord(written, root);
+        EXPECT_EQ(encodeRecord(again), encodeRecord(record)) << line;
+        EXPECT_EQ(again.entry.path, record.entry.path);
+    }
+    const SupportRecord unwritable{{{}, false, false, u"f", u"/w/\xDC00.vk", {}}, {u"f"}};
+    EXPECT_EQ(errorOf([&] { writeSupportRecord(unwritable, "/w"); }),
+              "a text is not UTF-16, and cannot be written as JSON");
 }
 
 TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsTo) {

@@ -1,8 +1,10 @@
 #include "tests/support/FakeArrays.hpp"
 
+#include "tests/support/Faults.hpp"
 #include "zelt/enumeration.hpp"
 
 #include <map>
+#include <memory>
 #include <utility>
 
 class zelt::internal::InternedText {
@@ -15,16 +17,14 @@ namespace tessgen::test {
 namespace {
 
 void use(const std::string& service) {
-    auto& arrays = FakeArrays::instance();
-    arrays.used.push_back(service);
-    if (arrays.failing == arrays.used.size() - 1) {
-        std::rethrow_exception(arrays.failure);
-    }
+    Faults::ask();
+    FakeArrays::instance().used.push_back(service);
 }
 
 qxArray* make(qxArray array) {
+    auto made = std::make_unique<qxArray>(std::move(array));
     ++FakeArrays::instance().alive;
-    return new qxArray(std::move(array));
+    return made.release();
 }
 
 } // namespace

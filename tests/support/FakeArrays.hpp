@@ -1,10 +1,9 @@
-// Array services of a host that records each use, fails when told to, and counts references.
+// Array services of a host that records each use and counts references.
 #pragma once
 
 #include "matrix/array.hpp"
 
 #include <cstddef>
-#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,9 +23,6 @@ namespace tessgen::test {
 struct FakeArrays {
     std::vector<std::string> used; // the services, in order
     int alive = 0;                 // arrays that were made and not destroyed
-    // The use with this index throws `failure`.
-    std::optional<std::size_t> failing;
-    std::exception_ptr failure;
 
     static FakeArrays& instance();
     static FakeArrays& reset();

@@ -31,8 +31,6 @@ struct RecordingHost {
     std::vector<Evaluation> evaluations;
     int sourceCodeDirsAsked = 0;
     int kelPathAsked = 0;
-    // The next question for a list of folders throws this instead of an answer.
-    std::exception_ptr failOnce;
 
     // The host that the services speak of, as new for each test that begins with `reset`.
     static RecordingHost& instance();

@@ -4,6 +4,7 @@
 #include "host/Paths.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
+#include "tests/support/Faults.hpp"
 
 #include <cstddef>
 #include <exception>
@@ -46,6 +47,7 @@ struct World {
     }
 
     void ask(const std::u16string& question, const std::u16string& argument = u"") {
+        Faults::ask();
         asked.push_back(argument.empty() ? question : question + u" " + argument);
         if (failing == asked.size() - 1) {
             std::rethrow_exception(failure);

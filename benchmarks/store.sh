@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# The support store with N records: builds, verifies, exports and rebuilds it, asks for names, checks every result, and
+# prints time and memory of each. Usage: benchmarks/store.sh [N] [PROGRAM]; N from 2000 on
+# Times stand beside that of reading the same bytes once (cat). Memory is the peak of the process, mapped pages of the
+# store included.
+set -euo pipefail
+fail() {
+  echo "store.sh: $1" >&2
+  exit 1
+}
+here=$(realpath "${BASH_SOURCE[0]%/*}")
+records=${1:-1000000}
+program=$(realpath "${2:-$here/../build/release/cli/kelwhich}")
+top=$(mktemp -d)
+trap 'rm -rf "$top"' EXIT
+cd "$top"
+top=$(pwd -P)
+export KELWHICH_INSTALLATION=$top
+[ -x /usr/bin/time ] || fail "there is no /usr/bin/time: install the Debian package time"
+mkdir kel
+echo '{"supportStore": "support.cdb", "kelPath": ["kel"]}' >installation.json
+"$here/records.sh" "$records" >records.jsonl
+
+# measured WHAT COMMAND...: its output is in `out`.
+measured() {
+  local what=$1 begin end
+  shift
+  begin=$(date +%s%N)
+  /usr/bin/time -f %M -o memory "$@" >out || fail "$what fails"
+  end=$(date +%s%N)
+  printf '%-34s %8d ms %8d KiB\n' "$what" $(((end - begin) / 1000000)) "$(tail -n 1 memory)"
+}
+
+measured "cat of the records" cat records.jsonl
+measured "store build" "$program" store build records.jsonl
+grep -q ": $records records\$" out || fail "not all records were built"
+echo "records: $(stat -c %s records.jsonl) bytes, store: $(stat -c %s support.cdb) bytes"
+measured "cat of the store" cat support.cdb
+measured "store verify" "$program" store verify
+measured "store info" "$program" store info
+measured "store export" "$program" store export
+mv out again.jsonl
+measured "store build of the export" "$program" store build again.jsonl --output again.cdb
+cmp support.cdb again.cdb || fail "the export builds another store"
+
+# By the rule of records.sh: every file of a shared name.
+expected() {
+  awk -v from=$(($1 * 7000)) -v n="$records" -v root="$top" 'BEGIN {
+    for (i = from; i < from + 7000 && i < n; i += 7) {
+      if (i % 1000 != 999) printf "%s/library/area%d/part%d/f%d.vk\n", root, i % 97, i % 1009, i
+    }
+  }' | sort
+}
+last=$(((records - 1) / 7000))
+for shared in 0 $((last / 2)) "$last"; do
+  measured "the name shared$shared" "$program" "shared$shared"
+  cmp <(expected "$shared") <(sed -nE 's/^ +[0-9]+  host file +//p' out | sort) >&2 || fail "shared$shared is answered wrongly"
+done
+for builtin in 999 $((records / 2000 * 1000 + 999)) $((records / 1000 * 1000 - 1)); do
+  measured "the name f$builtin" "$program" "f$builtin"
+  grep -qx "  1  KEL built-in          f$builtin" out || fail "f$builtin is answered wrongly"
+done
+echo "all answers are right"

@@ -1,0 +1,56 @@
+#include "cli/Commands.hpp"
+#include "cli/Console.hpp"
+#include "cli/Escape.hpp"
+#include "cli/Manifest.hpp"
+#include "standalone/NewFile.hpp"
+#include "standalone/SupportRecords.hpp"
+#include "standalone/SupportStore.hpp"
+#include "standalone/Text.hpp"
+
+#include <fmt/format.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace tessgen::cli {
+
+namespace {
+
+template <typename Write>
+void exportRecords(const standalone::SupportStore& store, const Write& write) {
+    const auto root = standalone::toUTF8(store.root()).value();
+    constexpr std::size_t enough = std::size_t{1} << 16U; // bytes for one system call
+    std::string lines;
+    store.forEachRecord([&](const standalone::SupportRecord& record) {
+        lines.append(escapedJSON(standalone::writeSupportRecord(record, root))).append(1, '\n');
+        if (lines.size() >= enough) {
+            write(lines);
+            lines.clear();
+        }
+    });
+    write(lines);
+}
+
+} // namespace
+
+int storeExport(const Request& request) {
+    const auto file = findStore(request);
+    const standalone::SupportStore store(file);
+    if (!request.output) {
+        exportRecords(store, writeOut);
+        return exitYes;
+    }
+    if (std::error_code absent; std::filesystem::equivalent(file, *request.output, absent)) {
+        throw std::runtime_error(
+            fmt::format("{}: is the store itself; name another file with --output", *request.output));
+    }
+    standalone::NewFile output(*request.output);
+    exportRecords(store, [&output](const std::string& lines) { output.append(lines); });
+    output.replaceTarget();
+    return exitYes;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,115 @@
+#include "standalone/SupportStoreCheck.hpp"
+
+#include "standalone/SupportStoreFile.hpp"
+#include "tests/support/StoreDatabases.hpp"
+#include "tests/support/SupportStores.hpp"
+
+#include <gtest/gtest.h>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using test::Entries;
+using test::TemporaryFolder;
+using test::withChecksum;
+
+// The entries of a store, in their order, with their checksums.
+Entries entriesOf(const std::string& store) {
+    const SupportStoreFile file(store);
+    StoreWalk walk(file);
+    Entries entries;
+    while (const auto entry = walk.next()) {
+        entries.push_back(withChecksum(std::string(entry->key), std::string(entry->value)));
+    }
+    return entries;
+}
+
+// The format's own library puts every entry in the same place, however many have one key.
+TEST(SupportStoreTables, AreThoseOfTheFormatsOwnLibrary) {
+    std::string lines = test::recordsOfEveryForm;
+    for (int i = 0; i < 3000; ++i) {
+        const auto number = std::to_string(i);
+        lines += R"({"path": "many/f)" + number + R"(.vk", "name": ["same", "f)" + number + "\"]}\n";
+    }
+    const TemporaryFolder folder;
+    const auto store = buildStore(folder, lines);
+    EXPECT_EQ(checkSupportStore(store).records, 3008);
+    EXPECT_EQ(checkSupportStore(store).damages, 0);
+    EXPECT_EQ(test::contentOf(writeDatabase(folder, entriesOf(store))), test::contentOf(store));
+}
+
+// A store of two files and a built-in, of which `change` has changed something whose checksum is right all the same.
+template <typename Change>
+std::vector<std::string> findingsAfter(const Change& change) {
+    const TemporaryFolder folder;
+    auto entries = entriesOf(buildStore(folder, R"({"path": "/w/f.vk", "name": ["f", "g"]}
+{"path": "/w/g.vk"}
+{"path": "sum", "builtin": true})"));
+    change(entries);
+    return checkSupportStore(writeDatabase(folder, entries)).findings;
+}
+
+TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
+    enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };
+    EXPECT_EQ(findingsAfter([](Entries& entries) { EXPECT_EQ(entries.size(), info + 1); }), std::vector<std::string>{});
+    const auto withValue = [](const Entries::value_type& entry, const std::string& value) {
+        return withChecksum(entry.first, value);
+    };
+    const auto record = [](std::u16string_view symbol, std::vector<std::u16string> names) {
+        return encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, std::move(names)});
+    };
+    const auto infoOf = [](std::uint32_t records) {
+        return encodeInfo({std::u16string(storeMagic), storeVersion, records, u"/opt/orvak"});
+    };
+    const std::vector<std::pair<std::string, std::function<void(Entries&)>>> cases = {
+        {"is not the entry for the name", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
+        {"is not the entry for the name", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
+        {"is not the entry for the name", [](Entries& e) { e.erase(e.begin() + nameG); }},
+        {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
+        {"no record needs this entry", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
+        {"what is about the store is there twice", [](Entries& e) { e.push_back(e[info]); }},
+        {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
+        {"is not found by its path",
+         [](Entries& e) {
+             e[fileG].first = e[fileF].first;
+             e[fileG] = e[fileF];
+         }},
+        {"a record after the last one",
+         [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
+        {"there are 3 records where 4 were", [&](Entries& e) { e[info] = withValue(e[info], infoOf(4)); }},
+        {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {})); }},
+        {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"", {u"g"})); }},
+        {"no build writes such a record",
+         [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {u"\xD800"})); }},
+        {"the checksum of an entry is wrong", [](Entries& e) { e[nameSum].second.back() ^= 1; }},
+        {"an entry is too short", [](Entries& e) { e[nameSum].second = ""; }},
+    };
+    for (const auto& [expected, change] : cases) {
+        const auto findings = findingsAfter(change);
+        ASSERT_FALSE(findings.empty()) << expected;
+        EXPECT_NE(findings.front().find(expected), std::string::npos) << expected << ", found " << findings.front();
+    }
+}
+
+// The tables follow each other as they should, and yet one has the places of another.
+TEST(SupportStoreCheck, FindsPlacesThatAreInAnotherTable) {
+    const TemporaryFolder folder;
+    auto content = test::contentOf(buildStore(folder, test::recordsOfEveryForm));
+    std::size_t slot = 0;
+    while (numberFrom(std::string_view(content).substr(slot + databaseSlotSize + 4)) == 0) {
+        slot += databaseSlotSize;
+    }
+    const auto places = numberFrom(std::string_view(content).substr(slot + 4));
+    const auto next = std::string_view(content).substr(slot + databaseSlotSize);
+    const auto both = places + numberFrom(next.substr(4));
+    const auto end = numberFrom(next) + (both - places) * databasePlaceSize;
+    content.replace(slot + 4, 12, encodeNumber(both) + encodeNumber(end) + encodeNumber(0));
+    const auto file = folder.write("moved.cdb", content);
+    EXPECT_EQ(test::openingError(file), "no error");
+    EXPECT_EQ(checkSupportStore(file).damages, 1);
+}
+
+} // namespace
+
+} // namespace tessgen::standalone

@@ -1,0 +1,68 @@
+#include "tests/support/FailingAllocator.hpp"
+
+#include <atomic>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace tessgen::test {
+
+namespace {
+
+constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+
+std::atomic<std::size_t> made = 0;
+std::atomic<std::ptrdiff_t> alive = 0;
+std::atomic<std::size_t> firstFailing = none;
+std::atomic<std::size_t> lastFailing = 0;
+std::atomic<bool> hasFailed = false;
+
+} // namespace
+
+void Allocations::arm(std::size_t number, Failure failure) {
+    hasFailed = false;
+    lastFailing = failure == Failure::once ? test::made + number : none - 1;
+    firstFailing = test::made + number;
+}
+
+bool Allocations::disarm() {
+    firstFailing = none;
+    return hasFailed;
+}
+
+std::size_t Allocations::made() {
+    return test::made;
+}
+
+std::ptrdiff_t Allocations::alive() {
+    return test::alive;
+}
+
+} // namespace tessgen::test
+
+// The other forms of new and delete call these two.
+void* operator new(std::size_t size) {
+    using namespace tessgen::test;
+    const auto number = made++;
+    if (number >= firstFailing && number <= lastFailing) {
+        hasFailed = true;
+        throw std::bad_alloc();
+    }
+    void* const memory = std::malloc(size == 0 ? 1 : size); // NOLINT: this is what others are made of
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    ++alive;
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    if (memory != nullptr) {
+        --tessgen::test::alive;
+        std::free(memory); // NOLINT: as above
+    }
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    operator delete(memory);
+}

@@ -1,0 +1,66 @@
+#include "tests/support/Faults.hpp"
+#include "tests/sweeps/AllocationSweep.hpp"
+#include "tests/sweeps/Scenarios.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
+namespace tessgen::test {
+namespace {
+
+TEST(FaultSweep, OfEveryAllocation) {
+    std::size_t points = 0;
+    forEachOperation([&](const char* name, const auto& make) { points += sweepAllocations(name, make, resetHost); });
+    std::cout << "sweep: " << points << " failing allocations of the library\n";
+    EXPECT_GT(points, 1000U);
+}
+
+struct ForeignFailure {
+    int code;
+};
+
+// For every question to a collaborator or to a service of the host: what it throws arrives as the very same object,
+// nothing is asked after it, references balance, and the next call asks again and is right.
+template <typename Make>
+std::size_t sweepQuestions(const char* name, Make make, const std::exception_ptr& failure) {
+    Faults::arm(Faults::none, nullptr);
+    const auto expected = make()();
+    // Making may ask as well: what is made warm.
+    const auto counted = make();
+    Faults::arm(Faults::none, nullptr);
+    counted();
+    const std::size_t questions = Faults::asked;
+    for (std::size_t k = 0; k < questions; ++k) {
+        const auto call = make();
+        Faults::arm(k, failure);
+        try {
+            call();
+            ADD_FAILURE() << name << ": question " << k << " did not fail";
+        } catch (...) {
+            EXPECT_EQ(std::current_exception(), failure) << name << ", question " << k;
+        }
+        EXPECT_EQ(Faults::asked, k + 1) << name << ", question " << k;
+        EXPECT_EQ(FakeArrays::instance().alive, 0) << name << ", question " << k;
+        Faults::disarm();
+        EXPECT_TRUE(call() == expected) << name << ", again after question " << k;
+    }
+    return questions;
+}
+
+TEST(FaultSweep, OfEveryQuestion) {
+    const std::exception_ptr failures[] = {std::make_exception_ptr(std::runtime_error("the collaborator's own")),
+                                           std::make_exception_ptr(7), std::make_exception_ptr(ForeignFailure{7})};
+    std::size_t points = 0;
+    for (const auto& failure : failures) {
+        forEachOperation([&](const char* name, const auto& make) { points += sweepQuestions(name, make, failure); });
+    }
+    std::cout << "sweep: " << points << " failing questions\n";
+    EXPECT_GT(points, 500U);
+}
+
+} // namespace
+} // namespace tessgen::test

@@ -1,0 +1,161 @@
+// Every public operation of the library, each as something that can be made anew, called, and called again.
+#pragma once
+
+#include "standalone/DataArrays.hpp"
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
+#include "tessgen/kelwhich/Explanation.hpp"
+#include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
+#include "tessgen/kelwhich/RealFileSystem.hpp"
+#include "tessgen/kelwhich/invoke.hpp"
+#include "tessgen/kelwhich/kelwhich.hpp"
+#include "tests/support/FakeArrays.hpp"
+#include "tests/support/RecordingHost.hpp"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::test {
+
+// A name with redirects, records of every kind, files in support packages and all kinds of host answers.
+inline World wideWorld() {
+    World world;
+    world.spkgroot = u"/s";
+    world.files = {u"/s/tb/f.vk"};
+    world.kelFiles = {u"/k/f.vk"};
+    world.add({u"f"}, redirect(u"/h/tb/f.vk", u"g"));
+    world.add({u"f"}, redirect(u"/w/other.vk", u"g"));
+    world.add({u"f", u"g"}, supported(u"/k/f.vk"));
+    world.add({u"g"}, builtin(u"g"));
+    world.hostAnswers[u"f"] = {{u"/w/f.vk", Type::ORVAKPath},    {u"/w/private/f.vk", Type::ORVAKPath},
+                               {u"/w/@C/f.vk", Type::ORVAKPath}, {u"/a/long/path/to/a/file/f.vk", Type::ORVAKPath},
+                               {u"f", Type::ORVAKBuiltin},       {u"f", Type::ORVAKBuiltinMethod}};
+    return world;
+}
+
+inline void resetHost() {
+    auto& host = RecordingHost::reset();
+    host.sourceCodeDirs = {{u"tb"}, {u"a long name of a folder", u"below"}};
+    host.kelPath = {u"/k", u"/a/long/path/to/a/folder"};
+    host.metadata = wideWorld();
+    host.answer = [](const RecordingHost::Evaluation& evaluation) -> std::vector<foundation::orvakdata::Array> {
+        if (evaluation.arguments.empty()) {
+            return {standalone::makeCharArray(u"/s")};
+        }
+        return {standalone::makeStringColumn({u"/w/f.vk", u"a built-in", u"f is a method"}),
+                standalone::makeStringColumn({u"", u"", u"table method"})};
+    };
+    FakeArrays::reset();
+}
+
+// The candidates that an explanation answers, and something of each reason.
+inline Texts shown(const kelwhich::Explanation& explanation) {
+    Texts texts;
+    for (const auto& resolution : explanation.resolutions) {
+        for (const auto& candidate : resolution.candidates) {
+            texts.push_back(candidate.result.path + candidate.definedName + candidate.hostFolder);
+        }
+    }
+    return texts;
+}
+
+// What the gateway writes, given back at once.
+inline Texts invoked() {
+    qxArray input{.kind = "text", .text = u"f", .texts = {}, .members = {}};
+    qxArray* inputs[] = {&input};
+    std::array<qxArray*, 2> outputs{};
+    const auto release = [](std::array<qxArray*, 2>* written) {
+        for (auto* array : *written) {
+            if (array != nullptr) {
+                matrix::ArrayDeleter()(array);
+            }
+        }
+    };
+    const std::unique_ptr<std::array<qxArray*, 2>, decltype(release)> guard(&outputs, release);
+    kelwhich::invoke(2, outputs.data(), 1, inputs);
+    auto texts = outputs[0]->texts;
+    for (const auto& member : outputs[1]->members) {
+        texts.emplace_back(member.begin(), member.end());
+    }
+    return texts;
+}
+
+// Calls `visit(name, make)` for each operation. What `make()` returns holds all that the operation needs, and is
+// called for an answer that can be compared.
+template <typename Visit>
+void forEachOperation(Visit visit) {
+    const auto overWorld = [&visit](const char* name, auto operation) {
+        visit(name, [operation] {
+            resetHost();
+            auto world = std::make_shared<World>(wideWorld());
+            const std::shared_ptr<const kelwhich::KELWhichResolver> resolver(
+                new kelwhich::KELWhichResolver(makeResolver(*world)));
+            return [world, resolver, operation] { return operation(*resolver); };
+        });
+    };
+    using Resolver = kelwhich::KELWhichResolver;
+    const WhichResult file{u"/w/f.vk", Type::ORVAKPath};
+    overWorld("resolve", [](const Resolver& resolver) { return resolver.resolve(u"f"); });
+    overWorld("resolve a path", [](const Resolver& resolver) { return resolver.resolve(u"tb/f.vk"); });
+    overWorld("explain", [](const Resolver& resolver) { return shown(resolver.explain(u"f")); });
+    overWorld("isUserResult", [file](const Resolver& resolver) { return resolver.isUserResult(file); });
+    overWorld("isSupportedForCodegen",
+              [file](const Resolver& resolver) { return resolver.isSupportedForCodegen(file, u"f"); });
+    overWorld("findByPath", [](const Resolver& resolver) { return resolver.findByPath(u"/s/tb/f.vk")->path; });
+    overWorld("findSupportEntry", [](const Resolver& resolver) {
+        return resolver.entryToWhichResult(resolver.findSupportEntry(u"f").front());
+    });
+
+    const auto withCaches = [&visit](const char* name, bool warm, auto operation) {
+        visit(name, [warm, operation] {
+            resetHost();
+            auto world = std::make_shared<World>(wideWorld());
+            auto files = std::make_shared<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(*world));
+            auto which =
+                std::make_shared<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(*world));
+            auto call = [world, files, which, operation] { return operation(*files, *which); };
+            if (warm) {
+                call();
+            }
+            return call;
+        });
+    };
+    // With what is asked of the inner object at each call: a failure must not have filled the cache.
+    const auto counted = [](auto answer) {
+        const std::size_t before = Faults::asked;
+        auto got = answer();
+        return std::pair(std::move(got), Faults::asked - before);
+    };
+    for (const bool warm : {false, true}) {
+        withCaches(warm ? "cached which, warm" : "cached which", warm, [=](const auto& /*files*/, const auto& which) {
+            return counted([&] { return which.which(u"f"); });
+        });
+        withCaches(warm ? "cached exists, warm" : "cached exists", warm, [=](const auto& files, const auto& /*which*/) {
+            return counted([&] { return files.exists(u"/a/long/path/to/a/file/f.vk"); });
+        });
+        withCaches(warm ? "cached roots, warm" : "cached roots", warm, [](const auto& files, const auto& /*which*/) {
+            return std::tuple(files.orvakroot(), files.spkgroot(), files.isOnKELPath(u"/k/f.vk"));
+        });
+    }
+
+    const auto overHost = [&visit](const char* name, auto operation) {
+        visit(name, [operation] {
+            resetHost();
+            return operation;
+        });
+    };
+    overHost("kelwhich", [] { return kelwhich::kelwhich(u"f"); });
+    overHost("invoke", [] { return invoked(); });
+    overHost("host look-up", [] { return kelwhich::ORVAKWhichResolver().which(u"f"); });
+    overHost("real files", [] {
+        const kelwhich::RealFileSystem files;
+        return std::tuple(files.isOnKELPath(u"/a/long/path/to/a/folder/+p/f.vk"), files.spkgroot(), files.orvakroot(),
+                          files.exists(u"/nowhere/a/long/path/to/a/file"));
+    });
+    overHost("class folder", [] { return std::u16string(kelwhich::getClassFolderInfo(u"/w/@C/f.vk")->className); });
+}
+
+} // namespace tessgen::test
