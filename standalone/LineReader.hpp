@@ -32,7 +32,7 @@ public:
     // Whether this is what `path` leads to.
     bool isFile(const std::string& path) const;
 
-    std::uint64_t bytes() const { return bytes_; } // read so far
+    std::uint64_t bytes() const { return bytes_; }   // read so far
     std::uint64_t number() const { return number_; } // of the current line, counted from 1
     // How an error names the current line: "FILE:NUMBER:".
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
