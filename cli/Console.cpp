@@ -66,6 +66,10 @@ void complain(std::string_view message) {
     writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
 }
 
+bool outputIsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
 void showStatus(std::string_view text) {
     writeAll(STDERR_FILENO, fmt::format("\r\x1B[K{}", escaped(text)));
 }

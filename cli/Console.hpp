@@ -21,6 +21,8 @@ void complain(std::string_view message);
 void showStatus(std::string_view text);
 bool statusCanBeShown();
 
+bool outputIsTerminal();
+
 // True for a terminal that may show colours and whose user did not ask for none.
 bool outputIsColoured();
 

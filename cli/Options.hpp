@@ -18,6 +18,7 @@ enum class Action : unsigned {
     storeExport,
     config,
     init,
+    batch,
     help,
     version
 };

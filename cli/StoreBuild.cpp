@@ -17,7 +17,7 @@ namespace {
 
 standalone::StoreBuildProgress buildShowingProgress(const std::string& records, const std::string& output,
                                                     const std::string& root) {
-    Progress progress;
+    Progress progress("records");
     return standalone::buildSupportStore(records, output, root,
                                          [&progress](const auto& done) { progress.show(done.records, done.bytes); });
 }

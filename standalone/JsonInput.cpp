@@ -1,10 +1,10 @@
 #include "standalone/JsonInput.hpp"
 
 #include "standalone/JsonPlaces.hpp"
+#include "standalone/Text.hpp"
 
 #include <algorithm>
 #include <cstdint>
-#include <numeric>
 #include <set>
 #include <utility>
 #include <vector>
@@ -32,21 +32,6 @@ std::string detailOf(const json::parse_error& error) {
 JsonSyntaxError syntaxError(std::string_view text, std::size_t byte, const std::string& what) {
     const auto [line, column] = lineAndColumn(text, byte);
     return {what, line, column};
-}
-
-// How many letters must be changed, added or taken out to get from one text to the other.
-std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
 }
 
 // As it is; only the beginning of a text that is long or holds a NUL, at which an error's message would end.

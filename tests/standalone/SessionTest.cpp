@@ -69,6 +69,20 @@ TEST(Session, AnswersTheHostsServicesFromItsManifest) {
     EXPECT_EQ(textsOf(outputs[1]), (Texts{u"", u"", u"table method"}));
 }
 
+TEST(Session, KeepsItsViewWhenThatIsFixed) {
+    const TemporaryFolder folder;
+    folder.write("installation.json", R"({"searchPath": ["lib"]})");
+    folder.makeFolder("lib/sub");
+    for (const auto view : {standalone::View::live, standalone::View::fixed}) {
+        const Session session(folder.path(), view);
+        EXPECT_EQ(textsOf(start(callWhich, {u"f"}).get().at(0)), Texts());
+        const auto file = std::filesystem::path(folder.write("lib/f.vk", ""));
+        EXPECT_EQ(textsOf(start(callWhich, {u"f"}).get().at(0)),
+                  view == standalone::View::live ? Texts{file.u16string()} : Texts());
+        std::filesystem::remove(file);
+    }
+}
+
 TEST(Session, IsTheOnlyOneAndNeedsItsFolders) {
     const TemporaryFolder folder;
     folder.write("installation.json", "{}");
