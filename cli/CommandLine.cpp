@@ -1,11 +1,14 @@
 #include "cli/CommandLine.hpp"
 
+#include "cli/Console.hpp"
+
 #include <fmt/format.h>
 
 #include <getopt.h>
 
 #include <algorithm>
 #include <cstddef>
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -73,16 +76,18 @@ public:
         opterr = 0;
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
         for (int answer = 0; (answer = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
-            if (answer == otherWord) {
-                takeWord(optarg);
-            } else if (const auto* const row = findOption(answer)) {
-                takeOption(*row);
-            } else {
-                refuseOption(answer == ':', words_[optind - 1]);
+            try {
+                take(answer);
+            } catch (const std::runtime_error&) {
+                error_ = error_ ? error_ : std::current_exception();
             }
-            if (request_.action == Action::help || request_.action == Action::version) {
+            if (!error_ && (request_.action == Action::help || request_.action == Action::version)) {
                 return request_;
             }
+        }
+        // Not earlier: an option of the words that follow may say how the error is to be told.
+        if (error_) {
+            std::rethrow_exception(error_);
         }
         takeAllOperands();
         check();
@@ -90,11 +95,24 @@ public:
     }
 
 private:
+    void take(int answer) {
+        if (answer == otherWord) {
+            takeWord(optarg);
+        } else if (const auto* const row = findOption(answer)) {
+            takeOption(*row);
+        } else {
+            refuseOption(answer == ':', words_[optind - 1]);
+        }
+    }
+
     void takeOption(const OptionRow& row) {
         if (optarg != nullptr && *optarg == '\0') {
             refuse(fmt::format("the {} of option --{} is empty", row.argument, row.name));
         }
         row.apply(request_, optarg);
+        if (request_.json) {
+            complainInJSON(); // also of words that make no request
+        }
         met_.push_back(&row);
     }
 
@@ -157,6 +175,7 @@ private:
         }
     }
 
+    std::exception_ptr error_;
     int count_;
     char** words_;
     Request request_;

@@ -3,19 +3,25 @@
 #include "cli/Escape.hpp"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <utf8.h>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
+#include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::cli {
 
@@ -34,6 +40,34 @@ int writeAll(int descriptor, std::string_view text) {
         text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }
     return 0;
+}
+
+// A complaint in JSON is held until it is known whether it is the last one; what is still to come is `}}`.
+struct {
+    bool inJSON = false;
+    bool holds = false;
+    std::string held; // empty when its text was written already
+} complaints;         // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): of the process, as the stream is
+
+void writeHeld(std::string_view lastMember) noexcept {
+    if (std::exchange(complaints.holds, false)) {
+        writeAll(STDERR_FILENO, complaints.held);
+        writeAll(STDERR_FILENO, lastMember);
+        writeAll(STDERR_FILENO, "}}\n");
+        complaints.held.clear();
+    }
+}
+
+std::string jsonText(std::string_view text) {
+    const bool isUTF8 = utf8::is_valid(text.begin(), text.end());
+    return escapedJSON(nlohmann::json(isUTF8 ? std::string(text) : escaped(text)).dump());
+}
+
+void hold(std::string_view members, std::string_view message) {
+    auto text = fmt::format(R"({{"schema":"kelwhich/1","error":{{{}"message":{})", members, jsonText(message));
+    writeHeld("");
+    complaints.held = std::move(text);
+    complaints.holds = true;
 }
 
 } // namespace
@@ -56,7 +90,51 @@ void writeOut(std::string_view text) {
 }
 
 void complain(std::string_view message) {
-    writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
+    if (complaints.inJSON) {
+        hold("", message);
+    } else {
+        writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
+    }
+}
+
+void complainOf(std::string_view query, std::string_view message) {
+    if (complaints.inJSON) {
+        hold(fmt::format(R"("query":{},)", jsonText(query)), message);
+    } else {
+        complain(fmt::format("'{}': {}", query, message));
+    }
+}
+
+void complainInJSON() {
+    complaints.inJSON = true;
+}
+
+void complainOfFailure() noexcept {
+    try {
+        try {
+            throw;
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& error) {
+            complain(error.what());
+        } catch (...) {
+            complain("stopped by something unknown");
+        }
+    } catch (...) { // memory is out: nothing is made from here on
+        if (complaints.inJSON) {
+            writeHeld("");
+            writeAll(STDERR_FILENO, R"({"schema":"kelwhich/1","error":{"message":"out of memory")");
+            complaints.holds = true;
+        } else {
+            writeAll(STDERR_FILENO, "kelwhich: out of memory\n");
+        }
+    }
+}
+
+void endComplaints(int exitCode) noexcept {
+    std::array<char, 32> end{};
+    const auto size = fmt::format_to_n(end.data(), end.size(), R"(,"exit":{})", exitCode).size;
+    writeHeld({end.data(), size});
 }
 
 bool outputIsColoured() {

@@ -17,6 +17,19 @@ void writeOut(std::string_view text);
 // One line on standard error, escaped. Nobody is left to be told when that fails.
 void complain(std::string_view message);
 
+// The same about one of several names.
+void complainOf(std::string_view query, std::string_view message);
+
+// From now on complaints are JSON, one object a line: {"schema":"kelwhich/1","error":{"query":...,"message":...}}, and
+// the last one has the program's exit code, {...,"message":...,"exit":2}}. Text that is not UTF-8 is escaped in it.
+void complainInJSON();
+
+// Complains of the exception that is being handled, whatever it is.
+void complainOfFailure() noexcept;
+
+// Call last, since until then a complaint in JSON waits for the exit code.
+void endComplaints(int exitCode) noexcept;
+
 // True for a terminal that may show colours and whose user did not ask for none.
 bool outputIsColoured();
 

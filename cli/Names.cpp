@@ -39,7 +39,7 @@ void Tally::addAnswer(const std::string& name, bool hasCandidates) {
 
 void Tally::addFailure(const std::string& name, const std::exception& error) {
     ++failed_;
-    complain(fmt::format("'{}': {}", name, error.what()));
+    complainOf(name, error.what());
 }
 
 int Tally::exitCode() const {

@@ -55,7 +55,7 @@ constexpr auto commands = std::to_array<CommandRow>({
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, asksNames, "one JSON document instead of text",
+    {"json", 'j', nullptr, asksNames, "one JSON document instead of text, and errors in JSON",
      [](Request& request, const char*) { request.json = true; }},
     {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
