@@ -136,6 +136,7 @@ private:
                 optind += row.secondWord.empty() ? 0 : 1;
                 command_ = &row;
                 request_.action = row.action;
+                request_.command = &row;
                 return true;
             }
             possible.push_back(row.words());
@@ -154,7 +155,7 @@ private:
 
     void check() const {
         for (const auto* const row : met_) {
-            if ((row->commands & bit(command_->action)) == 0) {
+            if (!row->belongsTo(*command_)) {
                 refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
             }
         }

@@ -12,7 +12,8 @@ namespace tessgen::cli {
 // What the program was asked to do.
 struct Request {
     Action action = Action::which;
-    std::vector<std::string> operands; // names, or the one thing that the command is about
+    const CommandRow* command = nullptr; // the one that was said
+    std::vector<std::string> operands;   // names, or the one thing that the command is about
     std::optional<std::string> installation;
     std::optional<std::string> output;
     std::optional<std::string> whyNot;

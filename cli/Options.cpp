@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <string>
 
 namespace tessgen::cli {
@@ -15,34 +14,6 @@ namespace {
 
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
-
-std::string spelled(const CommandRow& row) {
-    return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
-}
-
-std::string spelled(const OptionRow& row) {
-    const auto letter = row.letter == 0 ? std::string(4, ' ') : fmt::format("-{}, ", row.letter);
-    return fmt::format("{}--{}{}{}", letter, row.name, row.argument == nullptr ? "" : " ",
-                       row.argument == nullptr ? "" : row.argument);
-}
-
-// One line for each row: how it is written, what it does.
-template <typename Table>
-void append(std::string& text, const Table& table) {
-    const auto widest = std::max_element(
-        table.begin(), table.end(), [](const auto& a, const auto& b) { return spelled(a).size() < spelled(b).size(); });
-    for (const auto& row : table) {
-        fmt::format_to(std::back_inserter(text), "  {:{}}  {}\n", spelled(row), spelled(*widest).size(), row.help);
-    }
-}
-
-} // namespace
-
-std::string CommandRow::words() const {
-    return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
-}
-
-namespace {
 
 constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
@@ -66,7 +37,7 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char* argument) { request.record = argument; }},
     {"replay", 0, "FILE", asksNames, "answer from such a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
-    {"help", 'h', nullptr, everyCommand, "this text",
+    {"help", 'h', nullptr, everyCommand, "this text, or that of a command",
      [](Request& request, const char*) { request.action = Action::help; }},
     {"version", 'V', nullptr, everyCommand, "the version",
      [](Request& request, const char*) { request.action = Action::version; }},
@@ -74,30 +45,19 @@ constexpr auto options = std::to_array<OptionRow>({
 
 } // namespace
 
+std::string CommandRow::words() const {
+    return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
+}
+
+bool OptionRow::belongsTo(const CommandRow& command) const {
+    return (commands & bit(command.action)) != 0;
+}
+
+bool OptionRow::belongsToAll() const {
+    return std::all_of(commandTable.begin(), commandTable.end(), [&](const auto& row) { return belongsTo(row); });
+}
+
 const std::span<const CommandRow> commandTable = commands;
 const std::span<const OptionRow> optionTable = options;
-
-std::string helpText() {
-    std::string text =
-        "Usage: kelwhich [OPTION...] NAME...\n"
-        "       kelwhich [OPTION...] COMMAND ...\n"
-        "\n"
-        "Which definitions a name may stand for when its program is translated, the preferred one first.\n"
-        "\n"
-        "Commands:\n";
-    append(text, commandTable);
-    text += "\nOptions:\n";
-    append(text, optionTable);
-    text += "\n"
-            "Only the first word can be a command, and after the first name every word is a name. After -- no word is\n"
-            "a command or an option: kelwhich -- store asks for the name store.\n"
-            "\n"
-            "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest\n"
-            "installation.json in the working folder or above.\n"
-            "\n"
-            "Exit codes: 0 every name has a candidate, 1 some name has none, 2 nothing could be answered,\n"
-            "3 some names were answered and others not.\n";
-    return text;
-}
 
 } // namespace tessgen::cli

@@ -1,6 +1,7 @@
 #include "cli/CommandLine.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Help.hpp"
 
 #include <cstdlib>
 #include <exception>
@@ -18,7 +19,7 @@ int run(const Request& request) {
     case Action::storeBuild:
         return storeBuild(request);
     case Action::help:
-        writeOut(helpText());
+        writeOut(request.command == nullptr ? helpText() : helpText(*request.command));
         return exitYes;
     case Action::version:
         writeOut("kelwhich " KELWHICH_VERSION "\n");

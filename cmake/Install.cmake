@@ -16,6 +16,13 @@ if(NOT KELWHICH_PLATFORM)
   install(DIRECTORY examples/installation DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT program
           PATTERN "*.cdb" EXCLUDE)
   install(TARGETS kelwhich_program RUNTIME COMPONENT program)
+  set(pages "${PROJECT_BINARY_DIR}/cli/generated")
+  install(FILES "${pages}/kelwhich.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
+  install(FILES "${pages}/kelwhich" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+          COMPONENT program)
+  install(FILES "${pages}/_kelwhich" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT program)
+  install(FILES "${pages}/kelwhich.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d"
+          COMPONENT program)
 endif()
 install(TARGETS ${libraries} EXPORT kelwhichTargets
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)

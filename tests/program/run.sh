@@ -10,7 +10,7 @@
 #         a line of its standard output
 #       ! a line of its standard error
 #       = its exit code, when that is not 0
-# "$recordings" is the folder of recordings. The copy's parent folder is written as <tmp>, an escape character as <esc>.
+# "$recordings" is the folder of recordings, "$pages" that of the man page and the completions. The copy's parent folder is written as <tmp>, an escape character as <esc>.
 set -euo pipefail
 
 program=$(realpath "$1")
