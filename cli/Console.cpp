@@ -64,7 +64,7 @@ std::string jsonText(std::string_view text) {
 }
 
 void hold(std::string_view members, std::string_view message) {
-    auto text = fmt::format(R"({{"schema":"kelwhich/1","error":{{{}"message":{})", members, jsonText(message));
+    auto text = fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
     writeHeld("");
     complaints.held = std::move(text);
     complaints.holds = true;

@@ -20,8 +20,9 @@ void complain(std::string_view message);
 // The same about one of several names.
 void complainOf(std::string_view query, std::string_view message);
 
-// From now on complaints are JSON, one object a line: {"schema":"kelwhich/1","error":{"query":...,"message":...}}, and
-// the last one has the program's exit code, {...,"message":...,"exit":2}}. Text that is not UTF-8 is escaped in it.
+// From now on complaints are JSON, one object a line: {"schema":"kelwhich/1","query":...,"error":{"message":...}},
+// and the last one has the program's exit code, {...,"error":{"message":...,"exit":2}}. Text that is not UTF-8 is
+// escaped in it.
 void complainInJSON();
 
 // Complains of the exception that is being handled, whatever it is.
