@@ -10,7 +10,6 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -49,10 +48,11 @@ struct {
     std::string held; // empty when its text was written already
 } complaints;         // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): of the process, as the stream is
 
-void writeHeld(std::string_view lastMember) noexcept {
+void writeHeld(std::string_view key, std::string_view value) noexcept {
     if (std::exchange(complaints.holds, false)) {
         writeAll(STDERR_FILENO, complaints.held);
-        writeAll(STDERR_FILENO, lastMember);
+        writeAll(STDERR_FILENO, key);
+        writeAll(STDERR_FILENO, value);
         writeAll(STDERR_FILENO, "}}\n");
         complaints.held.clear();
     }
@@ -65,7 +65,7 @@ std::string jsonText(std::string_view text) {
 
 void hold(std::string_view members, std::string_view message) {
     auto text = fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
-    writeHeld("");
+    writeHeld("", "");
     complaints.held = std::move(text);
     complaints.holds = true;
 }
@@ -122,7 +122,7 @@ void complainOfFailure() noexcept {
         }
     } catch (...) { // memory is out: nothing is made from here on
         if (complaints.inJSON) {
-            writeHeld("");
+            writeHeld("", "");
             writeAll(STDERR_FILENO, R"({"schema":"kelwhich/1","error":{"message":"out of memory")");
             complaints.holds = true;
         } else {
@@ -132,9 +132,8 @@ void complainOfFailure() noexcept {
 }
 
 void endComplaints(int exitCode) noexcept {
-    std::array<char, 32> end{};
-    const auto size = fmt::format_to_n(end.data(), end.size(), R"(,"exit":{})", exitCode).size;
-    writeHeld({end.data(), size});
+    const char digit = static_cast<char>('0' + exitCode);
+    writeHeld(R"(,"exit":)", {&digit, 1});
 }
 
 bool outputIsColoured() {

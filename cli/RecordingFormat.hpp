@@ -12,11 +12,11 @@
 #include "tessgen/kelwhich/MetadataResolver.hpp"
 #include "tessgen/kelwhich/WhichResult.hpp"
 
-#include <compare>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -29,7 +29,9 @@ struct Question {
     Ask ask;
     std::u16string of; // empty when the question is about nothing: the two roots
 
-    friend auto operator<=>(const Question&, const Question&) = default;
+    friend bool operator<(const Question& a, const Question& b) {
+        return std::tie(a.ask, a.of) < std::tie(b.ask, b.of);
+    }
 };
 
 struct RecordedError {
