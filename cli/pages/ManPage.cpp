@@ -29,7 +29,7 @@ std::string upperCase(std::string_view text) {
 
 // The letter and the name in bold, the argument in italics.
 std::string optionPage(const OptionRow& row) {
-    const auto letter = row.letter == 0 ? "" : fmt::format("\\fB\\-{}\\fR, ", row.letter);
+    const auto letter = row.letter == 0 ? "" : fmt::format(R"(\fB\-{}\fR, )", row.letter);
     const auto argument = row.argument == nullptr ? "" : fmt::format(" \\fI{}\\fR", roff(row.argument));
     return fmt::format(".TP\n{}\\fB\\-\\-{}\\fR{}\n{}\n", letter, roff(row.name), argument, roff(sentence(row.help)));
 }
