@@ -1,6 +1,6 @@
 #include "cli/CommandLine.hpp"
 
-#include "standalone/Text.hpp"
+#include "cli/Console.hpp"
 
 #include <fmt/format.h>
 
@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -75,16 +76,18 @@ public:
         opterr = 0;
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
         for (int answer = 0; (answer = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
-            if (answer == otherWord) {
-                takeWord(optarg);
-            } else if (const auto* const row = findOption(answer)) {
-                takeOption(*row);
-            } else {
-                refuseOption(answer == ':', words_[optind - 1]);
+            try {
+                take(answer);
+            } catch (const std::runtime_error&) {
+                error_ = error_ ? error_ : std::current_exception();
             }
-            if (request_.action == Action::help || request_.action == Action::version) {
+            if (!error_ && (request_.action == Action::help || request_.action == Action::version)) {
                 return request_;
             }
+        }
+        // Not earlier: an option of the words that follow may say how the error is to be told.
+        if (error_) {
+            std::rethrow_exception(error_);
         }
         takeAllOperands();
         check();
@@ -92,11 +95,24 @@ public:
     }
 
 private:
+    void take(int answer) {
+        if (answer == otherWord) {
+            takeWord(optarg);
+        } else if (const auto* const row = findOption(answer)) {
+            takeOption(*row);
+        } else {
+            refuseOption(answer == ':', words_[optind - 1]);
+        }
+    }
+
     void takeOption(const OptionRow& row) {
         if (optarg != nullptr && *optarg == '\0') {
             refuse(fmt::format("the {} of option --{} is empty", row.argument, row.name));
         }
         row.apply(request_, optarg);
+        if (request_.json) {
+            complainInJSON(); // also of words that make no request
+        }
         met_.push_back(&row);
     }
 
@@ -120,6 +136,7 @@ private:
                 optind += row.secondWord.empty() ? 0 : 1;
                 command_ = &row;
                 request_.action = row.action;
+                request_.command = &row;
                 return true;
             }
             possible.push_back(row.words());
@@ -138,7 +155,7 @@ private:
 
     void check() const {
         for (const auto* const row : met_) {
-            if ((row->commands & bit(command_->action)) == 0) {
+            if (!row->belongsTo(*command_)) {
                 refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
             }
         }
@@ -179,6 +196,7 @@ private:
         }
     }
 
+    std::exception_ptr error_;
     int count_;
     char** words_;
     Request request_;
@@ -188,20 +206,6 @@ private:
 };
 
 } // namespace
-
-void addRequirements(Requirement& requirement, std::string_view words) {
-    for (const auto& word : standalone::split(words, ',')) {
-        if (word == "user") {
-            requirement.user = true;
-        } else if (word == "supported") {
-            requirement.supported = true;
-        } else if (word == "single") {
-            requirement.single = true;
-        } else {
-            refuse(fmt::format("--require knows user, supported and single, not '{}'", word));
-        }
-    }
-}
 
 Request readCommandLine(int count, char** words) {
     return CommandLineReader(count, words).read();

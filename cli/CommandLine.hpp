@@ -2,25 +2,19 @@
 #pragma once
 
 #include "cli/Options.hpp"
+#include "cli/Requirement.hpp"
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tessgen::cli {
 
-// What --require asks of the answer to every name.
-struct Requirement {
-    bool user = false;      // the preferred candidate is the user's own
-    bool supported = false; // code can be generated for the preferred candidate
-    bool single = false;    // there is one candidate
-};
-
 // What the program was asked to do.
 struct Request {
     Action action = Action::which;
-    std::vector<std::string> operands; // names, or the one thing that the command is about
+    const CommandRow* command = nullptr; // the one that was said
+    std::vector<std::string> operands;   // names, or the one thing that the command is about
     std::optional<std::string> installation;
     std::optional<std::string> output;
     std::optional<std::string> whyNot;
@@ -41,9 +35,5 @@ struct Request {
 // Only the first word that is no option can be a command; after "--" no word is an option or a command.
 // Errors: std::runtime_error with one line, when the words make no request.
 Request readCommandLine(int count, char** words);
-
-// Adds what an argument of --require asks: one of its words, or several with "," between them.
-// Errors: std::runtime_error for any other word.
-void addRequirements(Requirement& requirement, std::string_view words);
 
 } // namespace tessgen::cli

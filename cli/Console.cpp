@@ -3,6 +3,8 @@
 #include "cli/Escape.hpp"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
+#include <utf8.h>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -12,10 +14,13 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
+#include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::cli {
 
@@ -41,6 +46,35 @@ bool isAbleTerminal(int descriptor) {
     return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
 }
 
+// A complaint in JSON is held until it is known whether it is the last one; what is still to come is `}}`.
+struct {
+    bool inJSON = false;
+    bool holds = false;
+    std::string held; // empty when its text was written already
+} complaints;         // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): of the process, as the stream is
+
+void writeHeld(std::string_view key, std::string_view value) noexcept {
+    if (std::exchange(complaints.holds, false)) {
+        writeAll(STDERR_FILENO, complaints.held);
+        writeAll(STDERR_FILENO, key);
+        writeAll(STDERR_FILENO, value);
+        writeAll(STDERR_FILENO, "}}\n");
+        complaints.held.clear();
+    }
+}
+
+std::string jsonText(std::string_view text) {
+    const bool isUTF8 = utf8::is_valid(text.begin(), text.end());
+    return escapedJSON(nlohmann::json(isUTF8 ? std::string(text) : escaped(text)).dump());
+}
+
+void hold(std::string_view members, std::string_view message) {
+    auto text = fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
+    writeHeld("", "");
+    complaints.held = std::move(text);
+    complaints.holds = true;
+}
+
 } // namespace
 
 void prepareStreams() {
@@ -63,7 +97,50 @@ void writeOut(std::string_view text) {
 }
 
 void complain(std::string_view message) {
-    writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
+    if (complaints.inJSON) {
+        hold("", message);
+    } else {
+        writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
+    }
+}
+
+void complainOf(std::string_view query, std::string_view message) {
+    if (complaints.inJSON) {
+        hold(fmt::format(R"("query":{},)", jsonText(query)), message);
+    } else {
+        complain(fmt::format("'{}': {}", query, message));
+    }
+}
+
+void complainInJSON() {
+    complaints.inJSON = true;
+}
+
+void complainOfFailure() noexcept {
+    try {
+        try {
+            throw;
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& error) {
+            complain(error.what());
+        } catch (...) {
+            complain("stopped by something unknown");
+        }
+    } catch (...) { // memory is out: nothing is made from here on
+        if (complaints.inJSON) {
+            writeHeld("", "");
+            writeAll(STDERR_FILENO, R"({"schema":"kelwhich/1","error":{"message":"out of memory")");
+            complaints.holds = true;
+        } else {
+            writeAll(STDERR_FILENO, "kelwhich: out of memory\n");
+        }
+    }
+}
+
+void endComplaints(int exitCode) noexcept {
+    const char digit = static_cast<char>('0' + exitCode);
+    writeHeld(R"(,"exit":)", {&digit, 1});
 }
 
 bool outputIsTerminal() {

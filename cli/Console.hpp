@@ -17,6 +17,20 @@ void writeOut(std::string_view text);
 // One line on standard error, escaped. Nobody is left to be told when that fails.
 void complain(std::string_view message);
 
+// The same about one of several names.
+void complainOf(std::string_view query, std::string_view message);
+
+// From now on complaints are JSON, one object a line: {"schema":"kelwhich/1","query":...,"error":{"message":...}},
+// and the last one has the program's exit code, {...,"error":{"message":...,"exit":2}}. Text that is not UTF-8 is
+// escaped in it.
+void complainInJSON();
+
+// Complains of the exception that is being handled, whatever it is.
+void complainOfFailure() noexcept;
+
+// Call last, since until then a complaint in JSON waits for the exit code.
+void endComplaints(int exitCode) noexcept;
+
 // Shows `text` in place of what was shown in the terminal's last line, on standard error; "" takes it away.
 void showStatus(std::string_view text);
 bool statusCanBeShown();

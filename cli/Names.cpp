@@ -55,7 +55,7 @@ void Tally::addAnswer(std::string_view name, bool hasCandidates, std::string_vie
 
 void Tally::addFailure(const std::string& name, const std::exception& error) {
     ++failed_;
-    complain(fmt::format("'{}': {}", name, error.what()));
+    complainOf(name, error.what());
 }
 
 int Tally::exitCode(bool isQuiet) const {

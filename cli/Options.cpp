@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <string>
 
 namespace tessgen::cli {
@@ -15,34 +14,6 @@ namespace {
 
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
-
-std::string spelled(const CommandRow& row) {
-    return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
-}
-
-std::string spelled(const OptionRow& row) {
-    const auto letter = row.letter == 0 ? std::string(4, ' ') : fmt::format("-{}, ", row.letter);
-    return fmt::format("{}--{}{}{}", letter, row.name, row.argument == nullptr ? "" : " ",
-                       row.argument == nullptr ? "" : row.argument);
-}
-
-// One line for each row: how it is written, what it does.
-template <typename Table>
-void append(std::string& text, const Table& table) {
-    const auto widest = std::max_element(
-        table.begin(), table.end(), [](const auto& a, const auto& b) { return spelled(a).size() < spelled(b).size(); });
-    for (const auto& row : table) {
-        fmt::format_to(std::back_inserter(text), "  {:{}}  {}\n", spelled(row), spelled(*widest).size(), row.help);
-    }
-}
-
-} // namespace
-
-std::string CommandRow::words() const {
-    return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
-}
-
-namespace {
 
 constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
@@ -59,7 +30,8 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::storeExport, "store", "export", "[STORE]", Operands::optional,
      "the records of a support store, a JSON record on each line"},
     {Action::config, "config", "", "", Operands::none, "every setting as it takes effect, and where it comes from"},
-    {Action::init, "init", "", "FOLDER", Operands::one, "a manifest for the source files that a folder holds"},
+    {Action::init, "init", "", "FOLDER", Operands::one, "a manifest for the source files that a folder holds",
+     Completes::folders},
 });
 
 constexpr auto options = std::to_array<OptionRow>({
@@ -67,7 +39,7 @@ constexpr auto options = std::to_array<OptionRow>({
      "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr, asksNames | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config),
-     "JSON instead of text; with --from and for batch, a line for each name",
+     "JSON instead of text, errors too; with --from and for batch, a line for each name",
      [](Request& request, const char*) { request.json = true; }},
     {"from", 'f', "FILE", bit(Action::which), "the names are the lines of a file, or of standard input when it is -",
      [](Request& request, const char* argument) { request.from = argument; }},
@@ -79,7 +51,8 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char*) { request.quiet = true; }},
     {"require", 0, "WORD,...", bit(Action::which),
      "exit code 1 unless the first is user, supported, or the only one: single",
-     [](Request& request, const char* argument) { addRequirements(request.require, argument); }},
+     [](Request& request, const char* argument) { addRequirements(request.require, argument); }, Completes::nothing,
+     "user supported single"},
     {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport),
@@ -90,14 +63,15 @@ constexpr auto options = std::to_array<OptionRow>({
     {"replay", 0, "FILE", asksNames, "answer from such a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
     {"kel", 0, "FOLDER", bit(Action::init), "init: a folder of the code generator's own files; may be repeated",
-     [](Request& request, const char* argument) { request.kelFolders.emplace_back(argument); }},
+     [](Request& request, const char* argument) { request.kelFolders.emplace_back(argument); }, Completes::folders},
     {"source-code", 0, "FOLDER", bit(Action::init), "init: a folder of the host's own code; may be repeated",
-     [](Request& request, const char* argument) { request.sourceCodeFolders.emplace_back(argument); }},
+     [](Request& request, const char* argument) { request.sourceCodeFolders.emplace_back(argument); },
+     Completes::folders},
     {"records", 0, nullptr, bit(Action::init), "init: also support.jsonl, with a record for each KEL file",
      [](Request& request, const char*) { request.records = true; }},
     {"force", 0, nullptr, bit(Action::init), "init: replace what is there",
      [](Request& request, const char*) { request.force = true; }},
-    {"help", 'h', nullptr, everyCommand, "this text",
+    {"help", 'h', nullptr, everyCommand, "this text, or that of a command",
      [](Request& request, const char*) { request.action = Action::help; }},
     {"version", 'V', nullptr, everyCommand, "the version",
      [](Request& request, const char*) { request.action = Action::version; }},
@@ -105,30 +79,19 @@ constexpr auto options = std::to_array<OptionRow>({
 
 } // namespace
 
+std::string CommandRow::words() const {
+    return fmt::format("{}{}{}", word, secondWord.empty() ? "" : " ", secondWord);
+}
+
+bool OptionRow::belongsTo(const CommandRow& command) const {
+    return (commands & bit(command.action)) != 0;
+}
+
+bool OptionRow::belongsToAll() const {
+    return std::all_of(commandTable.begin(), commandTable.end(), [&](const auto& row) { return belongsTo(row); });
+}
+
 const std::span<const CommandRow> commandTable = commands;
 const std::span<const OptionRow> optionTable = options;
-
-std::string helpText() {
-    std::string text =
-        "Usage: kelwhich [OPTION...] NAME...\n"
-        "       kelwhich [OPTION...] COMMAND ...\n"
-        "\n"
-        "Which definitions a name may stand for when its program is translated, the preferred one first.\n"
-        "\n"
-        "Commands:\n";
-    append(text, commandTable);
-    text += "\nOptions:\n";
-    append(text, optionTable);
-    text += "\n"
-            "Only the first word can be a command, and after the first name every word is a name. After -- no word is\n"
-            "a command or an option: kelwhich -- store asks for the name store.\n"
-            "\n"
-            "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest\n"
-            "installation.json in the working folder or above.\n"
-            "\n"
-            "Exit codes: 0 every name has a candidate, 1 some name has none or is not as required,\n"
-            "2 nothing could be answered, 3 some names were answered and others not.\n";
-    return text;
-}
 
 } // namespace tessgen::cli

@@ -1,4 +1,5 @@
-// The one table of commands and the one table of options: what is read on the command line, and what help says of it.
+// The one table of commands and the one table of options: what is read on the command line, what help, the man page and
+// the completions of shells say of it.
 #pragma once
 
 #include <span>
@@ -34,6 +35,9 @@ enum class Operands {
     none,
 };
 
+// What a shell offers for an operand or for the argument of an option.
+enum class Completes { files, folders, nothing };
+
 struct CommandRow {
     Action action;
     std::string_view word;
@@ -41,6 +45,7 @@ struct CommandRow {
     std::string_view operands;   // how help writes them
     Operands takes;
     std::string_view help;
+    Completes completes = Completes::files;
 
     std::string words() const;
 };
@@ -52,13 +57,15 @@ struct OptionRow {
     unsigned commands;    // bits of the actions that it belongs to
     std::string_view help;
     void (*apply)(Request& request, const char* argument);
+    Completes completes = Completes::files;
+    std::string_view choices = {}; // the only arguments that there are, with a space between them
+
+    bool belongsTo(const CommandRow& command) const;
+    bool belongsToAll() const;
 };
 
 // The first command is the one that need not be said.
 extern const std::span<const CommandRow> commandTable;
 extern const std::span<const OptionRow> optionTable;
-
-// What --help prints.
-std::string helpText();
 
 } // namespace tessgen::cli

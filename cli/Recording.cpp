@@ -1,7 +1,6 @@
 #include "cli/Recording.hpp"
 
-#include "standalone/Text.hpp"
-#include "tessapp/util/foundation.hpp"
+#include "standalone/SessionState.hpp"
 
 #include <exception>
 #include <optional>
@@ -81,17 +80,6 @@ public:
     }
 };
 
-SourceCodeFolders sourceCodeOfSession() {
-    SourceCodeFolders folders;
-    for (const auto& components : tessapp::util::foundation::getORVAKSourceCodeDirs()) {
-        auto& folder = folders.emplace_back();
-        for (const auto& component : components) {
-            folder.push_back(standalone::toUTF8(component).value()); // it was UTF-8 in the manifest
-        }
-    }
-    return folders;
-}
-
 } // namespace
 
 Recording::Recording(const std::string& file) : file_(file) {}
@@ -112,7 +100,8 @@ void Recording::add(const Question& question, const RecordedAnswer& answer) {
 }
 
 void Recording::write() {
-    file_.append(headLine(sourceCodeOfSession()) + '\n');
+    const auto& installation = standalone::currentSession().installation;
+    file_.append(headLine({installation.sourceCode, installation.searchPath}) + '\n');
     for (const auto* const answers : inOrder_) {
         for (const auto& line : answers->lines) {
             file_.append(line + '\n');

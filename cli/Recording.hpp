@@ -18,7 +18,7 @@ namespace tessgen::cli {
 
 class Recording {
 public:
-    // Holds the source-code folders of the open session.
+    // What `write` writes; of the open session as well.
     // Errors: those of NewFile.
     explicit Recording(const std::string& file);
 

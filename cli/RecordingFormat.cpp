@@ -142,6 +142,16 @@ struct Reading<std::u16string> {
 };
 
 template <>
+struct Reading<std::string> {
+    static std::string read(const json* value, const std::string& key) {
+        if (value == nullptr || !value->is_string()) {
+            failAtKey(key, "a text", value);
+        }
+        return value->get<std::string>();
+    }
+};
+
+template <>
 struct Reading<RecordedError> {
     static RecordedError read(const json* value, const std::string& key) {
         return {value != nullptr && value->is_string() ? value->get<std::string>()
@@ -270,8 +280,9 @@ json parseObject(std::string_view line, std::string_view expected) {
 
 } // namespace
 
-std::string headLine(const SourceCodeFolders& sourceCode) {
-    return escapedJSON(ordered_json{{"schema", schema}, {"sourceCode", sourceCode}}.dump());
+std::string headLine(const RecordingHead& head) {
+    return escapedJSON(
+        ordered_json{{"schema", schema}, {"sourceCode", head.sourceCode}, {"searchPath", head.searchPath}}.dump());
 }
 
 std::string answerLine(const Question& question, const RecordedAnswer& answer) {
@@ -281,25 +292,15 @@ std::string answerLine(const Question& question, const RecordedAnswer& answer) {
     return escapedJSON(line.dump());
 }
 
-SourceCodeFolders readHeadLine(std::string_view line) {
+RecordingHead readHeadLine(std::string_view line) {
     const auto head = parseObject(line, R"(the head of a recording, {"schema":"kelwhich-recording/1",...})");
     const auto* const found = findValue(head, "schema");
     if (found == nullptr || *found != schema) {
         failAtKey("schema", fmt::format("\"{}\"", schema), found);
     }
-    refuseUnknownKeys(head, {"schema", "sourceCode"});
-    SourceCodeFolders sourceCode;
-    for (const auto& folder : readKey<std::vector<std::vector<std::u16string>>>(head, "sourceCode")) {
-        auto& components = sourceCode.emplace_back();
-        for (const auto& component : folder) {
-            const auto text = standalone::toUTF8(component);
-            if (!text) {
-                failAtKey("sourceCode", "texts");
-            }
-            components.push_back(*text);
-        }
-    }
-    return sourceCode;
+    refuseUnknownKeys(head, {"schema", "sourceCode", "searchPath"});
+    return {readKey<std::vector<std::vector<std::string>>>(head, "sourceCode"),
+            readKey<std::vector<std::string>>(head, "searchPath")};
 }
 
 std::pair<Question, RecordedAnswer> readAnswerLine(std::string_view line) {

@@ -70,11 +70,11 @@ public:
 
 Replay::Replay(const std::string& file) : file_(file) {
     standalone::LineReader lines(file);
-    const auto head = lines.next();
-    if (!head) {
+    const auto first = lines.next();
+    if (!first) {
         throw std::runtime_error(file + ": is empty; a recording is expected, as --record writes it");
     }
-    sourceCode_ = standalone::readLine(lines.place(), [&] { return readHeadLine(*head); });
+    head_ = standalone::readLine(lines.place(), [&] { return readHeadLine(*first); });
     while (const auto line = lines.next()) {
         auto [question, answer] = standalone::readLine(lines.place(), [&] { return readAnswerLine(*line); });
         answers_[std::move(question)].list.push_back(std::move(answer));

@@ -20,7 +20,7 @@ public:
     // Errors: std::runtime_error, one line that names the file, the line and the key.
     explicit Replay(const std::string& file);
 
-    const SourceCodeFolders& sourceCode() const { return sourceCode_; }
+    const RecordingHead& head() const { return head_; }
 
     // The answers of a question in their order, then the last one again and again.
     // Errors: std::runtime_error: one that is no question of the recording.
@@ -33,7 +33,7 @@ private:
     };
 
     std::string file_;
-    SourceCodeFolders sourceCode_;
+    RecordingHead head_;
     std::map<Question, Answers> answers_;
     mutable std::mutex lock_;
 };

@@ -16,11 +16,12 @@ namespace tessgen::cli {
 
 namespace {
 
-// All that a resolver asks of a session itself is where source code lies below the root.
+// What is asked of a session itself; all else is answered by the recording.
 standalone::Installation installationOf(const Replay& replay) {
     standalone::Installation installation;
     installation.root = "/"; // a folder on every machine; the root itself is a question that was recorded
-    installation.sourceCode = replay.sourceCode();
+    installation.sourceCode = replay.head().sourceCode;
+    installation.searchPath = replay.head().searchPath;
     return installation;
 }
 

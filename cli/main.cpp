@@ -1,10 +1,10 @@
 #include "cli/CommandLine.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Help.hpp"
 
-#include <cstdio>
+#include <cstdlib>
 #include <exception>
-#include <new>
 
 namespace {
 
@@ -31,7 +31,7 @@ int run(const Request& request) {
     case Action::init:
         return init(request);
     case Action::help:
-        writeOut(helpText());
+        writeOut(request.command == nullptr ? helpText() : helpText(*request.command));
         return exitYes;
     case Action::version:
         writeOut("kelwhich " KELWHICH_VERSION "\n");
@@ -43,13 +43,19 @@ int run(const Request& request) {
 } // namespace
 
 int main(int count, char** words) {
+    // What stops the program where nothing may be thrown; most likely memory is out.
+    std::set_terminate([] {
+        complainOfFailure();
+        endComplaints(exitNothing);
+        std::_Exit(exitNothing);
+    });
+    int exitCode = exitNothing;
     try {
         prepareStreams();
-        return run(readCommandLine(count, words));
-    } catch (const std::bad_alloc&) {
-        static_cast<void>(std::fputs("kelwhich: out of memory\n", stderr));
-    } catch (const std::exception& error) {
-        complain(error.what());
+        exitCode = run(readCommandLine(count, words));
+    } catch (...) {
+        complainOfFailure();
     }
-    return exitNothing;
+    endComplaints(exitCode);
+    return exitCode;
 }

@@ -12,10 +12,18 @@ if(NOT KELWHICH_PLATFORM)
   install(FILES standalone/Session.hpp standalone/HostArrays.hpp DESTINATION "${standalone_include_dir}/standalone"
           COMPONENT development)
   install(DIRECTORY platform/include/ DESTINATION "${standalone_include_dir}" COMPONENT development)
-  install(FILES standalone/installation.schema.json DESTINATION "${CMAKE_INSTALL_DATADIR}/kelwhich" COMPONENT program)
+  install(FILES cli/kelwhich.schema.json standalone/installation.schema.json
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/kelwhich" COMPONENT program)
   install(DIRECTORY examples/installation DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT program
           PATTERN "*.cdb" EXCLUDE)
   install(TARGETS kelwhich_program RUNTIME COMPONENT program)
+  set(pages "${PROJECT_BINARY_DIR}/cli/generated")
+  install(FILES "${pages}/kelwhich.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
+  install(FILES "${pages}/kelwhich" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+          COMPONENT program)
+  install(FILES "${pages}/_kelwhich" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT program)
+  install(FILES "${pages}/kelwhich.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d"
+          COMPONENT program)
 endif()
 install(TARGETS ${libraries} EXPORT kelwhichTargets
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)

@@ -90,7 +90,7 @@ END
 
 echo "== installing $build"
 [ "$build" != build/dev ] || scripts/configure.sh dev
-cmake --build "$build" --target kelwhich kelwhich_standalone kelwhich_program -- --quiet
+cmake --build "$build" --target kelwhich kelwhich_standalone kelwhich_program kelwhich_page_files -- --quiet
 quiet env DESTDIR="$tmp/root" cmake --install "$build"
 prefix=$tmp/root$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
 libdir=$(dirname "$(find "$tmp/root" -name libkelwhich.so)")

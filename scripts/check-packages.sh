@@ -43,6 +43,10 @@ chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninte
   kelwhich -i /tmp/world sum legacy | tee /tmp/answer
   grep -q "^  1  KEL built-in  *sum$" /tmp/answer
 
+  ls -l /usr/share/man/man1/kelwhich.1 /usr/share/zsh/vendor-completions/_kelwhich \
+    /usr/share/fish/vendor_completions.d/kelwhich.fish /usr/share/kelwhich/*.schema.json
+  (source /usr/share/bash-completion/completions/kelwhich && complete -p kelwhich)
+
   echo "== the library, and a consumer of it"
   quiet apt-get install -qy --no-install-recommends ./libkelwhich0_*.deb ./libkelwhich-dev_*.deb g++ pkgconf
   flags="$(pkg-config --cflags --libs kelwhich kelwhich-standalone)"

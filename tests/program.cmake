@@ -8,7 +8,7 @@ foreach(path ${sessions})
   get_filename_component(session "${path}" NAME_WE)
   add_test(NAME program.${session} COMMAND program/run.sh $<TARGET_FILE:kelwhich_program> program/${session}.session
            WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-  set_tests_properties(program.${session} PROPERTIES TIMEOUT 120)
+  set_tests_properties(program.${session} PROPERTIES TIMEOUT 120 ENVIRONMENT "pages=${PROJECT_BINARY_DIR}/cli/generated")
 endforeach()
 add_unit_tests(
   program_tests

@@ -81,6 +81,7 @@ TEST(Recording, ReplaysWhatWasSaidToEachQuestionInItsOrder) {
     standalone::Installation installation;
     installation.root = "/";
     installation.sourceCode = {{"signal", "gr\u00F6\u00DFe"}, {}};
+    installation.searchPath = {"/\u200B"};
     const standalone::Session session(std::move(installation));
     const auto recording = std::make_shared<cli::Recording>(file);
     const auto expected =
@@ -91,7 +92,7 @@ TEST(Recording, ReplaysWhatWasSaidToEachQuestionInItsOrder) {
     recording->write();
 
     const auto replay = std::make_shared<const cli::Replay>(file);
-    EXPECT_EQ(replay->sourceCode(), (cli::SourceCodeFolders{{"signal", "gr\u00F6\u00DFe"}, {}}));
+    EXPECT_EQ(replay->head(), (cli::RecordingHead{{{"signal", "gr\u00F6\u00DFe"}, {}}, {"/\u200B"}}));
     EXPECT_EQ(tell(cli::replayed(replay)), expected);
     // The last answer of a question holds from then on.
     const auto first = saidToEachQuestion(cli::replayed(replay), u"f");

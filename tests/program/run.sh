@@ -10,13 +10,15 @@
 #         a line of its standard output
 #       ! a line of its standard error
 #       = its exit code, when that is not 0
-# "$recordings" is the folder of recordings. The copy's parent folder is written as <tmp>, an escape character as <esc>.
+# "$here" is the folder of sessions, "$recordings" that of recordings, "$pages" that of the man page and the completions.
+# The copy's parent folder is written as <tmp>, an escape character as <esc>.
 set -euo pipefail
 
 program=$(realpath "$1")
 session=$(realpath "$2")
-recordings=$(realpath "${BASH_SOURCE[0]%/*}/recordings")
-example=$(realpath "${BASH_SOURCE[0]%/*}/../../examples/installation")
+here=$(realpath "${BASH_SOURCE[0]%/*}")
+recordings=$here/recordings
+example=$(realpath "$here/../../examples/installation")
 
 top=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$top"' EXIT

@@ -1,0 +1,106 @@
+#include "cli/pages/Pages.hpp"
+#include "cli/pages/Shells.hpp"
+
+#include <fmt/format.h>
+
+namespace tessgen::cli {
+
+namespace {
+
+// What `offer` is set to: an argument of compgen for files and folders, or the words themselves.
+std::string offer(Completes completes, std::string_view choices = {}) {
+    if (!choices.empty()) {
+        return quoted(choices);
+    }
+    return completes == Completes::files ? "-f" : completes == Completes::folders ? "-d" : "";
+}
+
+std::string optionsOf(const CommandRow& command) {
+    std::string names;
+    for (const auto& row : optionTable) {
+        names += row.belongsTo(command) ? fmt::format("{}--{}", names.empty() ? "" : " ", row.name) : "";
+    }
+    return quoted(names);
+}
+
+std::string words(const std::vector<const CommandRow*>& rows, std::string_view CommandRow::*word) {
+    std::string all;
+    for (const auto* const row : rows) {
+        all += fmt::format("{}{}", all.empty() ? "" : " ", row->*word);
+    }
+    return quoted(all);
+}
+
+std::string caseOf(const CommandRow& row) {
+    const auto pattern =
+        row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
+    const auto operand = takesFile(row) ? fmt::format("[[ $count != {} ]] || offer={}\n            ", wordCount(row),
+                                                      offer(row.completes))
+                                        : "";
+    return fmt::format("        {})\n            {}{}options={}\n            ;;\n", pattern, operand,
+                       row.takes == Operands::names ? "[[ $count != 1 ]] || " : "", optionsOf(row));
+}
+
+} // namespace
+
+std::string bashCompletion() {
+    std::string text = R"(# bash completion for kelwhich
+_kelwhich() {
+    local word=${COMP_WORDS[COMP_CWORD]} said=() ended= argument= offer= options= count i
+    COMPREPLY=()
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        if [[ $argument ]]; then
+            [[ ${COMP_WORDS[i]} == = ]] || argument= offer=
+        elif [[ $ended ]]; then
+            said+=("${COMP_WORDS[i]}")
+        else
+            case ${COMP_WORDS[i]} in
+            --)
+                ended=1
+                [[ ${said[0]-} ]] || said=(which) # only names follow
+                ;;
+)";
+    for (const auto& row : optionTable) {
+        if (row.argument != nullptr) {
+            text += fmt::format("            {}) argument=1 offer={} ;;\n", spellings(row, " | "),
+                                offer(row.completes, row.choices));
+        }
+    }
+    text += R"(            -*) ;;
+            *) said+=("${COMP_WORDS[i]}") ;;
+            esac
+        fi
+    done
+    count=${#said[@]}
+    if [[ ! $argument ]]; then
+        case "${said[0]-} ${said[1]-}" in
+        ' ')
+)";
+    text += fmt::format("            offer={}\n            options={}\n            ;;\n",
+                        words(firstWords(), &CommandRow::word), optionsOf(commandTable.front()));
+    for (const auto& row : commandTable) {
+        text += caseOf(row);
+    }
+    for (const auto* const first : firstWords()) {
+        if (const auto rows = commandsBelow(*first); !rows.empty()) {
+            text += fmt::format("        '{} ') offer={} ;;\n", first->word, words(rows, &CommandRow::secondWord));
+        }
+    }
+    text += R"(        esac
+        [[ $word != -* || $ended ]] || offer=$options
+    fi
+    [[ $word != = ]] || word=
+    case $offer in
+    -?)
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen "$offer" -- "$word")
+        ;;
+    ?*) mapfile -t COMPREPLY < <(compgen -W "$offer" -- "$word") ;;
+    esac
+}
+complete -F _kelwhich kelwhich
+)";
+    return text;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,97 @@
+#include "cli/pages/Pages.hpp"
+#include "cli/pages/Shells.hpp"
+
+#include <fmt/format.h>
+
+namespace tessgen::cli {
+
+namespace {
+
+// Between apostrophes fish takes a backslash for more than itself.
+std::string inFish(std::string_view text) {
+    std::string out = "'";
+    for (const char c : text) {
+        out += c == '\'' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+    }
+    return out + "'";
+}
+
+// The condition that a command was said; `count` words that are no option, or any number when it is 0.
+std::string isSaid(const CommandRow& row, int count) {
+    const auto pattern = row.takes == Operands::names ? fmt::format("{} ", row.word)
+                         : row.secondWord.empty()     ? fmt::format("{} *", row.word)
+                                                      : row.words();
+    return fmt::format("__kelwhich_said {}{}", quoted(pattern), count == 0 ? "" : fmt::format(" {}", count));
+}
+
+std::string offer(Completes completes, std::string_view choices = {}) {
+    if (!choices.empty()) {
+        return " -x -a " + inFish(choices);
+    }
+    return completes == Completes::files     ? " -r -F"
+           : completes == Completes::folders ? " -x -a '(__fish_complete_directories)'"
+                                             : " -x";
+}
+
+std::string complete(const std::string& condition, const std::string& rest) {
+    return fmt::format("complete -c kelwhich -n {}{}\n", inFish(condition), rest);
+}
+
+std::string optionOf(const OptionRow& row) {
+    std::string condition = row.belongsTo(commandTable.front()) ? "__kelwhich_said ' '" : "";
+    for (const auto& command : commandTable) {
+        condition += row.belongsTo(command) ? (condition.empty() ? "" : "; or ") + isSaid(command, 0) : "";
+    }
+    return complete(condition,
+                    fmt::format("{} -l {}{} -d {}", row.letter == 0 ? "" : fmt::format(" -s {}", row.letter), row.name,
+                                row.argument == nullptr ? "" : offer(row.completes, row.choices), inFish(row.help)));
+}
+
+} // namespace
+
+std::string fishCompletion() {
+    auto text = fmt::format(R"(# fish completion for kelwhich
+function __kelwhich_said -a pattern count
+    set -l said
+    set -l argument
+    for word in (commandline -opc)[2..-1]
+        if test -n "$argument"
+            set argument
+            continue
+        end
+        switch $word
+            case --
+                test -n "$said"; or set said which # only names follow
+                break
+            case {}
+                set argument 1
+            case '-*'
+            case '*'
+                set -a said $word
+        end
+    end
+    string match -q -- $pattern "$said[1] $said[2]"; and test -z "$count" -o "$count" = (count $said)
+end
+complete -c kelwhich -f
+)",
+                            spellingsWithArgument(" "));
+    for (const auto* const row : firstWords()) {
+        text += complete("__kelwhich_said ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
+        for (const auto* const below : commandsBelow(*row)) {
+            text += complete(fmt::format("__kelwhich_said '{} '", row->word),
+                             fmt::format(" -a {} -d {}", below->secondWord, inFish(below->help)));
+        }
+    }
+    for (const auto& row : commandTable) {
+        if (takesFile(row) && row.completes != Completes::nothing) {
+            text += complete(isSaid(row, wordCount(row)),
+                             row.completes == Completes::files ? " -F" : " -a '(__fish_complete_directories)'");
+        }
+    }
+    for (const auto& row : optionTable) {
+        text += optionOf(row);
+    }
+    return text;
+}
+
+} // namespace tessgen::cli

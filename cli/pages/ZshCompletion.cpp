@@ -1,0 +1,117 @@
+#include "cli/pages/Pages.hpp"
+#include "cli/pages/Shells.hpp"
+
+#include <fmt/format.h>
+
+namespace tessgen::cli {
+
+namespace {
+
+// In what zsh is to describe, ":", "[" and "]" end something.
+std::string described(std::string_view text) {
+    std::string out;
+    for (const char c : text) {
+        out += c == ':' || c == '[' || c == ']' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+    }
+    return out;
+}
+
+std::string action(Completes completes, std::string_view choices = {}) {
+    if (!choices.empty()) {
+        return fmt::format("({})", choices);
+    }
+    return completes == Completes::files ? "_files" : completes == Completes::folders ? "_files -/" : " ";
+}
+
+std::string specOf(const OptionRow& row) {
+    const bool takes = row.argument != nullptr;
+    const auto rest = quoted(
+        fmt::format("[{}]{}", described(row.help),
+                    takes ? fmt::format(":{}:{}", described(row.argument), action(row.completes, row.choices)) : ""));
+    const auto name = fmt::format("--{}{}", row.name, takes ? "=" : "");
+    return row.letter == 0
+               ? name + rest
+               : fmt::format("'({})'{{-{}{},{}}}{}", spellings(row, " "), row.letter, takes ? "+" : "", name, rest);
+}
+
+std::string specsOf(const CommandRow& command) {
+    std::string specs;
+    for (const auto& row : optionTable) {
+        specs += row.belongsTo(command) ? " \\\n            " + specOf(row) : "";
+    }
+    return specs;
+}
+
+std::string caseOf(const CommandRow& row) {
+    std::string operands = row.secondWord.empty() ? "'1: : '" : "'1: : ' '2: : '";
+    if (takesFile(row)) {
+        operands +=
+            " " + quoted(fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes)));
+    }
+    const auto pattern = row.takes == Operands::names ? fmt::format("'{} '", row.word)
+                         : row.secondWord.empty()     ? fmt::format("'{} '*", row.word)
+                                                      : fmt::format("'{} {}'", row.word, row.secondWord);
+    return fmt::format("    {})\n        _arguments -s -S {}{}\n        ;;\n", pattern, operands, specsOf(row));
+}
+
+// A function that describes words.
+std::string function(std::string_view name, const std::string& words) {
+    return fmt::format("{0}() {{\n    local -a commands=({1}\n    )\n    _describe -t commands command commands\n}}\n",
+                       name, words);
+}
+
+std::string wordAndHelp(std::string_view word, std::string_view help) {
+    return "\n        " + quoted(fmt::format("{}:{}", word, described(help)));
+}
+
+} // namespace
+
+std::string zshCompletion() {
+    std::string text = "#compdef kelwhich\n";
+    std::string first;
+    for (const auto* const row : firstWords()) {
+        first += wordAndHelp(row->word, helpOfFirstWord(*row));
+        std::string second;
+        for (const auto* const below : commandsBelow(*row)) {
+            second += wordAndHelp(below->secondWord, below->help);
+        }
+        text += second.empty() ? "" : function(fmt::format("_kelwhich_{}", row->word), second);
+    }
+    text += function("_kelwhich_commands", first);
+    text += fmt::format(R"(_kelwhich() {{
+    local -a said
+    local argument i
+    for ((i = 2; i < CURRENT; i++)); do
+        if [[ -n $argument ]]; then
+            argument=
+            continue
+        fi
+        case $words[i] in
+        --)
+            (( $#said )) || said=(which) # only names follow
+            break
+            ;;
+        {}) argument=1 ;;
+        -*) ;;
+        *) said+=($words[i]) ;;
+        esac
+    done
+    case "$said[1] $said[2]" in
+    ' ')
+        _arguments -s -S '1: :_kelwhich_commands'{}
+        ;;
+)",
+                        spellingsWithArgument(" | "), specsOf(commandTable.front()));
+    for (const auto& row : commandTable) {
+        text += caseOf(row);
+    }
+    for (const auto* const row : firstWords()) {
+        if (row->secondWord.empty()) {
+            continue;
+        }
+        text += fmt::format("    '{0} ') _arguments -s -S '1: : ' '2: :_kelwhich_{0}' ;;\n", row->word);
+    }
+    return text + "    esac\n}\n_kelwhich \"$@\"\n";
+}
+
+} // namespace tessgen::cli
