@@ -67,7 +67,7 @@ int which(const Request& request) {
         try {
             answers.push_back(answerTo(name));
         } catch (const std::exception& error) {
-            complain(fmt::format("'{}': {}", name, error.what()));
+            complain(fmt::format("'{}': {}", name, reasonOf(error)));
         }
     }
     if (!answers.empty()) {

@@ -35,7 +35,7 @@ int main(int count, char** words) {
     } catch (const std::bad_alloc&) {
         static_cast<void>(std::fputs("kelwhich: out of memory\n", stderr));
     } catch (const std::exception& error) {
-        complain(error.what());
+        complain(reasonOf(error));
     }
     return exitNothing;
 }
