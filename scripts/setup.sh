@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build
   libboost1.81-dev libboost-thread1.81-dev librange-v3-dev libcdb-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
 )
-test_packages=(libgtest-dev libgmock-dev)
+test_packages=(libgtest-dev libgmock-dev strace)
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy git pkgconf debootstrap)
 

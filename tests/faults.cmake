@@ -1,0 +1,6 @@
+# The program while the system fails it; the leak sanitizer cannot be traced.
+foreach(test lookup)
+  add_test(NAME faults.${test} COMMAND faults/${test}.sh $<TARGET_FILE:kelwhich_program>
+           WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+  set_tests_properties(faults.${test} PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300 PROCESSORS 2)
+endforeach()

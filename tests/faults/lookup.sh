@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# Asks for names, once for every system call that answering takes, with that call failing or being the last: the answer
+# is the whole one, or there is none and a line says why. Usage: lookup.sh PROGRAM
+set -euo pipefail
+unset CDPATH KELWHICH_INSTALLATION
+here=$(realpath "${BASH_SOURCE[0]%/*}")
+# shellcheck source=tests/faults/lib.sh
+source "$here/lib.sh"
+require_tracing
+
+program=$(realpath "$1")
+top=$(realpath "$(mktemp -d)")
+trap 'rm -rf "$top"' EXIT
+cp -r "$here/../../examples/installation" "$top/world"
+echo '{}' >"$top/installation.json" # never the one that is meant
+cd "$top/world"
+ln -s ../@Shape mine/@Linked # a link to a folder and a link to a file
+ln -s Shape.vk mine/@Shape/wave.vk
+"$program" store build support.jsonl >/dev/null
+
+# `try NAME CALL K FAULT`: prints "whole", "error" or "killed", else "wrong" and what came.
+try() {
+  local out=$top/out.$BASHPID err=$top/err.$BASHPID status=0
+  under_fault "${@:2}" "$program" "$1" >"$out" 2>"$err" || status=$?
+  if [[ $status == 0 || ($status == 137 && $4 == signal=*) ]] && cmp -s "$top/expected" "$out" && [ ! -s "$err" ]; then
+    echo whole
+  elif [[ $status == 137 && $4 == signal=* && ! -s $out ]]; then
+    echo killed
+  elif [[ $status == 2 && ! -s $out ]] && grep -q '^kelwhich: ' "$err"; then
+    echo error
+  else
+    echo "wrong: kelwhich $1, $4 at call $3 of $2: exit code $status: $(cat "$out" "$err" | tr '\n' '|')"
+  fi
+}
+
+for name in wave units.metric.convert legacy private/helper; do
+  "$program" "$name" >"$top/expected"
+  faults "$program" "$name" >"$top/faults"
+  for half in 0 1; do
+    awk "NR % 2 == $half" "$top/faults" | while read -r fault; do
+      # shellcheck disable=SC2086
+      try "$name" $fault
+    done >"$top/results.$half" &
+  done
+  wait
+  echo "$name: $(wc -l <"$top/faults") faults: $(cut -d: -f1 "$top"/results.? | sort | uniq -c | xargs)"
+  cat "$top"/results.? >>"$top/results"
+done
+if [ "$(grep -cxE 'whole|killed|error' "$top/results")" -ne "$(wc -l <"$top/results")" ] ||
+  [ "$(sort -u "$top/results" | wc -l)" -ne 3 ]; then
+  grep '^wrong' "$top/results" >&2 || echo "lookup.sh: some fault was never met" >&2
+  exit 1
+fi
