@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 enum ExitCode {
     exitYes = 0,     // every name has a candidate; what was asked for is done
-    exitNo = 1,      // a name has no candidate
+    exitNo = 1,      // a name has no candidate; the doctor has findings
     exitNothing = 2, // nothing could be answered or done
     exitPartly = 3,  // a name was refused or failed, others were answered
 };
@@ -17,5 +17,8 @@ int which(const Request& request);
 
 // Writes the support store anew.
 int storeBuild(const Request& request);
+
+// Writes what is wrong with the installation; exitNo when something is.
+int doctor(const Request& request);
 
 } // namespace tessgen::cli

@@ -25,8 +25,9 @@ std::string nearestManifest() {
         std::error_code error; // also set when there is none
         const auto status = std::filesystem::symlink_status(manifest, error);
         if (!std::filesystem::status_known(status)) {
-            throw std::runtime_error(fmt::format("{}: cannot be looked for: {}; name the installation with --installation",
-                                                 manifest.string(), error.message()));
+            throw std::runtime_error(
+                fmt::format("{}: cannot be looked for: {}; name the installation with --installation",
+                            manifest.string(), error.message()));
         }
         if (std::filesystem::exists(status)) {
             return manifest.string();

@@ -48,12 +48,13 @@ constexpr auto commands = std::to_array<CommandRow>({
      "the candidates of each name (the word \"which\" may be left out)"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
      "the support store, from a file with a JSON record on each line"},
+    {Action::doctor, "doctor", "", "", Operands::none, "what is wrong with the installation, and what to do"},
 });
 
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, bit(Action::which), "which: one JSON document instead of text",
+    {"json", 'j', nullptr, bit(Action::which) | bit(Action::doctor), "which, doctor: one JSON document instead of text",
      [](Request& request, const char*) { request.json = true; }},
     {"output", 'o', "FILE", bit(Action::storeBuild),
      "store build: the file to write, if not the manifest's supportStore",
@@ -88,7 +89,7 @@ std::string helpText() {
             "installation.json in the working folder or above.\n"
             "\n"
             "Exit codes: 0 every name has a candidate, 1 some name has none, 2 nothing could be answered,\n"
-            "3 some names were answered and others not.\n";
+            "3 some names were answered and others not. doctor: 0 no findings, 1 findings, 2 broken.\n";
     return text;
 }
 

@@ -16,6 +16,8 @@ int run(const Request& request) {
         return which(request);
     case Action::storeBuild:
         return storeBuild(request);
+    case Action::doctor:
+        return doctor(request);
     case Action::help:
         writeOut(helpText());
         return exitYes;
