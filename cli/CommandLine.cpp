@@ -140,6 +140,10 @@ private:
                 refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
             }
         }
+        if (request_.replay && (request_.installation || request_.record)) {
+            refuse(fmt::format("--replay needs no installation and makes no recording: leave out --replay or --{}",
+                               request_.installation ? "installation" : "record"));
+        }
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
         if (given == 0 && (takes == Operands::names || takes == Operands::one)) {

@@ -15,6 +15,9 @@ struct Request {
     std::vector<std::string> operands; // names, or the one thing that the command is about
     std::optional<std::string> installation;
     std::optional<std::string> output;
+    std::optional<std::string> whyNot;
+    std::optional<std::string> record;
+    std::optional<std::string> replay;
     bool json = false;
 };
 

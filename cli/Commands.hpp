@@ -15,6 +15,9 @@ enum ExitCode {
 // Writes the candidates of every name to standard output, all at once after the last was answered.
 int which(const Request& request);
 
+// Writes why the candidates of every name stand as they do, all at once.
+int explain(const Request& request);
+
 // Writes the support store anew.
 int storeBuild(const Request& request);
 

@@ -1,7 +1,6 @@
 #include "cli/Console.hpp"
 
 #include "cli/Escape.hpp"
-#include "standalone/FileTree.hpp"
 
 #include <fmt/format.h>
 
@@ -13,7 +12,6 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -59,14 +57,6 @@ void writeOut(std::string_view text) {
 
 void complain(std::string_view message) {
     writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
-}
-
-std::string reasonOf(const std::exception& error) {
-    if (const auto* const unknown = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
-        return fmt::format("{}: cannot be looked for: {}{}", unknown->path1().string(), unknown->code().message(),
-                           standalone::adviceOn(unknown->code().value()));
-    }
-    return error.what();
 }
 
 bool outputIsColoured() {

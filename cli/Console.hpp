@@ -1,7 +1,6 @@
 // The program's two streams: answers go to standard output, complaints to standard error.
 #pragma once
 
-#include <exception>
 #include <string>
 #include <string_view>
 
@@ -17,9 +16,6 @@ void writeOut(std::string_view text);
 
 // One line on standard error, escaped. Nobody is left to be told when that fails.
 void complain(std::string_view message);
-
-// What an error says to a user.
-std::string reasonOf(const std::exception& error);
 
 // True for a terminal that may show colours and whose user did not ask for none.
 bool outputIsColoured();

@@ -1,11 +1,9 @@
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
 #include "cli/Escape.hpp"
-#include "cli/Manifest.hpp"
+#include "cli/Resolver.hpp"
 #include "standalone/Diagnosis.hpp"
-#include "standalone/Session.hpp"
 #include "standalone/SessionState.hpp"
-#include "tessgen/kelwhich/kelwhich.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -25,9 +23,10 @@ using standalone::Findings;
 
 constexpr std::ptrdiff_t shownPlaces = 10; // of each trap, as text
 
-standalone::Examined installationOf(const standalone::SessionState& session) {
+standalone::Examined examinedBy(const Resolver& resolver) {
+    const auto& session = standalone::currentSession();
     return {session.installation, session.files, session.store ? &*session.store : nullptr, standalone::realPath,
-            [](const std::u16string& name) { return !kelwhich::kelwhich(name).empty(); }};
+            [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); }};
 }
 
 // Trap by trap: its code, why it matters and what to do, then its places. Findings of one trap stand together.
@@ -67,8 +66,8 @@ std::string asJSON(const Findings& findings) {
 } // namespace
 
 int doctor(const Request& request) {
-    const standalone::Session session(findManifest(request));
-    const auto findings = diagnose(installationOf(standalone::currentSession()));
+    const Resolver resolver(request);
+    const auto findings = diagnose(examinedBy(resolver));
     writeOut(request.json ? asJSON(findings) : asText(findings));
     if (findings.empty()) {
         return exitYes;

@@ -14,6 +14,7 @@ namespace tessgen::cli {
 namespace {
 
 constexpr unsigned everyCommand = ~0U;
+constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
 
 std::string spelled(const CommandRow& row) {
     return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
@@ -46,6 +47,7 @@ namespace {
 constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
      "the candidates of each name (the word \"which\" may be left out)"},
+    {Action::explain, "explain", "", "NAME...", Operands::names, "why the candidates of each name stand as they do"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
      "the support store, from a file with a JSON record on each line"},
     {Action::doctor, "doctor", "", "", Operands::none, "what is wrong with the installation, and what to do"},
@@ -54,11 +56,17 @@ constexpr auto commands = std::to_array<CommandRow>({
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, bit(Action::which) | bit(Action::doctor), "which, doctor: one JSON document instead of text",
+    {"json", 'j', nullptr, asksNames | bit(Action::doctor), "one JSON document instead of text",
      [](Request& request, const char*) { request.json = true; }},
+    {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
+     [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"output", 'o', "FILE", bit(Action::storeBuild),
      "store build: the file to write, if not the manifest's supportStore",
      [](Request& request, const char* argument) { request.output = argument; }},
+    {"record", 0, "FILE", asksNames, "keep what was asked of the installation, and its answers",
+     [](Request& request, const char* argument) { request.record = argument; }},
+    {"replay", 0, "FILE", asksNames, "answer from such a recording, without an installation",
+     [](Request& request, const char* argument) { request.replay = argument; }},
     {"help", 'h', nullptr, everyCommand, "this text",
      [](Request& request, const char*) { request.action = Action::help; }},
     {"version", 'V', nullptr, everyCommand, "the version",

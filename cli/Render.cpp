@@ -1,52 +1,21 @@
 #include "cli/Render.hpp"
 
 #include "cli/Escape.hpp"
+#include "cli/Kinds.hpp"
+#include "cli/Style.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <iterator>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace tessgen::cli {
 
 namespace {
-
-struct Kind {
-    std::string_view name;
-    std::string_view words;
-};
-
-// In the order of the types' values.
-constexpr std::array kinds{
-    Kind{"KELPath", "KEL path file"},
-    Kind{"KELBuiltin", "KEL built-in"},
-    Kind{"ORVAKPath", "host file"},
-    Kind{"ORVAKBuiltin", "host built-in"},
-    Kind{"ORVAKBuiltinMethod", "host built-in method"},
-};
-constexpr std::size_t widestKind = std::string_view("host built-in method").size();
-
-const Kind& kindOf(const Candidate& candidate) {
-    return kinds.at(static_cast<std::size_t>(candidate.type));
-}
-
-// What is sent to a terminal around a piece of text; all empty when there are no colours.
-struct Style {
-    std::string_view name;
-    std::string_view first;
-    std::string_view aside;
-    std::string_view end;
-};
-
-constexpr Style highlighted{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[0m"};
-constexpr Style plain{};
 
 void append(std::string& text, const Answer& answer, const Style& style) {
     auto to = std::back_inserter(text);
@@ -59,7 +28,7 @@ void append(std::string& text, const Answer& answer, const Style& style) {
     for (const auto& candidate : answer.candidates) {
         const bool isFirst = ++rank == 1;
         fmt::format_to(to, "  {}{:>{}}  {:{}}{}  {}{}\n", isFirst ? style.first : style.aside, rank, rankWidth,
-                       kindOf(candidate).words, widestKind, isFirst ? "" : style.end, escaped(candidate.path),
+                       kindWords(candidate.type), widestKindWords, isFirst ? "" : style.end, escaped(candidate.path),
                        isFirst ? style.end : "");
     }
 }
@@ -70,7 +39,7 @@ std::string asText(const std::vector<Answer>& answers, bool coloured) {
     std::string text;
     for (const auto& answer : answers) {
         text += text.empty() ? "" : "\n";
-        append(text, answer, coloured ? highlighted : plain);
+        append(text, answer, styleOf(coloured));
     }
     return text;
 }
@@ -81,7 +50,7 @@ std::string asJSON(const std::vector<Answer>& answers) {
         auto candidates = nlohmann::ordered_json::array();
         for (const auto& candidate : answer.candidates) {
             candidates.push_back(
-                {{"rank", candidates.size() + 1}, {"kind", kindOf(candidate).name}, {"path", candidate.path}});
+                {{"rank", candidates.size() + 1}, {"kind", kindName(candidate.type)}, {"path", candidate.path}});
         }
         list.push_back({{"query", answer.query}, {"candidates", std::move(candidates)}});
     }

@@ -1,6 +1,7 @@
 #include "cli/CommandLine.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Reason.hpp"
 
 #include <cstdio>
 #include <exception>
@@ -14,6 +15,8 @@ int run(const Request& request) {
     switch (request.action) {
     case Action::which:
         return which(request);
+    case Action::explain:
+        return explain(request);
     case Action::storeBuild:
         return storeBuild(request);
     case Action::doctor:

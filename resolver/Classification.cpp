@@ -1,5 +1,6 @@
 #include "fl/filesystem.hpp"
 #include "host/Paths.hpp"
+#include "resolver/Verdicts.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 #include "tessapp/util/foundation.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
@@ -8,7 +9,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -37,33 +37,56 @@ const std::vector<std::u16string>& KELWhichResolver::hostSourceCodeDirs() const 
     return *sourceCodeDirs_;
 }
 
-bool KELWhichResolver::isUserResult(const WhichResult& result) const {
+KELWhichResolver::OwnershipVerdict KELWhichResolver::ownershipOf(const WhichResult& result) const {
+    using Ownership = Explanation::Ownership;
     if (result.type != WhichResultType::ORVAKPath) {
-        return false;
+        return {Ownership::noHostFile, 0};
     }
     const auto& hostDirs = hostSourceCodeDirs();
     const auto packages = fileSystem_->spkgroot();
-    const auto holdsResult = [&](std::u16string_view dir) { return beginsWith(result.path, dir); };
-    return std::none_of(hostDirs.begin(), hostDirs.end(), holdsResult) && !(packages && holdsResult(*packages));
+    for (const auto& dir : hostDirs) {
+        if (beginsWith(result.path, dir)) {
+            return {Ownership::sourceCode, dir.size()};
+        }
+    }
+    if (packages && beginsWith(result.path, *packages)) {
+        return {Ownership::supportPackage, packages->size()};
+    }
+    return {Ownership::user, 0};
 }
 
-bool KELWhichResolver::isSupportedForCodegen(const WhichResult& result, const std::u16string& name) const {
+KELWhichResolver::SupportVerdict KELWhichResolver::supportOf(const WhichResult& result,
+                                                             const std::u16string& name) const {
+    using Support = Explanation::Support;
     switch (result.type) {
     case WhichResultType::ORVAKBuiltin:
     case WhichResultType::ORVAKBuiltinMethod:
-        return false;
+        return {Support::hostBuiltin, nullptr};
     case WhichResultType::KELBuiltin:
-        return true;
+        return {Support::KELBuiltin, nullptr};
     case WhichResultType::KELPath:
     case WhichResultType::ORVAKPath:
         break;
     }
-    const auto entry = findByPath(result.path);
-    if (!entry || !entry->supported) {
-        return false;
+    auto entry = findByPath(result.path);
+    if (!entry) {
+        return {Support::noRecord, nullptr};
     }
     const auto& unsupported = entry->entry->unsupportedSymbols;
-    return std::find(unsupported.begin(), unsupported.end(), name) == unsupported.end();
+    const auto support = !entry->supported ? Support::noFlag
+                         : std::find(unsupported.begin(), unsupported.end(), name) != unsupported.end()
+                             ? Support::unsupportedName
+                             : Support::recorded;
+    return {support, std::move(entry->entry)};
+}
+
+bool KELWhichResolver::isUserResult(const WhichResult& result) const {
+    return ownershipOf(result).ownership == Explanation::Ownership::user;
+}
+
+bool KELWhichResolver::isSupportedForCodegen(const WhichResult& result, const std::u16string& name) const {
+    const auto support = supportOf(result, name).support;
+    return support == Explanation::Support::KELBuiltin || support == Explanation::Support::recorded;
 }
 
 } // namespace tessgen::kelwhich

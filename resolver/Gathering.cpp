@@ -1,14 +1,10 @@
 #include "host/Paths.hpp"
 #include "resolver/Predicates.hpp"
+#include "resolver/Verdicts.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
-#include <range/v3/algorithm/move.hpp>
-#include <range/v3/iterator/insert_iterators.hpp>
-#include <range/v3/range/operations.hpp>
-#include <range/v3/view/concat.hpp>
-#include <range/v3/view/filter.hpp>
-
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,12 +12,6 @@
 namespace tessgen::kelwhich {
 
 namespace {
-
-namespace views = ranges::views;
-
-bool isFile(const WhichResult& result) {
-    return result.type == WhichResultType::KELPath || result.type == WhichResultType::ORVAKPath;
-}
 
 // A file that only the files of the folder above may use. One in a class's private folder belongs to the class.
 bool liesInPrivateFolder(const WhichResult& result) {
@@ -31,29 +21,43 @@ bool liesInPrivateFolder(const WhichResult& result) {
 
 } // namespace
 
-std::vector<WhichResult> KELWhichResolver::unorderedResolveWithoutRedirect(const std::u16string& name) const {
-    // A record of a host file adds nothing that the host's own answer does not say, unless the file defines another
-    // name.
-    const auto addsToHost = [&](const WhichResult& result) {
-        return result.type != WhichResultType::ORVAKPath || definesDifferentName(result, name);
+std::vector<KELWhichResolver::Gathered> KELWhichResolver::gather(const std::u16string& name) const {
+    using Source = Explanation::Source;
+    using DropRule = Explanation::DropRule;
+    const bool excludePrivate = !containsSeparator(name);
+    std::vector<Gathered> all;
+    const auto add = [&](WhichResult&& result, Source::Question question, std::size_t number, bool addsNothing) {
+        const auto dropped = addsNothing                                     ? std::optional(DropRule::hostFile)
+                             : excludePrivate && liesInPrivateFolder(result) ? std::optional(DropRule::privateFolder)
+                                                                             : std::nullopt;
+        all.push_back({std::move(result), {question, number}, dropped});
     };
     const auto entries = findSupportEntry(name);
-    std::vector<WhichResult> kelResults;
-    kelResults.reserve(entries.size());
+    all.reserve(entries.size());
     for (const auto& entry : entries) {
         auto result = entryToWhichResult(entry);
-        if (addsToHost(result)) {
-            kelResults.push_back(std::move(result));
-        }
+        // A record of a host file adds nothing that the host's own answer does not say, unless the file defines
+        // another name.
+        const bool addsNothing = result.type == WhichResultType::ORVAKPath && !definesDifferentName(result, name);
+        add(std::move(result), Source::Question::supportRecords, all.size() + 1, addsNothing);
     }
     auto hostResults = which_->which(name);
+    all.reserve(entries.size() + hostResults.size());
+    for (auto& result : hostResults) {
+        add(std::move(result), Source::Question::host, all.size() - entries.size() + 1, false);
+    }
+    return all;
+}
 
-    const bool excludePrivate = !containsSeparator(name);
-    const auto stays = [&](const WhichResult& result) { return !(excludePrivate && liesInPrivateFolder(result)); };
-    auto candidates = views::concat(kelResults, hostResults) | views::filter(stays);
+std::vector<WhichResult> KELWhichResolver::unorderedResolveWithoutRedirect(const std::u16string& name) const {
+    auto gathered = gather(name);
     std::vector<WhichResult> results;
-    results.reserve(static_cast<std::size_t>(ranges::distance(candidates)));
-    ranges::move(candidates, ranges::back_inserter(results));
+    results.reserve(gathered.size());
+    for (auto& candidate : gathered) {
+        if (!candidate.dropped) {
+            results.push_back(std::move(candidate.result));
+        }
+    }
     return results;
 }
 

@@ -1,7 +1,8 @@
+#include "resolver/Ordering.hpp"
+
 #include "resolver/Predicates.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -9,27 +10,22 @@ namespace tessgen::kelwhich {
 
 namespace {
 
-// Moves the candidates for which `holds` is true to the front; both groups keep their order.
-template <typename Predicate>
-void preferWhere(std::vector<WhichResult>& results, Predicate holds) {
-    std::stable_partition(results.begin(), results.end(), holds);
-}
+struct Judge {
+    static WhichResultType type(const WhichResult& result) { return result.type; }
+    static bool isBuiltinOrSourceFile(const WhichResult& result) { return kelwhich::isBuiltinOrSourceFile(result); }
+    bool isSupported(const WhichResult& result) const { return resolver.isSupportedForCodegen(result, name); }
+    bool isUser(const WhichResult& result) const { return resolver.isUserResult(result); }
+    bool isDirect(const WhichResult& result) const { return !isIndirectResult(result, name); }
 
-void stablePartitionByType(std::vector<WhichResult>& results, WhichResultType type) {
-    preferWhere(results, [type](const WhichResult& result) { return result.type == type; });
-}
+    const KELWhichResolver& resolver;
+    const std::u16string& name;
+};
 
 } // namespace
 
-// The last partition is the most significant key; what ties on all of them stays in gathering order.
 std::vector<WhichResult> KELWhichResolver::resolveWithoutRedirect(const std::u16string& name) const {
     auto results = unorderedResolveWithoutRedirect(name);
-    stablePartitionByType(results, WhichResultType::KELPath);
-    stablePartitionByType(results, WhichResultType::KELBuiltin);
-    preferWhere(results, isBuiltinOrSourceFile);
-    preferWhere(results, [&](const WhichResult& result) { return isSupportedForCodegen(result, name); });
-    preferWhere(results, [&](const WhichResult& result) { return isUserResult(result); });
-    preferWhere(results, [&](const WhichResult& result) { return !isIndirectResult(result, name); });
+    orderByPreference(results, Judge{*this, name});
     return results;
 }
 

@@ -15,45 +15,31 @@ bool isPlainName(const std::u16string& name) {
 } // namespace
 
 bool isBuiltinOrSourceFile(const WhichResult& result) {
-    switch (result.type) {
-    case WhichResultType::KELBuiltin:
-    case WhichResultType::ORVAKBuiltin:
-    case WhichResultType::ORVAKBuiltinMethod:
+    if (!isFile(result)) {
         return true;
-    case WhichResultType::KELPath:
-    case WhichResultType::ORVAKPath:
-        break;
     }
     const auto extension = fileExtension(result.path);
     return sameText(extension, u"vk") || sameText(extension, u"vkx");
 }
 
-bool isIndirectResult(const WhichResult& result, const std::u16string& name) {
-    if (!isPlainName(name)) {
-        return false;
+Explanation::Definition definitionBy(const WhichResult& result, const std::u16string& name) {
+    using Definition = Explanation::Definition;
+    if (result.type == WhichResultType::ORVAKBuiltinMethod) {
+        return isPlainName(name) ? Definition::hostMethod : Definition::direct;
     }
-    switch (result.type) {
-    case WhichResultType::ORVAKBuiltinMethod:
-        return true;
-    case WhichResultType::KELBuiltin:
-    case WhichResultType::ORVAKBuiltin:
-        return false;
-    case WhichResultType::KELPath:
-    case WhichResultType::ORVAKPath:
-        break;
-    }
-    return definesDifferentName(result, name);
+    return isFile(result) ? definitionAt(result.path, name) : Definition::direct;
 }
 
-bool definesDifferentName(const std::u16string& path, const std::u16string& name) {
+Explanation::Definition definitionAt(const std::u16string& path, const std::u16string& name) {
+    using Definition = Explanation::Definition;
     if (!isPlainName(name)) {
-        return false;
+        return Definition::direct;
     }
     if (!sameText(qualifiedNameForPath(path), name)) {
-        return true;
+        return Definition::otherName;
     }
     const auto classFolder = getClassFolderInfo(path);
-    return classFolder && !sameText(classFolder->className, name);
+    return classFolder && !sameText(classFolder->className, name) ? Definition::otherClass : Definition::direct;
 }
 
 } // namespace tessgen::kelwhich

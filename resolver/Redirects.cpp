@@ -1,5 +1,5 @@
-#include "host/Paths.hpp"
 #include "resolver/Predicates.hpp"
+#include "resolver/Repeats.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <range/v3/range/conversion.hpp>
@@ -10,11 +10,7 @@
 #include <range/v3/view/move.hpp>
 #include <range/v3/view/transform.hpp>
 
-#include <cstddef>
-#include <functional>
 #include <string>
-#include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace tessgen::kelwhich {
@@ -25,27 +21,12 @@ namespace views = ranges::views;
 
 using BasicSupportEntry = KELWhichResolver::BasicSupportEntry;
 
-struct PathAndType {
-    std::u16string_view path;
-    WhichResultType type;
-
-    bool operator==(const PathAndType& other) const noexcept {
-        return type == other.type && sameText(path, other.path);
-    }
-};
-
-struct PathAndTypeHash {
-    std::size_t operator()(const PathAndType& key) const noexcept {
-        return std::hash<std::u16string_view>()(key.path) + static_cast<std::size_t>(key.type);
-    }
-};
-
 std::vector<WhichResult> removeDuplicateResults(const std::vector<WhichResult>& list) {
     std::vector<WhichResult> results;
     results.reserve(list.size());
-    std::unordered_set<PathAndType, PathAndTypeHash> seen(list.size());
+    DistinctResults distinct(list.size());
     for (const auto& result : list) {
-        if (seen.insert({result.path, result.type}).second) {
+        if (distinct.add(result).isNew) {
             results.push_back(result);
         }
     }

@@ -28,6 +28,19 @@ public:
 // Errors: JsonSyntaxError, also for text that is not UTF-8; a key that one object gives twice.
 nlohmann::json parseJson(std::string_view text);
 
+// What `read()` makes of a line of JSON, which is at `place` ("FILE:NUMBER:").
+// Errors: those of `read` about the line, with the place before them.
+template <typename Read>
+auto readLine(const std::string& place, Read read) {
+    try {
+        return read();
+    } catch (const JsonSyntaxError& error) {
+        throw std::runtime_error(place + std::to_string(error.column) + ": " + error.what());
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(place + " " + error.what());
+    }
+}
+
 // The value of a key, or null when the object does not give it.
 const nlohmann::json* findValue(const nlohmann::json& object, std::string_view key);
 

@@ -83,14 +83,22 @@ private:
     void lookAtTarget(const tessapp::internal::screener::meta::SupportEntry& entry) {
         const auto [resolved, isNew] = targets_.try_emplace(entry.symbol, true);
         if (isNew) {
-            // Where the disk fails nothing is known.
-            const auto answer = readOrReport(toUTF8(entry.path + u", " + entry.symbol).value_or("?"), findings_,
-                                             [&] { return std::optional(examined_.resolves(entry.symbol)); });
-            resolved->second = answer.value_or(true);
+            resolved->second = hasCandidate(entry);
         }
         if (!resolved->second) {
             report(Trap::redirectToNothing, entry.path, u", " + entry.symbol);
         }
+    }
+
+    // Where the disk fails nothing is known. That is told once: what fails one target mostly fails them all.
+    bool hasCandidate(const tessapp::internal::screener::meta::SupportEntry& entry) {
+        Findings failures;
+        const auto answer = readOrReport(toUTF8(entry.path + u", " + entry.symbol).value_or("?"), failures,
+                                         [&] { return std::optional(examined_.resolves(entry.symbol)); });
+        if (!answer && !std::exchange(targetFailed_, true)) {
+            findings_.push_back(failures.front());
+        }
+        return answer.value_or(true);
     }
 
     enum class Folder { there, absent, unreadable };
@@ -101,6 +109,7 @@ private:
     std::optional<std::u16string> packages_;
     std::unordered_map<std::string, Folder> folders_;
     std::unordered_map<std::u16string, bool> targets_; // of redirects: whether they have a candidate
+    bool targetFailed_ = false;
 };
 
 } // namespace

@@ -80,8 +80,9 @@ const SessionState& currentSession() {
     return *state;
 }
 
-Session::Session(const std::string& fileOrFolder)
-    : state_(std::make_unique<const SessionState>(readInstallation(fileOrFolder))) {
+Session::Session(const std::string& fileOrFolder) : Session(readInstallation(fileOrFolder)) {}
+
+Session::Session(Installation&& installation) : state_(std::make_unique<const SessionState>(std::move(installation))) {
     const SessionState* none = nullptr;
     if (!current.compare_exchange_strong(none, state_.get())) {
         throw std::logic_error("this process has an open session already: close it before opening another");

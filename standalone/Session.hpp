@@ -9,6 +9,7 @@
 
 namespace tessgen::standalone {
 
+struct Installation;
 struct SessionState;
 
 class Session {
@@ -18,6 +19,8 @@ public:
     // Errors: std::runtime_error, one line: a manifest or a store that is not as it should be;
     // std::logic_error: this process has an open session.
     explicit Session(const std::string& fileOrFolder);
+    // Opens an installation that need not come from a manifest. Not exported: the type is the host's own.
+    explicit Session(Installation&& installation);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
     ~Session();

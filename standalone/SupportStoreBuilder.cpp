@@ -1,19 +1,16 @@
 #include "standalone/SupportStoreBuilder.hpp"
 
 #include "standalone/JsonInput.hpp"
+#include "standalone/LineReader.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/SupportRecords.hpp"
 #include "standalone/SupportStoreWriter.hpp"
 #include "standalone/Text.hpp"
 
 #include <boost/unordered/unordered_flat_map.hpp>
-#include <cerrno>
 #include <cstddef>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -22,54 +19,6 @@
 namespace tessgen::standalone {
 
 namespace {
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-// Reads a file line by line, of whatever length.
-class LineReader {
-public:
-    explicit LineReader(const std::string& file) : file_(file), stream_(std::fopen(file.c_str(), "re"), std::fclose) {
-        if (!stream_) {
-            fail("cannot be opened");
-        }
-    }
-    LineReader(const LineReader&) = delete;
-    LineReader& operator=(const LineReader&) = delete;
-    ~LineReader() { std::free(line_); } // getline allocates it
-
-    // The next line without its end, or nothing at the end of the file; valid until the next call.
-    std::optional<std::string_view> next() {
-        const auto length = getline(&line_, &capacity_, stream_.get());
-        // After an error, getline may return the part of a line that was read before it.
-        if (std::ferror(stream_.get()) != 0 || (length < 0 && std::feof(stream_.get()) == 0)) {
-            fail("cannot be read");
-        }
-        if (length < 0) {
-            return std::nullopt;
-        }
-        ++number_;
-        std::string_view line(line_, static_cast<std::size_t>(length));
-        if (number_ == 1 && line.starts_with(byteOrderMark)) {
-            line.remove_prefix(byteOrderMark.size());
-        }
-        return line.substr(0, line.find_last_not_of("\r\n") + 1);
-    }
-
-    std::uint64_t number() const { return number_; }
-    // How an error names the current line.
-    std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
-
-private:
-    [[noreturn]] void fail(const char* what) const {
-        throw std::runtime_error(file_ + ": " + what + ": " + std::generic_category().message(errno));
-    }
-
-    std::string file_;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
-    char* line_ = nullptr;
-    std::size_t capacity_ = 0;
-    std::uint64_t number_ = 0;
-};
 
 // The files that have a record, kept as hashes of their paths, since the paths themselves may not fit into memory.
 class KnownFiles {
@@ -86,16 +35,6 @@ public:
 private:
     boost::unordered_flat_map<std::size_t, std::uint64_t> lines_;
 };
-
-SupportRecord readRecord(const LineReader& lines, std::string_view line, const std::string& root) {
-    try {
-        return readSupportRecord(line, root);
-    } catch (const JsonSyntaxError& error) {
-        throw std::runtime_error(lines.place() + std::to_string(error.column) + ": " + error.what());
-    } catch (const std::runtime_error& error) {
-        throw std::runtime_error(lines.place() + " " + error.what());
-    }
-}
 
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
@@ -116,7 +55,7 @@ StoreBuildResult buildSupportStore(const std::string& records, const std::string
         if (isBlank(*line)) {
             continue;
         }
-        const auto record = readRecord(lines, *line, root);
+        const auto record = readLine(lines.place(), [&] { return readSupportRecord(*line, root); });
         if (!record.entry.isBuiltin) {
             if (const auto earlier = known.lineOf(record.entry.path, lines.number(), writer)) {
                 throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "

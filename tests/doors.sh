@@ -28,7 +28,7 @@ door host "host/|tessgen/kelwhich/|$host"
 door adaptors "adaptors/|host/|tessgen/kelwhich/|$host"
 door entry "tessgen/kelwhich/|$host"
 door standalone "standalone/|host/Paths|$host"
-door cli 'cli/|standalone/|tessgen/kelwhich/'
+door cli 'cli/|standalone/|tessapp/|tessgen/kelwhich/'
 
 # Public headers know only the standard library and each other.
 if grep -rnE '^ *# *include *<' include | grep -vE '<[a-z_]+>'; then

@@ -9,6 +9,7 @@ add_unit_tests(
   host/ORVAKWhichResolverTest.cpp
   host/PathsTest.cpp
   resolver/ClassificationTest.cpp
+  resolver/ExplanationTest.cpp
   resolver/FailureTest.cpp
   resolver/GatheringTest.cpp
   resolver/LookupTest.cpp

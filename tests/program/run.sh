@@ -10,11 +10,12 @@
 #         a line of its standard output
 #       ! a line of its standard error
 #       = its exit code, when that is not 0
-# The copy's parent folder is written as <tmp>, an escape character as <esc>.
+# "$recordings" is the folder of recordings. The copy's parent folder is written as <tmp>, an escape character as <esc>.
 set -euo pipefail
 
 program=$(realpath "$1")
 session=$(realpath "$2")
+recordings=$(realpath "${BASH_SOURCE[0]%/*}/recordings")
 example=$(realpath "${BASH_SOURCE[0]%/*}/../../examples/installation")
 
 top=$(realpath "$(mktemp -d)")

@@ -14,6 +14,7 @@
 // call is kept, so the next call asks again.
 #pragma once
 
+#include "tessgen/kelwhich/Explanation.hpp"
 #include "tessgen/kelwhich/FileSystem.hpp"
 #include "tessgen/kelwhich/MetadataResolver.hpp"
 #include "tessgen/kelwhich/WhichResolver.hpp"
@@ -83,8 +84,20 @@ public:
     // target by target, then its own. A target's own redirects are not followed.
     std::vector<WhichResult> resolve(const std::u16string& name) const;
 
+    // What `resolve` answers, with the reasons. Asks the collaborators what `resolve` asks, in the same order.
+    Explanation explain(const std::u16string& name) const;
+
 private:
-    const std::vector<std::u16string>& hostSourceCodeDirs() const;
+    struct Gathered;
+    struct OwnershipVerdict;
+    struct SupportVerdict;
+    struct RecordingJudge;
+
+    KELWHICH_NO_EXPORT const std::vector<std::u16string>& hostSourceCodeDirs() const;
+    KELWHICH_NO_EXPORT OwnershipVerdict ownershipOf(const WhichResult& result) const;
+    KELWHICH_NO_EXPORT SupportVerdict supportOf(const WhichResult& result, const std::u16string& name) const;
+    KELWHICH_NO_EXPORT std::vector<Gathered> gather(const std::u16string& name) const;
+    KELWHICH_NO_EXPORT Explanation::Resolution explainWithoutRedirect(const std::u16string& name) const;
 
     std::unique_ptr<WhichResolver> which_;
     std::unique_ptr<MetadataResolver> metadata_;

@@ -1,0 +1,54 @@
+#include "cli/Resolver.hpp"
+
+#include "cli/Manifest.hpp"
+#include "cli/Recording.hpp"
+#include "cli/Replay.hpp"
+#include "standalone/Installation.hpp"
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+#include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
+#include "tessgen/kelwhich/RealFileSystem.hpp"
+#include "tessgen/kelwhich/ScreenerMetadataResolver.hpp"
+
+#include <memory>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+// All that a resolver asks of a session itself is where source code lies below the root.
+standalone::Installation installationOf(const Replay& replay) {
+    standalone::Installation installation;
+    installation.root = "/"; // a folder on every machine; the root itself is a question that was recorded
+    installation.sourceCode = replay.sourceCode();
+    return installation;
+}
+
+Collaborators realCollaborators() {
+    return {std::make_unique<kelwhich::ORVAKWhichResolver>(), std::make_unique<kelwhich::ScreenerMetadataResolver>(),
+            std::make_unique<kelwhich::RealFileSystem>()};
+}
+
+// As kelwhich::kelwhich puts them together.
+kelwhich::KELWhichResolver resolverOver(Collaborators of) {
+    return {std::move(of.which), std::move(of.metadata),
+            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(of.fileSystem))};
+}
+
+} // namespace
+
+Resolver::Resolver(const Request& request)
+    : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr),
+      session_(replay_ ? standalone::Session(installationOf(*replay_)) : standalone::Session(findManifest(request))),
+      recording_(request.record ? std::make_shared<Recording>(*request.record) : nullptr),
+      resolver_(resolverOver(replay_      ? replayed(replay_)
+                             : recording_ ? recorded(realCollaborators(), recording_)
+                                          : realCollaborators())) {}
+
+void Resolver::keepRecording() const {
+    if (recording_) {
+        recording_->write();
+    }
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,45 @@
+// The resolver that answers the names of one request: from the installation that the request speaks of, which may be
+// recorded, or from a recording.
+//
+// Threads: those of KELWhichResolver over such collaborators.
+// Lifetime: the installation stays open, and answers of the disk are remembered, as long as this lives.
+#pragma once
+
+#include "cli/CommandLine.hpp"
+#include "standalone/Session.hpp"
+#include "tessgen/kelwhich/KELWhichResolver.hpp"
+
+#include <memory>
+
+namespace tessgen::cli {
+
+class Recording;
+class Replay;
+
+class Resolver {
+public:
+    // Opens what the request speaks of.
+    // Errors: those of `findManifest`, of Session, of Recording and of Replay.
+    explicit Resolver(const Request& request);
+    Resolver(const Resolver&) = delete;
+    Resolver& operator=(const Resolver&) = delete;
+    ~Resolver() = default;
+
+    const kelwhich::KELWhichResolver& operator*() const { return resolver_; }
+    const kelwhich::KELWhichResolver* operator->() const { return &resolver_; }
+
+    // True when a recording answers: the disk and the open installation then say nothing about the names.
+    bool isReplayed() const { return replay_ != nullptr; }
+
+    // Writes the recording, if one is made: to be called when all was asked, whether or not it could be answered.
+    // Errors: those of Recording.
+    void keepRecording() const;
+
+private:
+    std::shared_ptr<const Replay> replay_;
+    standalone::Session session_;
+    std::shared_ptr<Recording> recording_;
+    kelwhich::KELWhichResolver resolver_;
+};
+
+} // namespace tessgen::cli

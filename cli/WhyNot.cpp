@@ -1,0 +1,136 @@
+#include "cli/WhyNot.hpp"
+
+#include "cli/Names.hpp"
+#include "cli/Reasons.hpp"
+#include "standalone/NotFound.hpp"
+#include "standalone/PathText.hpp"
+#include "standalone/SessionState.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <compare>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+using kelwhich::Explanation;
+using Candidate = Explanation::Candidate;
+using Resolution = Explanation::Resolution;
+
+// The texts that a candidate's path may be when a person means `path`.
+std::vector<std::u16string> readings(const std::string& path) {
+    std::vector<std::u16string> texts = {nameIn(path)};
+    std::error_code unknown;
+    const auto folder = std::filesystem::current_path(unknown);
+    if (!path.starts_with('/') && !unknown) {
+        texts.push_back(nameIn(standalone::absolutePath(path, folder.string())));
+    }
+    return texts;
+}
+
+class Question {
+public:
+    Question(const std::string& path, const Explanation& explanation, const Resolver& resolver)
+        : explanation_(explanation), resolver_(resolver),
+          texts_(readings(path)), answer_{path, WhyNot::Place::absent, {}, {}, {}} {}
+
+    WhyNot answer() {
+        for (const auto& resolution : explanation_.resolutions) {
+            const auto& candidates = resolution.candidates;
+            const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                            [this](const Candidate& c) { return isMeant(c.result.path); });
+            if (found != candidates.end()) {
+                compareWithFirst(resolution, *found);
+                return answer_;
+            }
+        }
+        for (const auto& resolution : explanation_.resolutions) {
+            for (const auto& dropped : resolution.dropped) {
+                if (isMeant(dropped.result.path)) {
+                    answer_.place = WhyNot::Place::dropped;
+                    add(fmt::format("it was left out as {}: {}", sourceWords(dropped.source), dropWords(dropped.rule)));
+                    return answer_;
+                }
+            }
+        }
+        explainAbsence();
+        return answer_;
+    }
+
+private:
+    bool isMeant(const std::u16string& path) const {
+        return std::find(texts_.begin(), texts_.end(), path) != texts_.end();
+    }
+
+    void add(std::string words, std::optional<Explanation::Key> key = std::nullopt) {
+        answer_.obstacles.push_back({key, std::move(words)});
+    }
+
+    void compareWithFirst(const Resolution& own, const Candidate& candidate) {
+        answer_.rank = candidate.rank;
+        answer_.place = candidate.rank == 1 ? WhyNot::Place::first : WhyNot::Place::behind;
+        if (candidate.rank == 1) {
+            return;
+        }
+        for (const auto& resolution : explanation_.resolutions) {
+            if (&resolution == &own) {
+                break;
+            }
+            if (!resolution.candidates.empty()) {
+                add(fmt::format("a record redirects {} to {}, whose candidates come first", inUTF8(explanation_.name),
+                                inUTF8(resolution.name)));
+            }
+        }
+        const auto& first = own.candidates.front();
+        if (&first != &candidate) {
+            compareKeys(first, candidate, inUTF8(own.name));
+        }
+    }
+
+    void compareKeys(const Candidate& first, const Candidate& candidate, const std::string& name) {
+        for (const auto key : Explanation::keys) {
+            const auto order = Explanation::compare(key, first, candidate);
+            if (order == std::strong_ordering::greater) {
+                answer_.turns = reason(key, candidate, "it", name);
+                return;
+            }
+            if (order == std::strong_ordering::less) {
+                add(fmt::format("{}, while {}", reason(key, candidate, "it", name),
+                                reason(key, first, inUTF8(first.result.path), name)),
+                    key);
+            }
+        }
+    }
+
+    void explainAbsence() {
+        const auto record = resolver_->findByPath(texts_.back());
+        add(record ? fmt::format("its support record is not found under {}; the record's own symbol is {}",
+                                 inUTF8(explanation_.name), inUTF8(record->symbol))
+                   : "it has no support record");
+        if (resolver_.isReplayed()) {
+            return;
+        }
+        const auto& session = standalone::currentSession();
+        for (auto& why : standalone::whyNotFound(inUTF8(texts_.back()), explanation_.name, session)) {
+            add(std::move(why));
+        }
+    }
+
+    const Explanation& explanation_;
+    const Resolver& resolver_;
+    std::vector<std::u16string> texts_;
+    WhyNot answer_;
+};
+
+} // namespace
+
+WhyNot whyNot(const std::string& path, const Explanation& explanation, const Resolver& resolver) {
+    return Question(path, explanation, resolver).answer();
+}
+
+} // namespace tessgen::cli
