@@ -1,5 +1,7 @@
 #include "cli/CommandLine.hpp"
 
+#include "standalone/Text.hpp"
+
 #include <fmt/format.h>
 
 #include <getopt.h>
@@ -144,8 +146,15 @@ private:
             refuse(fmt::format("--replay needs no installation and makes no recording: leave out --replay or --{}",
                                request_.installation ? "installation" : "record"));
         }
+        checkWhich();
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
+        if (request_.from) {
+            if (given > 0) {
+                refuse("names on the command line and --from exclude each other");
+            }
+            return;
+        }
         if (given == 0 && (takes == Operands::names || takes == Operands::one)) {
             refuse(fmt::format("{} is missing", command_->operands));
         }
@@ -154,6 +163,19 @@ private:
         }
         if (given > 1 && takes != Operands::names) {
             refuse(fmt::format("'{}' takes one {}, not {}", command_->words(), command_->operands, given));
+        }
+    }
+
+    void checkWhich() const {
+        std::vector<std::string> forms; // of which one can be written
+        for (const auto& [isAsked, name] :
+             {std::pair(request_.json, "--json"), {request_.null, "--null"}, {request_.quiet, "--quiet"}}) {
+            if (isAsked) {
+                forms.emplace_back(name);
+            }
+        }
+        if (forms.size() > 1) {
+            refuse(fmt::format("{} exclude each other", fmt::join(forms, " and ")));
         }
     }
 
@@ -166,6 +188,20 @@ private:
 };
 
 } // namespace
+
+void addRequirements(Requirement& requirement, std::string_view words) {
+    for (const auto& word : standalone::split(words, ',')) {
+        if (word == "user") {
+            requirement.user = true;
+        } else if (word == "supported") {
+            requirement.supported = true;
+        } else if (word == "single") {
+            requirement.single = true;
+        } else {
+            refuse(fmt::format("--require knows user, supported and single, not '{}'", word));
+        }
+    }
+}
 
 Request readCommandLine(int count, char** words) {
     return CommandLineReader(count, words).read();

@@ -7,13 +7,19 @@ namespace tessgen::cli {
 
 enum ExitCode {
     exitYes = 0,     // every name has a candidate; what was asked for is done
-    exitNo = 1,      // a name has no candidate; the doctor has findings
+    exitNo = 1,      // a name has no candidate, or is not as required; the doctor has findings
     exitNothing = 2, // nothing could be answered or done
     exitPartly = 3,  // a name was refused or failed, others were answered
 };
 
 // Writes the candidates of every name to standard output, all at once after the last was answered.
 int which(const Request& request);
+
+// Writes the candidates of every name of a file as they are answered, all from one view of the disk.
+int whichFrom(const Request& request);
+
+// Answers the names on standard input, each as it comes, looking at the disk anew.
+int batch(const Request& request);
 
 // Writes why the candidates of every name stand as they do, all at once.
 int explain(const Request& request);

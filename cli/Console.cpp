@@ -55,13 +55,26 @@ void writeOut(std::string_view text) {
     }
 }
 
+void writeStatus(std::string_view text) {
+    writeAll(STDERR_FILENO, text);
+}
+
 void complain(std::string_view message) {
     writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
 }
 
+bool outputIsTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+bool statusIsShown() {
+    const auto terminal = environment("TERM");
+    return isatty(STDERR_FILENO) == 1 && !outputIsTerminal() && !terminal.empty() && terminal != "dumb";
+}
+
 bool outputIsColoured() {
     const auto terminal = environment("TERM");
-    return isatty(STDOUT_FILENO) == 1 && environment("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
+    return outputIsTerminal() && environment("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
 }
 
 std::string environment(const char* name) {

@@ -14,8 +14,16 @@ void prepareStreams();
 // Errors: std::runtime_error when not all of it could be written.
 void writeOut(std::string_view text);
 
+// Writes `text` to standard error, as it is. Nobody is left to be told when that fails.
+void writeStatus(std::string_view text);
+
 // One line on standard error, escaped. Nobody is left to be told when that fails.
 void complain(std::string_view message);
+
+bool outputIsTerminal();
+
+// True when standard error is a terminal that can rewrite a line, and the answers do not go to a terminal as well.
+bool statusIsShown();
 
 // True for a terminal that may show colours and whose user did not ask for none.
 bool outputIsColoured();

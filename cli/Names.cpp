@@ -12,9 +12,18 @@
 
 namespace tessgen::cli {
 
-std::u16string nameIn(const std::string& word) {
+namespace {
+
+constexpr std::size_t longestShown = 200; // bytes of a name in a complaint
+
+} // namespace
+
+std::u16string nameIn(std::string_view word) {
     if (word.empty()) {
         throw std::runtime_error("refused, a name cannot be empty");
+    }
+    if (word.find('\0') != std::string_view::npos) {
+        throw std::runtime_error("refused, a name cannot hold a NUL");
     }
     auto name = standalone::toUTF16(word);
     if (!name) {
@@ -31,10 +40,17 @@ std::string inUTF8(const std::u16string& text) {
     return *std::move(converted);
 }
 
-void Tally::addAnswer(const std::string& name, bool hasCandidates) {
+void Tally::addAnswer(std::string_view name, bool hasCandidates, std::string_view shortfall) {
     ++answered_;
-    if (!hasCandidates && ++empty_ == 1) {
-        firstEmpty_ = name;
+    if (hasCandidates && shortfall.empty()) {
+        return;
+    }
+    ++(hasCandidates ? short_ : empty_);
+    if (firstReason_.empty()) {
+        const auto shown =
+            name.size() <= longestShown ? fmt::format("'{}'", name) : fmt::format("a name of {} bytes", name.size());
+        firstReason_ =
+            hasCandidates ? fmt::format("{} {}", shown, shortfall) : fmt::format("no candidate for {}", shown);
     }
 }
 
@@ -43,19 +59,23 @@ void Tally::addFailure(const std::string& name, const std::exception& error) {
     complain(fmt::format("'{}': {}", name, reasonOf(error)));
 }
 
-int Tally::exitCode() const {
-    const auto asked = answered_ + failed_;
+int Tally::exitCode(bool isQuiet) const {
     if (failed_ > 0) {
-        if (asked > 1) {
-            complain(fmt::format("{} of {} names not answered", failed_, asked));
+        if (asked() > 1) {
+            complain(fmt::format("{} of {} names not answered", failed_, asked()));
         }
         return answered_ == 0 ? exitNothing : exitPartly;
     }
-    if (empty_ == 0) {
+    if (empty_ + short_ == 0) {
         return exitYes;
     }
-    complain(empty_ == 1 ? fmt::format("no candidate for '{}'", firstEmpty_)
-                         : fmt::format("no candidate for {} of {} names", empty_, asked));
+    if (!isQuiet) {
+        complain(empty_ + short_ == 1 ? firstReason_
+                 : short_ == 0        ? fmt::format("no candidate for {} of {} names", empty_, asked())
+                 : empty_ == 0        ? fmt::format("{} of {} names are not as required", short_, asked())
+                               : fmt::format("no candidate for {} of {} names, and {} are not as required", empty_,
+                                             asked(), short_));
+    }
     return exitNo;
 }
 

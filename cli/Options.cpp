@@ -48,6 +48,8 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
      "the candidates of each name (the word \"which\" may be left out)"},
     {Action::explain, "explain", "", "NAME...", Operands::names, "why the candidates of each name stand as they do"},
+    {Action::batch, "batch", "", "", Operands::none,
+     "the candidates of each name on standard input, line by line, answered at once"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
      "the support store, from a file with a JSON record on each line"},
     {Action::doctor, "doctor", "", "", Operands::none, "what is wrong with the installation, and what to do"},
@@ -56,8 +58,20 @@ constexpr auto commands = std::to_array<CommandRow>({
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand, "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, asksNames | bit(Action::doctor), "one JSON document instead of text",
+    {"json", 'j', nullptr, asksNames | bit(Action::batch) | bit(Action::doctor),
+     "JSON instead of text: one document; with --from, and for batch, a line for each name",
      [](Request& request, const char*) { request.json = true; }},
+    {"from", 'f', "FILE", bit(Action::which), "the names are the lines of a file, or of standard input when it is -",
+     [](Request& request, const char* argument) { request.from = argument; }},
+    {"first", 0, nullptr, bit(Action::which) | bit(Action::batch), "only the preferred candidate of each name",
+     [](Request& request, const char*) { request.first = true; }},
+    {"null", '0', nullptr, bit(Action::which), "only the paths of files, as they are, each ended by a NUL",
+     [](Request& request, const char*) { request.null = true; }},
+    {"quiet", 'q', nullptr, bit(Action::which), "no output: the exit code alone",
+     [](Request& request, const char*) { request.quiet = true; }},
+    {"require", 0, "WORD,...", bit(Action::which),
+     "exit code 1 unless the preferred candidate is user or supported, or the only one (single)",
+     [](Request& request, const char* argument) { addRequirements(request.require, argument); }},
     {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"output", 'o', "FILE", bit(Action::storeBuild),
@@ -96,8 +110,9 @@ std::string helpText() {
             "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest\n"
             "installation.json in the working folder or above.\n"
             "\n"
-            "Exit codes: 0 every name has a candidate, 1 some name has none, 2 nothing could be answered,\n"
-            "3 some names were answered and others not. doctor: 0 no findings, 1 findings, 2 broken.\n";
+            "Exit codes: 0 every name has a candidate, 1 some name has none or is not as required,\n"
+            "2 nothing could be answered, 3 some names were answered and others not.\n"
+            "doctor: 0 no findings, 1 findings, 2 nothing could be looked at.\n";
     return text;
 }
 

@@ -9,7 +9,7 @@ namespace tessgen::cli {
 
 struct Request;
 
-enum class Action : unsigned { which, explain, storeBuild, doctor, help, version };
+enum class Action : unsigned { which, explain, batch, storeBuild, doctor, help, version };
 
 constexpr unsigned bit(Action action) {
     return 1U << static_cast<unsigned>(action);

@@ -29,21 +29,25 @@ Collaborators realCollaborators() {
             std::make_unique<kelwhich::RealFileSystem>()};
 }
 
-// As kelwhich::kelwhich puts them together.
-kelwhich::KELWhichResolver resolverOver(Collaborators of) {
-    return {std::move(of.which), std::move(of.metadata),
-            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(of.fileSystem))};
-}
-
 } // namespace
 
-Resolver::Resolver(const Request& request)
+Resolver::Resolver(const Request& request, standalone::View view)
     : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr),
-      session_(replay_ ? standalone::Session(installationOf(*replay_)) : standalone::Session(findManifest(request))),
-      recording_(request.record ? std::make_shared<Recording>(*request.record) : nullptr),
-      resolver_(resolverOver(replay_      ? replayed(replay_)
-                             : recording_ ? recorded(realCollaborators(), recording_)
-                                          : realCollaborators())) {}
+      session_(replay_ ? standalone::Session(installationOf(*replay_))
+                       : standalone::Session(findManifest(request), view)),
+      recording_(request.record ? std::make_shared<Recording>(*request.record) : nullptr) {
+    forget();
+}
+
+// As kelwhich::kelwhich puts them together.
+void Resolver::forget() {
+    Collaborators of = replay_      ? replayed(replay_)
+                       : recording_ ? recorded(realCollaborators(), recording_)
+                                    : realCollaborators();
+    resolver_ = std::make_unique<const kelwhich::KELWhichResolver>(
+        std::move(of.which), std::move(of.metadata),
+        std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(of.fileSystem)));
+}
 
 void Resolver::keepRecording() const {
     if (recording_) {

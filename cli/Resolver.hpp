@@ -20,13 +20,16 @@ class Resolver {
 public:
     // Opens what the request speaks of.
     // Errors: those of `findManifest`, of Session, of Recording and of Replay.
-    explicit Resolver(const Request& request);
+    explicit Resolver(const Request& request, standalone::View view = standalone::View::live);
     Resolver(const Resolver&) = delete;
     Resolver& operator=(const Resolver&) = delete;
     ~Resolver() = default;
 
-    const kelwhich::KELWhichResolver& operator*() const { return resolver_; }
-    const kelwhich::KELWhichResolver* operator->() const { return &resolver_; }
+    const kelwhich::KELWhichResolver& operator*() const { return *resolver_; }
+    const kelwhich::KELWhichResolver* operator->() const { return resolver_.get(); }
+
+    // Drops what was remembered of the disk, so that it is looked at anew.
+    void forget();
 
     // True when a recording answers: the disk and the open installation then say nothing about the names.
     bool isReplayed() const { return replay_ != nullptr; }
@@ -39,7 +42,7 @@ private:
     std::shared_ptr<const Replay> replay_;
     standalone::Session session_;
     std::shared_ptr<Recording> recording_;
-    kelwhich::KELWhichResolver resolver_;
+    std::unique_ptr<const kelwhich::KELWhichResolver> resolver_;
 };
 
 } // namespace tessgen::cli

@@ -14,7 +14,9 @@ using namespace tessgen::cli;
 int run(const Request& request) {
     switch (request.action) {
     case Action::which:
-        return which(request);
+        return request.from ? whichFrom(request) : which(request);
+    case Action::batch:
+        return batch(request);
     case Action::explain:
         return explain(request);
     case Action::storeBuild:

@@ -29,7 +29,7 @@ Arrays callWhichString(const Arrays& arguments) {
 
     std::vector<std::u16string> lines;
     std::vector<std::u16string> partners;
-    for (auto& place : currentSession().search.find(name)) {
+    for (auto& place : currentSession().find(name)) {
         lines.push_back(std::move(place.line));
         partners.push_back(std::move(place.partner));
     }

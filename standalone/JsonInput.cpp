@@ -1,8 +1,9 @@
 #include "standalone/JsonInput.hpp"
 
+#include "standalone/Text.hpp"
+
 #include <algorithm>
 #include <cstdint>
-#include <numeric>
 #include <set>
 #include <utility>
 #include <vector>
@@ -32,21 +33,6 @@ JsonSyntaxError syntaxError(std::string_view text, const json::parse_error& erro
     const auto line = std::count(before.begin(), before.end(), '\n') + 1;
     const auto column = before.size() - (before.rfind('\n') + 1) + 1;
     return {"not valid JSON: " + detailOf(error), static_cast<std::size_t>(line), column};
-}
-
-// How many letters must be changed, added or taken out to get from one text to the other.
-std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
 }
 
 std::string inQuotes(std::string_view key) {

@@ -2,8 +2,11 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <poll.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -13,10 +16,16 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 } // namespace
 
-LineReader::LineReader(const std::string& file) : file_(file), stream_(std::fopen(file.c_str(), "re"), std::fclose) {
+LineReader::LineReader(std::string file, Stream stream) : file_(std::move(file)), stream_(std::move(stream)) {
     if (!stream_) {
         fail("cannot be opened");
     }
+}
+
+LineReader::LineReader(const std::string& file) : LineReader(file, {std::fopen(file.c_str(), "re"), std::fclose}) {}
+
+LineReader LineReader::ofStandardInput() {
+    return {"standard input", {stdin, [](std::FILE*) { return 0; }}};
 }
 
 LineReader::~LineReader() {
@@ -38,6 +47,17 @@ std::optional<std::string_view> LineReader::next() {
         line.remove_prefix(byteOrderMark.size());
     }
     return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
+std::optional<std::uint64_t> LineReader::size() const {
+    struct stat status {};
+    const bool isKnown = fstat(fileno(stream_.get()), &status) == 0 && S_ISREG(status.st_mode);
+    return isKnown ? std::optional(static_cast<std::uint64_t>(status.st_size)) : std::nullopt;
+}
+
+bool LineReader::mayWait() const {
+    pollfd readable{fileno(stream_.get()), POLLIN, 0};
+    return poll(&readable, 1, 0) == 0;
 }
 
 void LineReader::fail(const char* what) const {

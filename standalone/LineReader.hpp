@@ -15,6 +15,7 @@ class LineReader {
 public:
     // Errors, here and in `next`: std::runtime_error with one line that names the file and the cause.
     explicit LineReader(const std::string& file);
+    static LineReader ofStandardInput();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
     ~LineReader();
@@ -23,15 +24,24 @@ public:
     // at the end of the file. Valid until the next call.
     std::optional<std::string_view> next();
 
+    // The file's size in bytes; nothing when it is no regular file, and so has none that is known.
+    std::optional<std::uint64_t> size() const;
+    // Whether `next` may have to wait for what is not there yet.
+    bool mayWait() const;
+
     std::uint64_t number() const { return number_; } // of the current line, counted from 1
     // How an error names the current line: "FILE:NUMBER:".
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
+    using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+    LineReader(std::string file, Stream stream);
+
     [[noreturn]] void fail(const char* what) const;
 
     std::string file_;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream_;
+    Stream stream_;
     char* line_ = nullptr;
     std::size_t capacity_ = 0;
     std::uint64_t number_ = 0;

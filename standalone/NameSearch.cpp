@@ -1,6 +1,7 @@
 #include "standalone/NameSearch.hpp"
 
 #include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>
@@ -26,26 +27,6 @@ const Entry* findEntry(const Entries& entries, std::string_view name) {
     const auto position =
         std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.name == name; });
     return position == entries.end() ? nullptr : &*position;
-}
-
-// The entries of class folders but for `symbolClassFolder`, in code-unit order, without those whose names are not
-// UTF-8.
-std::vector<const Entry*> otherClassFolders(const Entries& entries, std::string_view symbolClassFolder) {
-    std::vector<std::pair<std::u16string, const Entry*>> keyed;
-    for (const Entry& entry : entries) {
-        if (entry.name.starts_with('@') && entry.name != symbolClassFolder) {
-            if (auto key = toUTF16(entry.name)) {
-                keyed.emplace_back(std::move(*key), &entry);
-            }
-        }
-    }
-    std::sort(keyed.begin(), keyed.end());
-    std::vector<const Entry*> sorted;
-    sorted.reserve(keyed.size());
-    for (const auto& [key, entry] : keyed) {
-        sorted.push_back(entry);
-    }
-    return sorted;
 }
 
 // The files of one symbol, plain or with packages before it. A folder is listed once, and only when the folder above
@@ -77,8 +58,10 @@ private:
         });
         addFilesBelow(folder, findEntry(entries, classFolder_), places);
         addFiles(folder, entries, places);
-        for (const Entry* entry : otherClassFolders(entries, classFolder_)) {
-            addFilesBelow(folder, entry, places);
+        for (const Entry* entry : classFolders(entries)) {
+            if (entry->name != classFolder_) {
+                addFilesBelow(folder, entry, places);
+            }
         }
         addFilesBelow(folder, findEntry(entries, "private"), places);
     }
@@ -87,7 +70,7 @@ private:
         for (std::size_t depth = 0; depth + 1 < packages_.size(); ++depth) {
             const std::string package = "+" + packages_[depth];
             const Entries entries = list(folder, [&](std::string_view name) { return name == package; });
-            if (!leadsTo(Kind::folder, folder, findEntry(entries, package))) {
+            if (!leadsTo(Kind::folder, files_, folder, findEntry(entries, package))) {
                 return;
             }
             folder = joinPath(folder, package);
@@ -96,7 +79,7 @@ private:
         const std::string classFolder = "@" + packages_.back();
         const Entries entries =
             list(folder, [&](std::string_view name) { return name == package || name == classFolder; });
-        if (leadsTo(Kind::folder, folder, findEntry(entries, package))) {
+        if (leadsTo(Kind::folder, files_, folder, findEntry(entries, package))) {
             searchPackage(joinPath(folder, package), places);
         }
         addFilesBelow(folder, findEntry(entries, classFolder), places);
@@ -111,7 +94,7 @@ private:
 
     // The symbol's files in the folder that an entry of `folder` (or none) leads to.
     void addFilesBelow(const std::string& folder, const Entry* entry, Places& places) const {
-        if (leadsTo(Kind::folder, folder, entry)) {
+        if (leadsTo(Kind::folder, files_, folder, entry)) {
             const std::string below = joinPath(folder, entry->name);
             addFiles(below, list(below, [this](std::string_view name) { return isFileName(name); }), places);
         }
@@ -119,7 +102,7 @@ private:
 
     void addFiles(const std::string& folder, const Entries& entries, Places& places) const {
         for (const std::string& fileName : fileNames_) {
-            if (leadsTo(Kind::file, folder, findEntry(entries, fileName))) {
+            if (leadsTo(Kind::file, files_, folder, findEntry(entries, fileName))) {
                 addFile(joinPath(folder, fileName), places);
             }
         }
@@ -131,14 +114,6 @@ private:
 
     bool isFileName(std::string_view name) const {
         return std::find(fileNames_.begin(), fileNames_.end(), name) != fileNames_.end();
-    }
-
-    // Whether an entry of `folder`, or none, is of that kind when links are followed.
-    bool leadsTo(Kind kind, const std::string& folder, const Entry* entry) const {
-        if (entry == nullptr || entry->kind != Kind::link) {
-            return entry != nullptr && entry->kind == kind;
-        }
-        return files_.kindOf(joinPath(folder, entry->name)) == kind;
     }
 
     const FileTree& files_;
@@ -179,7 +154,12 @@ void addSymbolFiles(std::string_view name, const Installation& installation, con
     }
 }
 
-void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins, Places& places) {
+} // namespace
+
+void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins, std::vector<FoundPlace>& places) {
+    if (name.find(u'.') != std::u16string_view::npos) {
+        return;
+    }
     for (const Builtin& builtin : builtins) {
         if (builtin.name == name && builtin.className.empty()) {
             places.push_back({u"built-in (" + builtin.name + u")", {}});
@@ -192,8 +172,6 @@ void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins,
         }
     }
 }
-
-} // namespace
 
 NameSearch::NameSearch(const Installation& installation, const FileTree& files)
     : installation_(&installation), files_(&files) {}
@@ -208,7 +186,7 @@ std::vector<FoundPlace> NameSearch::find(std::u16string_view name) const {
             addSymbolFiles(*text, *installation_, *files_, places);
         }
     }
-    if (!isPath && name.find(u'.') == std::u16string_view::npos) {
+    if (!isPath) {
         addBuiltins(name, installation_->builtins, places);
     }
     return places;

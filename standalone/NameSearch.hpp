@@ -38,4 +38,7 @@ private:
     const FileTree* files_;
 };
 
+// Adds those of `builtins` that have the name, functions before methods and constructors; none of a dotted name.
+void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins, std::vector<FoundPlace>& places);
+
 } // namespace tessgen::standalone

@@ -30,7 +30,7 @@ std::string whyPassedOver(const std::u16string& path, std::u16string_view name) 
 std::vector<std::string> whyNotFound(const std::string& path, std::u16string_view name, const SessionState& session) {
     const auto& installation = session.installation;
     const auto units = toUTF16(path).value_or(std::u16string());
-    const auto found = session.search.find(name);
+    const auto found = session.find(name);
     if (std::any_of(found.begin(), found.end(), [&](const FoundPlace& place) { return place.line == units; })) {
         return {};
     }

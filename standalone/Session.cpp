@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -67,10 +68,18 @@ std::optional<SupportStore> openStore(const Installation& installation) {
 
 } // namespace
 
-SessionState::SessionState(Installation opened)
+SessionState::SessionState(Installation opened, View view)
     : installation(withRoots(std::move(opened))), search(installation, files), store(openStore(installation)),
       root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
-      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {}
+      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
+    if (view == View::fixed) {
+        fixedSearch.emplace(installation, files);
+    }
+}
+
+std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
+    return fixedSearch ? fixedSearch->find(name) : search.find(name);
+}
 
 const SessionState& currentSession() {
     const auto* state = current.load();
@@ -80,9 +89,10 @@ const SessionState& currentSession() {
     return *state;
 }
 
-Session::Session(const std::string& fileOrFolder) : Session(readInstallation(fileOrFolder)) {}
+Session::Session(const std::string& fileOrFolder, View view) : Session(readInstallation(fileOrFolder), view) {}
 
-Session::Session(Installation&& installation) : state_(std::make_unique<const SessionState>(std::move(installation))) {
+Session::Session(Installation&& installation, View view)
+    : state_(std::make_unique<const SessionState>(std::move(installation), view)) {
     const SessionState* none = nullptr;
     if (!current.compare_exchange_strong(none, state_.get())) {
         throw std::logic_error("this process has an open session already: close it before opening another");

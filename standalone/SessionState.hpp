@@ -4,25 +4,32 @@
 #pragma once
 
 #include "standalone/FileTree.hpp"
+#include "standalone/FixedSearch.hpp"
 #include "standalone/Installation.hpp"
 #include "standalone/NameSearch.hpp"
+#include "standalone/Session.hpp"
 #include "standalone/SupportStore.hpp"
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
 
 struct SessionState {
-    explicit SessionState(Installation opened);
+    SessionState(Installation opened, View view);
     SessionState(const SessionState&) = delete;
     SessionState& operator=(const SessionState&) = delete;
     ~SessionState() = default;
 
+    // The places of a name, as NameSearch has them, in the session's view of the disk.
+    std::vector<FoundPlace> find(std::u16string_view name) const;
+
     const Installation installation;
     const RealFileTree files;
-    const NameSearch search;
+    const NameSearch search;                // in the live view
+    std::optional<FixedSearch> fixedSearch; // when the view is fixed
     const std::optional<SupportStore> store;
 
     // The installation's folders as the services hand them out, in UTF-16.

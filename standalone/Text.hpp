@@ -3,6 +3,7 @@
 // Threads: any.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,5 +19,8 @@ std::optional<std::string> toUTF8(std::u16string_view text);
 
 // The parts between separators, empty ones included; at least one.
 std::vector<std::string> split(std::string_view text, char separator);
+
+// How many bytes must be changed, added or taken out to get from one text to the other.
+std::size_t distance(std::string_view from, std::string_view to);
 
 } // namespace tessgen::standalone

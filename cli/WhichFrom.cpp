@@ -1,0 +1,130 @@
+#include "cli/Answering.hpp"
+#include "cli/Commands.hpp"
+#include "cli/Console.hpp"
+#include "cli/Names.hpp"
+#include "cli/Progress.hpp"
+#include "cli/Reason.hpp"
+#include "cli/Render.hpp"
+#include "cli/Resolver.hpp"
+#include "standalone/LineReader.hpp"
+
+#include <fmt/format.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using standalone::LineReader;
+
+class NamesOfFile {
+public:
+    NamesOfFile(const Request& request, LineReader& lines)
+        : request_(request), lines_(lines), resolver_(request, standalone::View::fixed), progress_(lines.size()) {}
+
+    int answerAll() {
+        while (const auto line = nextLine()) {
+            bytes_ += line->size() + 1;
+            answer(*line);
+            if (out_.size() >= blockSize) {
+                flush();
+            }
+            progress_.show(tally_.asked(), bytes_);
+        }
+        progress_.clear();
+        flush();
+        resolver_.keepRecording();
+        return tally_.exitCode(request_.quiet);
+    }
+
+private:
+    struct Kept {
+        std::string text;
+        bool hasCandidates;
+        std::string shortfall;
+    };
+    static constexpr std::size_t blockSize = std::size_t{1} << 16U;
+    static constexpr std::size_t mostKept = std::size_t{1} << 28U;
+
+    // What is answered is written before more names are waited for.
+    std::optional<std::string_view> nextLine() {
+        if (!out_.empty() && !lines_.size() && lines_.mayWait()) {
+            flush();
+        }
+        return lines_.next();
+    }
+
+    void answer(std::string_view name) {
+        const auto known = kept_.find(std::string(name));
+        if (known != kept_.end()) {
+            add(name, known->second);
+            return;
+        }
+        try {
+            auto answer = answerTo(name, *resolver_);
+            Kept made{"", !answer.candidates.empty(), shortfallOf(answer, request_.require)};
+            keepWanted(answer, request_);
+            made.text = rendered(answer);
+            add(name, made);
+            if (keptBytes_ < mostKept) {
+                keptBytes_ += name.size() + made.text.size();
+                kept_.emplace(name, std::move(made));
+            }
+        } catch (const std::exception& error) {
+            progress_.clear();
+            complain(fmt::format("{} {}", lines_.place(), reasonOf(error)));
+            tally_.addFailure();
+        }
+    }
+
+    std::string rendered(const Answer& answer) const {
+        return request_.quiet  ? ""
+               : request_.json ? asJSONLine(answer)
+               : request_.null ? asPaths(answer)
+                               : asText(answer, isColoured_);
+    }
+
+    void add(std::string_view name, const Kept& answered) {
+        tally_.addAnswer(name, answered.hasCandidates, answered.shortfall);
+        const bool isText = !request_.quiet && !request_.json && !request_.null;
+        out_.append(isText && hasWritten_ ? "\n" : "").append(answered.text);
+        hasWritten_ = true;
+    }
+
+    void flush() {
+        writeOut(out_);
+        out_.clear();
+    }
+
+    const Request& request_;
+    LineReader& lines_;
+    const Resolver resolver_;
+    Progress progress_;
+    const bool isColoured_ = outputIsColoured();
+    Tally tally_;
+    std::string out_;
+    bool hasWritten_ = false;
+    std::uint64_t bytes_ = 0;
+    // Key: the name. Kept: its answer as it is written, since nothing changes in a fixed view. Never kept: a failure.
+    // Growth: until `mostKept` bytes are held. Dropped: with the object.
+    std::unordered_map<std::string, Kept> kept_;
+    std::size_t keptBytes_ = 0;
+};
+
+} // namespace
+
+int whichFrom(const Request& request) {
+    refusePathsOnTerminal(request);
+    auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
+    return NamesOfFile(request, lines).answerAll();
+}
+
+} // namespace tessgen::cli

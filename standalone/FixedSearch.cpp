@@ -1,0 +1,250 @@
+#include "standalone/FixedSearch.hpp"
+
+#include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <system_error>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Entry = FileTree::Entry;
+using Kind = FileTree::Kind;
+
+struct SymbolFile {
+    std::string_view symbol;
+    std::string_view extension;
+};
+
+// The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
+std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::string>& extensions) {
+    const std::string_view name = entry.name;
+    const std::size_t dot = name.find('.');
+    if (dot == std::string_view::npos || dot == 0) {
+        return std::nullopt;
+    }
+    const std::string_view extension = name.substr(dot + 1);
+    return std::find(extensions.begin(), extensions.end(), extension) == extensions.end()
+               ? std::nullopt
+               : std::optional(SymbolFile{name.substr(0, dot), extension});
+}
+
+// What a question may ask for in a listing.
+FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
+    return [&extensions](std::string_view name) {
+        return name.starts_with('@') || name.starts_with('+') || name == "private"
+               || std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
+                      return name.size() > extension.size() && name.ends_with(extension)
+                             && name[name.size() - extension.size() - 1] == '.';
+                  });
+    };
+}
+
+} // namespace
+
+// Adds the files of every symbol, each symbol's in the order in which NameSearch finds them.
+class SearchPathWalk {
+public:
+    SearchPathWalk(const Installation& installation, FixedSearch& search)
+        : extensions_(installation.extensions), search_(search) {}
+
+    void addSearchFolder(const std::string& folder) {
+        try {
+            addFolder(folder, "", 0);
+        } catch (const std::system_error&) {
+            search_.allUnsure_ = true;
+        }
+    }
+
+private:
+    struct ClassFolder {
+        std::string_view symbol; // without the "@"
+        std::uint32_t folder;
+        std::vector<SymbolFile> files;
+    };
+
+    // `prefix` are the packages that lead to the folder, each with a "." behind it. Errors: the folder's own.
+    void addFolder(const std::string& folder, const std::string& prefix, int links) {
+        const std::vector<Entry>* const entries = search_.files_.listing(folder);
+        if (entries == nullptr) {
+            return;
+        }
+        addPackages(folder, *entries, prefix, links); // +q/f.EXT comes before @q/f.EXT
+        const std::vector<ClassFolder> classes = readClasses(folder, *entries, prefix);
+        const std::vector<SymbolFile> files = symbolFiles(folder, *entries, prefix, {});
+
+        for (const ClassFolder& c : classes) {
+            addFiles(c.folder, c.files, prefix, [&](std::string_view symbol) { return symbol == c.symbol; });
+        }
+        addFiles(search_.index_.addFolder(folder), files, prefix);
+        if (prefix.empty()) {
+            for (const ClassFolder& c : classes) {
+                addFiles(c.folder, c.files, prefix, [&](std::string_view symbol) { return symbol != c.symbol; });
+            }
+            addPrivate(folder, *entries);
+        }
+        for (const ClassFolder& c : classes) {
+            if (canBePart(c.symbol)) {
+                addFiles(c.folder, c.files, prefix + std::string(c.symbol) + ".");
+            }
+        }
+    }
+
+    void addPackages(const std::string& folder, const std::vector<Entry>& entries, const std::string& prefix,
+                     int links) {
+        for (const Entry& entry : entries) {
+            const std::string_view part = std::string_view(entry.name).substr(1);
+            if (!entry.name.starts_with('+') || !canBePart(part)) {
+                continue;
+            }
+            const std::string inside = prefix + std::string(part) + ".";
+            const int linksToIt = links + (entry.kind == Kind::link ? 1 : 0);
+            sureOr(inside, [&] {
+                if (!leadsTo(Kind::folder, search_.files_, folder, &entry)) {
+                    return;
+                }
+                if (linksToIt > 1) { // such packages may go on for ever
+                    markUnsure(inside);
+                } else {
+                    addFolder(joinPath(folder, entry.name), inside, linksToIt);
+                }
+            });
+        }
+    }
+
+    std::vector<ClassFolder> readClasses(const std::string& folder, const std::vector<Entry>& entries,
+                                         const std::string& prefix) {
+        std::vector<ClassFolder> classes;
+        for (const Entry* entry : classFolders(entries)) {
+            const std::string_view symbol = std::string_view(entry->name).substr(1);
+            const std::string inside = prefix + std::string(symbol) + ".";
+            const bool isSure = sureOr(inside, [&] {
+                if (leadsTo(Kind::folder, search_.files_, folder, entry)) {
+                    const std::string path = joinPath(folder, entry->name);
+                    if (const auto* const below = search_.files_.listing(path)) {
+                        classes.push_back(
+                            {symbol, search_.index_.addFolder(path), symbolFiles(path, *below, prefix, inside)});
+                    }
+                }
+            });
+            if (!isSure && prefix.empty()) {
+                markUnsure("");
+            }
+        }
+        return classes;
+    }
+
+    void addPrivate(const std::string& folder, const std::vector<Entry>& entries) {
+        const auto entry =
+            std::find_if(entries.begin(), entries.end(), [](const Entry& e) { return e.name == "private"; });
+        sureOr("", [&] {
+            if (entry == entries.end() || !leadsTo(Kind::folder, search_.files_, folder, &*entry)) {
+                return;
+            }
+            const std::string path = joinPath(folder, entry->name);
+            if (const auto* const below = search_.files_.listing(path)) {
+                addFiles(search_.index_.addFolder(path), symbolFiles(path, *below, "", {}), "");
+            }
+        });
+    }
+
+    // The files among `entries` that stand for symbols, which are asked for after `prefix` or after `otherPrefix`.
+    std::vector<SymbolFile> symbolFiles(const std::string& folder, const std::vector<Entry>& entries,
+                                        const std::string& prefix, const std::string& otherPrefix) {
+        std::vector<SymbolFile> found;
+        for (const Entry& entry : entries) {
+            const auto file = symbolFile(entry, extensions_);
+            if (!file) {
+                continue;
+            }
+            const bool isSure = sureOr(prefix.empty() ? std::string(file->symbol) : prefix, [&] {
+                if (leadsTo(Kind::file, search_.files_, folder, &entry)) {
+                    found.push_back(*file);
+                }
+            });
+            if (!isSure && !otherPrefix.empty()) {
+                markUnsure(otherPrefix);
+            }
+        }
+        return found;
+    }
+
+    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, const std::string& prefix) {
+        addFiles(folder, files, prefix, [](std::string_view) { return true; });
+    }
+
+    template <typename Wanted>
+    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, const std::string& prefix,
+                  Wanted wanted) {
+        for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
+            for (const SymbolFile& file : files) {
+                if (file.extension == extensions_[extension] && wanted(file.symbol)) {
+                    search_.index_.add(prefix, file.symbol, folder, extension);
+                }
+            }
+        }
+    }
+
+    // A part of a dotted symbol: not empty, without a dot, and text.
+    static bool canBePart(std::string_view text) {
+        return !text.empty() && text.find('.') == std::string_view::npos && toUTF16(text);
+    }
+
+    // Whether `look` could; the names that begin with `names` are unsure otherwise.
+    template <typename Look>
+    bool sureOr(const std::string& names, Look look) {
+        try {
+            look();
+            return true;
+        } catch (const std::system_error&) {
+            markUnsure(names);
+            return false;
+        }
+    }
+
+    void markUnsure(const std::string& names) { search_.unsure_.insert(names.substr(0, names.find('.'))); }
+
+    const std::vector<std::string>& extensions_;
+    FixedSearch& search_;
+};
+
+FixedSearch::FixedSearch(const Installation& installation, const FileTree& files)
+    : files_(files, searchedNames(installation.extensions)), search_(installation, files_),
+      index_(installation.extensions) {
+    for (const Builtin& builtin : installation.builtins) {
+        builtins_[builtin.name].push_back(builtin);
+    }
+    SearchPathWalk walk(installation, *this);
+    for (const std::string& folder : installation.searchPath) {
+        walk.addSearchFolder(folder);
+    }
+}
+
+std::vector<FoundPlace> FixedSearch::find(std::u16string_view name) const {
+    const bool isPath = name.find(u'/') != std::u16string_view::npos;
+    const std::optional<std::string> symbol = isPath ? std::nullopt : toUTF8(name);
+    if (!symbol || isUnsure(*symbol)) {
+        return search_.find(name);
+    }
+    std::vector<FoundPlace> places = index_.find(*symbol);
+    if (const auto group = builtins_.find(name); group != builtins_.end()) {
+        addBuiltins(name, group->second, places);
+    }
+    return places;
+}
+
+bool FixedSearch::isUnsure(std::string_view symbol) const {
+    const std::size_t end = symbol.find('.');
+    return allUnsure_
+           || (!unsure_.empty()
+               && (unsure_.contains(std::string(symbol.substr(0, end)))
+                   || (end == std::string_view::npos && unsure_.contains(""))));
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,94 @@
+#include "standalone/KnownNames.hpp"
+
+#include "standalone/SupportRecords.hpp"
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Clock = KnownNames::Clock;
+
+// The disk, on which nothing is found after the deadline.
+class TreeUntil final : public FileTree {
+public:
+    TreeUntil(const FileTree& tree, Clock::time_point deadline) : tree_(&tree), deadline_(deadline) {}
+
+    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
+        return Clock::now() < deadline_ ? tree_->entries(folder, wanted) : std::nullopt;
+    }
+    std::optional<Kind> kindOf(const std::string& path) const override {
+        return Clock::now() < deadline_ ? tree_->kindOf(path) : std::nullopt;
+    }
+
+private:
+    const FileTree* tree_;
+    Clock::time_point deadline_;
+};
+
+struct TimeIsUp {};
+
+// How many letters may be other, missing or too many.
+std::size_t slipsIn(std::string_view name) {
+    return name.size() < 4 ? 1 : name.size() < 9 ? 2 : 3;
+}
+
+} // namespace
+
+KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) {
+    const auto add = [this](std::u16string_view name) {
+        if (auto text = toUTF8(name)) {
+            names_.push_back(std::move(*text));
+        }
+    };
+    for (const Builtin& builtin : session.installation.builtins) {
+        add(builtin.name);
+    }
+    const TreeUntil files(session.files, deadline);
+    const FixedSearch search(session.installation, files);
+    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
+        names_.emplace_back(search.symbols().symbolAt(i));
+    }
+    try {
+        if (session.store) {
+            session.store->forEachRecord([&](const SupportRecord& record) {
+                std::for_each(record.names.begin(), record.names.end(), add);
+                if (Clock::now() >= deadline) {
+                    throw TimeIsUp();
+                }
+            });
+        }
+    } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): what was read is what there is
+    } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
+    }
+    std::sort(names_.begin(), names_.end());
+    names_.erase(std::unique(names_.begin(), names_.end()), names_.end());
+}
+
+std::vector<std::string> KnownNames::near(std::string_view name) const {
+    const std::size_t slips = slipsIn(name);
+    std::vector<std::pair<std::size_t, std::string>> found;
+    for (const std::string& known : names_) {
+        if (known.size() + slips < name.size() || name.size() + slips < known.size()) {
+            continue;
+        }
+        const std::size_t away = distance(name, known);
+        if (away > 0 && away <= slips) {
+            found.emplace_back(away, known);
+        }
+    }
+    std::sort(found.begin(), found.end());
+    std::vector<std::string> names;
+    for (auto& [away, known] : found) {
+        names.push_back(std::move(known));
+    }
+    return names;
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,31 @@
+// The names that an installation has an answer to, as far as they can be told in a given time.
+//
+// Threads: const operations may be called concurrently.
+#pragma once
+
+#include "standalone/SessionState.hpp"
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::standalone {
+
+class KnownNames {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    // Of the files of the search path, the built-ins and the support records. What cannot be read, or would be read
+    // after the deadline, is left out.
+    KnownNames(const SessionState& session, Clock::time_point deadline);
+
+    // Those that are other than `name` by a slip or two, the nearest first and equally near ones in their order as
+    // text.
+    std::vector<std::string> near(std::string_view name) const;
+
+private:
+    std::vector<std::string> names_; // UTF-8, sorted, each once
+};
+
+} // namespace tessgen::standalone
