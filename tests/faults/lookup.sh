@@ -39,32 +39,34 @@ under_fault() {
   strace -qq -f -o /dev/null -e trace="$1" -e inject="$1:$3:when=$2" -- "${@:4}"
 }
 
-# `try NAME CALL K FAULT`: prints "whole", "error" or "killed", else "wrong" and what came.
+# `try CALL K FAULT`: prints "whole", "error" or "killed", else "wrong" and what came.
 try() {
   local out=$top/out.$BASHPID err=$top/err.$BASHPID status=0
-  under_fault "${@:2}" "$program" "$1" >"$out" 2>"$err" || status=$?
-  if [[ $status == 0 || ($status == 137 && $4 == signal=*) ]] && cmp -s "$top/expected" "$out" && [ ! -s "$err" ]; then
+  under_fault "$@" "${command[@]}" >"$out" 2>"$err" || status=$?
+  if [ "$status" = 0 ] && [ ! -s "$err" ] && cmp -s "$top/expected" "$out"; then
     echo whole
-  elif [[ $status == 137 && $4 == signal=* && ! -s $out ]]; then
-    echo killed
   elif [[ $status == 2 && ! -s $out ]] && grep -q '^kelwhich: ' "$err"; then
     echo error
+  elif [[ $status == 137 && $3 == signal=* ]] && { [ ! -s "$out" ] || cmp -s "$top/expected" "$out"; }; then
+    echo killed
   else
-    echo "wrong: kelwhich $1, $4 at call $3 of $2: exit code $status: $(cat "$out" "$err" | tr '\n' '|')"
+    echo "wrong: ${command[*]}, $3 at call $2 of $1: exit code $status: $(cat "$out" "$err" | tr '\n' '|')"
   fi
 }
 
-for name in wave units.metric.convert legacy private/helper; do
-  "$program" "$name" >"$top/expected"
-  faults "$program" "$name" >"$top/faults"
+echo wave >name
+# Each name by itself, then one in a view of the disk that was taken before.
+for words in wave units.metric.convert legacy private/helper '--from name'; do
+  read -ra command <<<"$program $words"
+  "${command[@]}" >"$top/expected"
+  faults "${command[@]}" >"$top/faults"
   for half in 0 1; do
-    awk "NR % 2 == $half" "$top/faults" | while read -r fault; do
-      # shellcheck disable=SC2086
-      try "$name" $fault
+    awk "NR % 2 == $half" "$top/faults" | while read -r call k fault; do
+      try "$call" "$k" "$fault"
     done >"$top/results.$half" &
   done
   wait
-  echo "$name: $(wc -l <"$top/faults") faults: $(cut -d: -f1 "$top"/results.? | sort | uniq -c | xargs)"
+  echo "$words: $(wc -l <"$top/faults") faults: $(cut -d: -f1 "$top"/results.? | sort | uniq -c | xargs)"
   cat "$top"/results.? >>"$top/results"
   cat "$top/faults" >>"$top/tried"
 done
