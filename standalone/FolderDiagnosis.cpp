@@ -23,10 +23,14 @@ struct GivenFolder {
 };
 using GivenFolders = std::vector<GivenFolder>;
 
+std::string placeInList(const std::string& key, std::size_t index, const std::string& value) {
+    return key + "[" + std::to_string(index) + "] " + value;
+}
+
 GivenFolders givenFolders(const std::string& key, const std::vector<std::string>& paths) {
     GivenFolders folders;
     for (const auto& path : paths) {
-        folders.push_back({key + "[" + std::to_string(folders.size()) + "] " + path, path});
+        folders.push_back({placeInList(key, folders.size(), path), path});
     }
     return folders;
 }
@@ -202,8 +206,7 @@ void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findin
     for (std::size_t index = 0; index < builtins.size(); ++index) {
         const auto& builtin = builtins[index];
         if (!known.emplace(builtin.name, builtin.className, builtin.constructor).second) {
-            findings.push_back(
-                {Trap::builtinGivenTwice, "builtins[" + std::to_string(index) + "] " + toUTF8(builtin.name).value()});
+            findings.push_back({Trap::builtinGivenTwice, placeInList("builtins", index, toUTF8(builtin.name).value())});
         }
     }
 }
