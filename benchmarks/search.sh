@@ -46,7 +46,8 @@ check() { # NAME..., or nothing for all
 benchmarks/tree.sh "$tmp/tree" "$folders"
 cd "$tmp/tree"
 echo "$(find . -mindepth 1 -type d | wc -l) folders, $(find . -name '*.vk*' | wc -l) files"
-mapfile -t sample < <(cut -d' ' -f1 expected | uniq | awk 'NR % 40 == 1')
+cut -d' ' -f1 expected | uniq >names
+mapfile -t sample < <(awk -v every=$(($(wc -l <names) / 50)) 'NR % every == 1' names)
 
 measure "one name, in every folder" "$program" hot
 check hot
@@ -54,7 +55,6 @@ measure "one name, in a package of every search folder" "$program" common.inner.
 check common.inner.hot
 measure "${#sample[@]} names" "$program" "${sample[@]}"
 check "${sample[@]}"
-cut -d' ' -f1 expected | uniq >names
 measure "all $(wc -l <names) names, in one view of the disk" "$program" --from names
 check
 measure "doctor" "$program" doctor
