@@ -2,6 +2,7 @@
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
 #include "cli/Names.hpp"
+#include "cli/Reason.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
 #include "standalone/LineReader.hpp"
@@ -28,9 +29,9 @@ int batch(const Request& request) {
         } catch (const std::exception& error) {
             tally.addFailure();
             if (request.json) {
-                text = asJSONLine(*name, error.what());
+                text = asJSONLine(*name, reasonOf(error));
             } else {
-                complain(fmt::format("{} {}", lines.place(), error.what()));
+                complain(fmt::format("{} {}", lines.place(), reasonOf(error)));
             }
         }
         writeOut(text);

@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 enum ExitCode {
     exitYes = 0,     // every name has a candidate; what was asked for is done
-    exitNo = 1,      // a name has no candidate, or is not as required
+    exitNo = 1,      // a name has no candidate, or is not as required; the doctor has findings
     exitNothing = 2, // nothing could be answered or done
     exitPartly = 3,  // a name was refused or failed, others were answered
 };
@@ -41,5 +41,8 @@ int config(const Request& request);
 
 // Writes a manifest for a tree of source files, and records for its KEL files when asked to.
 int init(const Request& request);
+
+// Writes what is wrong with the installation; exitNo when something is.
+int doctor(const Request& request);
 
 } // namespace tessgen::cli

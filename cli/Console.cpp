@@ -1,6 +1,7 @@
 #include "cli/Console.hpp"
 
 #include "cli/Escape.hpp"
+#include "cli/Reason.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -123,7 +124,7 @@ void complainOfFailure() noexcept {
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& error) {
-            complain(error.what());
+            complain(reasonOf(error));
         } catch (...) {
             complain("stopped by something unknown");
         }

@@ -24,8 +24,14 @@ std::string nearestManifest() {
     }
     for (auto folder = start;; folder = folder.parent_path()) {
         const auto manifest = folder / "installation.json";
-        std::error_code unreadable; // what cannot be looked at is passed over
-        if (std::filesystem::exists(std::filesystem::symlink_status(manifest, unreadable))) {
+        std::error_code error; // also set when there is none
+        const auto status = std::filesystem::symlink_status(manifest, error);
+        if (!std::filesystem::status_known(status)) {
+            throw std::runtime_error(
+                fmt::format("{}: cannot be looked for: {}; name the installation with --installation",
+                            manifest.string(), error.message()));
+        }
+        if (std::filesystem::exists(status)) {
             return manifest.string();
         }
         if (folder == folder.parent_path()) {

@@ -15,9 +15,9 @@ struct FoundManifest {
 };
 
 // What the request names, else what KELWHICH_INSTALLATION names, else the nearest `installation.json` in the working
-// folder or above; a folder that cannot be looked into is passed over. Whether the manifest can be read is not looked
-// at.
-// Errors: std::runtime_error when there is none.
+// folder or above. Whether the manifest can be read is not looked at.
+// Errors: std::runtime_error when there is none, or when a folder on the way up cannot be looked into: the manifest of
+// a folder further up may be of another installation.
 FoundManifest findManifestAndSource(const Request& request);
 
 // Only the path of that.

@@ -2,6 +2,7 @@
 
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
+#include "cli/Reason.hpp"
 #include "standalone/Text.hpp"
 
 #include <fmt/format.h>
@@ -55,7 +56,7 @@ void Tally::addAnswer(std::string_view name, bool hasCandidates, std::string_vie
 
 void Tally::addFailure(const std::string& name, const std::exception& error) {
     ++failed_;
-    complainOf(name, error.what());
+    complainOf(name, reasonOf(error));
 }
 
 int Tally::exitCode(bool isQuiet) const {

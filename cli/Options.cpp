@@ -32,13 +32,15 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::config, "config", "", "", Operands::none, "every setting as it takes effect, and where it comes from"},
     {Action::init, "init", "", "FOLDER", Operands::one, "a manifest for the source files that a folder holds",
      Completes::folders},
+    {Action::doctor, "doctor", "", "", Operands::none, "what is wrong with the installation, and what to do"},
 });
 
 constexpr auto options = std::to_array<OptionRow>({
     {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::init),
      "the manifest of the installation, or its folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
-    {"json", 'j', nullptr, asksNames | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config),
+    {"json", 'j', nullptr,
+     asksNames | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config) | bit(Action::doctor),
      "JSON instead of text, errors too; with --from and for batch, a line for each name",
      [](Request& request, const char*) { request.json = true; }},
     {"from", 'f', "FILE", bit(Action::which), "the names are the lines of a file, or of standard input when it is -",

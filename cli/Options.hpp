@@ -20,6 +20,7 @@ enum class Action : unsigned {
     config,
     init,
     batch,
+    doctor,
     help,
     version
 };

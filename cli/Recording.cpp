@@ -1,5 +1,6 @@
 #include "cli/Recording.hpp"
 
+#include "cli/Reason.hpp"
 #include "standalone/SessionState.hpp"
 
 #include <exception>
@@ -19,7 +20,7 @@ auto recordedAnswer(Recording& recording, const Question& question, AskIt ask) {
         recording.add(question, answer);
         return answer;
     } catch (const std::exception& error) {
-        recording.add(question, RecordedError{error.what()});
+        recording.add(question, RecordedError{reasonOf(error)});
         throw;
     }
 }

@@ -3,6 +3,7 @@
 #include "cli/Console.hpp"
 #include "cli/Names.hpp"
 #include "cli/Progress.hpp"
+#include "cli/Reason.hpp"
 #include "cli/Render.hpp"
 #include "cli/Resolver.hpp"
 #include "standalone/LineReader.hpp"
@@ -80,7 +81,7 @@ private:
             }
         } catch (const std::exception& error) {
             progress_.clear();
-            complain(fmt::format("{} {}", lines_.place(), error.what()));
+            complain(fmt::format("{} {}", lines_.place(), reasonOf(error)));
             tally_.addFailure();
         }
     }

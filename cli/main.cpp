@@ -30,6 +30,8 @@ int run(const Request& request) {
         return config(request);
     case Action::init:
         return init(request);
+    case Action::doctor:
+        return doctor(request);
     case Action::help:
         writeOut(request.command == nullptr ? helpText() : helpText(*request.command));
         return exitYes;

@@ -1,9 +1,14 @@
 #include "standalone/FileTree.hpp"
 
+#include "standalone/PathText.hpp"
+
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -17,9 +22,17 @@ struct CloseFolder {
     void operator()(DIR* folder) const noexcept { closedir(folder); }
 };
 
-std::system_error failure(int error, const std::string& path) {
-    return {error, std::generic_category(), path};
-}
+// Tells what can be done as well, which `std::system_error` by itself has no place for.
+class DiskError final : public std::system_error {
+public:
+    DiskError(int error, const std::string& path)
+        : std::system_error(error, std::generic_category()),
+          line_(path + ": cannot be read: " + code().message() + std::string(adviceOn(error))) {}
+    const char* what() const noexcept override { return line_.what(); }
+
+private:
+    std::runtime_error line_; // for its text, which is copied without a throw
+};
 
 // No path of the disk holds a NUL; the system would take what stands before it for the path.
 bool holdsNUL(const std::string& path) {
@@ -48,12 +61,48 @@ Kind kindOfEntry(DIR* folder, const dirent& entry) {
     }
 }
 
-// Nothing is there, or a link leads nowhere, or no disk could hold it.
-bool isAbsent(int error) {
-    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
+bool isTooLong(const std::string& path) {
+    return path.size() >= PATH_MAX;
 }
 
+// Nothing is there, or a link leads nowhere, or a part of the path is longer than any name on the disk can be. A path
+// that is too long as a whole may well be there: no call of the system can tell.
+bool isAbsent(int error, const std::string& path) {
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || (error == ENAMETOOLONG && !isTooLong(path));
+}
+
+// For use right after a call that failed: returns when `path` is absent.
+// Errors: everything else.
+void failUnlessAbsent(const std::string& path) {
+    if (const int error = errno; !isAbsent(error, path)) {
+        throw DiskError(error, path);
+    }
+}
+
+struct FreeText {
+    void operator()(char* text) const noexcept { std::free(text); } // NOLINT: the C library allocates it
+};
+
 } // namespace
+
+std::string_view adviceOn(int error) {
+    switch (error) {
+    case EACCES:
+    case EPERM:
+        return "; give the right to read it, or leave it out of the installation";
+    case ELOOP:
+        return "; mend the links";
+    case ENAMETOOLONG:
+        return "; move it to where its path is shorter";
+    case EMFILE:
+    case ENFILE:
+        return "; raise the limit of open files (ulimit -n)";
+    case EIO:
+        return "; check the disk";
+    default:
+        return "";
+    }
+}
 
 std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
                                                                   const Filter& wanted) const {
@@ -62,11 +111,8 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
     }
     const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
     if (!opened) {
-        const int error = errno;
-        if (isAbsent(error)) {
-            return std::nullopt;
-        }
-        throw failure(error, folder);
+        failUnlessAbsent(folder);
+        return std::nullopt;
     }
     std::vector<Entry> found;
     while (true) {
@@ -77,11 +123,14 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         }
         const std::string_view name = entry->d_name;
         if (name != "." && name != ".." && wanted(name)) {
+            if (const std::string path = joinPath(folder, name); isTooLong(path)) {
+                throw DiskError(ENAMETOOLONG, path);
+            }
             found.push_back({std::string(name), kindOfEntry(opened.get(), *entry)});
         }
     }
     if (const int error = errno; error != 0) {
-        throw failure(error, folder);
+        throw DiskError(error, folder);
     }
     return found;
 }
@@ -92,13 +141,22 @@ std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {
     }
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) {
-        const int error = errno;
-        if (isAbsent(error)) {
-            return std::nullopt;
-        }
-        throw failure(error, path);
+        failUnlessAbsent(path);
+        return std::nullopt;
     }
     return kindOfMode(status.st_mode);
+}
+
+std::optional<std::string> realPath(const std::string& path) {
+    if (holdsNUL(path)) {
+        return std::nullopt;
+    }
+    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
+    if (!real) {
+        failUnlessAbsent(path);
+        return std::nullopt;
+    }
+    return real.get();
 }
 
 } // namespace tessgen::standalone

@@ -26,10 +26,11 @@ public:
 
     // What a folder holds of what is wanted, in no particular order, without "." and ".."; nothing when there is no
     // such folder.
-    // Errors: std::system_error that names the folder, when it is there but cannot be read to its end.
+    // Errors: std::system_error that names the folder and says what to do, when it is there but cannot be read to its
+    // end, or holds a wanted entry whose path is longer than the system takes.
     virtual std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const = 0;
     // What `path` leads to, never `link`; nothing when it does not exist.
-    // Errors: std::system_error that names the path, when that cannot be told.
+    // Errors: std::system_error that names the path and says what to do, when that cannot be told.
     virtual std::optional<Kind> kindOf(const std::string& path) const = 0;
     virtual ~FileTree() = default;
 };
@@ -39,5 +40,13 @@ public:
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
     std::optional<Kind> kindOf(const std::string& path) const override;
 };
+
+// The path that leads to the same place on the disk without links; nothing when there is none.
+// Errors: those of RealFileTree.
+std::optional<std::string> realPath(const std::string& path);
+
+// What a user can do when the disk fails with that error number: the end of a line that names the path. Empty when
+// nothing general can be said.
+std::string_view adviceOn(int error);
 
 } // namespace tessgen::standalone

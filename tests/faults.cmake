@@ -1,6 +1,6 @@
-# The program under faults of the system. Tracing does not go together with sanitizers.
-if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-  add_test(NAME faults.store-build COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/faults/store-build.sh"
-                                           $<TARGET_FILE:kelwhich_program>)
-  set_tests_properties(faults.store-build PROPERTIES TIMEOUT 300 SKIP_RETURN_CODE 77)
-endif()
+# The program while the system fails it.
+foreach(test lookup store-build)
+  add_test(NAME faults.${test} COMMAND faults/${test}.sh $<TARGET_FILE:kelwhich_program>
+           WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+  set_tests_properties(faults.${test} PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300 PROCESSORS 2)
+endforeach()

@@ -16,6 +16,7 @@ add_unit_tests(
   cli/RecordingTest.cpp
   ../cli/Escape.cpp
   ../cli/Kinds.cpp
+  ../cli/Reason.cpp
   ../cli/Recording.cpp
   ../cli/RecordingFormat.cpp
   ../cli/Replay.cpp

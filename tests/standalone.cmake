@@ -2,6 +2,7 @@
 add_unit_tests(
   standalone_tests
   SOURCES
+  standalone/DiagnosisTest.cpp
   standalone/FixedSearchTest.cpp
   standalone/HostArraysTest.cpp
   standalone/InstallationTest.cpp

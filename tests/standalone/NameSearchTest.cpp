@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -42,6 +44,11 @@ public:
     void pipe(const std::string& below) { tree.add(path(below), FileTree::Kind::other); }
     void link(const std::string& below, const std::string& target) { tree.link(path(below), target); }
     MemoryFileTree tree;
+};
+
+class UntellingMemoryDisk : public MemoryDisk {
+public:
+    UntellingMemoryDisk() { tree.hideKinds(); }
 };
 
 class RealDisk {
@@ -90,6 +97,10 @@ protected:
         disk.link("two/@dangling", "nowhere");
         disk.link("two/@linked", disk.path("one/@signal"));
         disk.link("two/+bound", "../one/+signal");
+        disk.link("two/+again", "../two");
+        disk.link("two/device.vk", "/dev/null");
+        disk.folder("one/folder.vk");
+        disk.file("two/" + longest + ".vk");
     }
 
     // Each place as "line" or "line|partner", files relative to the disk.
@@ -105,11 +116,12 @@ protected:
         return found;
     }
 
+    const std::string longest = std::string(252, 'n'); // with the extension as long as a name can be
     Disk disk;
     Installation installation;
 };
 
-using Disks = testing::Types<MemoryDisk, RealDisk>;
+using Disks = testing::Types<MemoryDisk, UntellingMemoryDisk, RealDisk>;
 TYPED_TEST_SUITE(NameSearchContract, Disks, );
 
 TYPED_TEST(NameSearchContract, FindsEveryPlaceInOrder) {
@@ -127,6 +139,8 @@ TYPED_TEST(NameSearchContract, FindsEveryPlaceInOrder) {
          {"two/+bound/+filter/@low/low.vk", "two/+bound/+filter/low.vk", "two/+bound/@filter/low.vk"}},
         {u"filter.low", {}},
         {u"linked", {"two/linked.vk"}},
+        {u"again.again.linked", {"two/+again/+again/linked.vk"}},
+        {toUTF16(this->longest).value(), {"two/" + this->longest + ".vk"}},
         {u"sub/wave", {"one/sub/wave", "one/sub/wave.vk"}},
         {u"@alpha/wave", {"one/@alpha/wave.vkx", "one/@alpha/wave.vk"}},
         {u"+signal/@filter/low.vk", {"one/+signal/@filter/low.vk"}},
@@ -143,7 +157,9 @@ TYPED_TEST(NameSearchContract, FindsEveryPlaceInOrder) {
 TYPED_TEST(NameSearchContract, FindsNothingWhereNothingIs) {
     const std::string names =
         " . / sum. .sum a.sum signal..high missing Wave signal.missing.low lost pipe loop dangling "
-        "turned file wave.vk sub/missing sub /wave";
+        "turned file wave.vk sub/missing sub /wave device folder folder.vk/wave again.again.missing pipe.vk/ "
+        "two/pipe n"
+        + this->longest + " sub/n" + this->longest;
     for (const std::string& name : split(names, ' ')) { // the empty one too
         EXPECT_THAT(this->find(toUTF16(name).value()), IsEmpty()) << name;
     }
@@ -225,8 +241,38 @@ TEST(RealFileTree, NamesWhatItMayNotRead) {
     const std::string listed = errorOf([&] { tree.entries(folder, all); });
     const std::string asked = errorOf([&] { tree.kindOf(folder + "/f.vk"); });
     ASSERT_EQ(seteuid(user), 0);
-    EXPECT_EQ(listed, folder + ": Permission denied");
-    EXPECT_EQ(asked, folder + "/f.vk: Permission denied");
+    const std::string why = ": cannot be read: Permission denied; give the right to read it, or leave it out of the "
+                            "installation";
+    EXPECT_EQ(listed, folder + why);
+    EXPECT_EQ(asked, folder + "/f.vk" + why);
+}
+
+// What no path reaches is an error: whether it is there cannot be told, or nobody could open what is answered.
+TEST(RealFileTree, RefusesPathsThatAreTooLongForTheSystem) {
+    const TemporaryFolder top;
+    std::string folder = top.path();
+    while (folder.size() < 4090) {
+        const auto rest = 4090 - folder.size();
+        folder += "/" + std::string(rest > 300 ? 199 : rest > 200 ? 99 : rest - 1, 'd');
+    }
+    const std::string below = folder.substr(top.path().size() + 1);
+    top.write(below + "/f.vk"); // 4095 bytes: the longest path
+    const auto previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    std::ofstream("g.vkx").flush();
+    std::filesystem::current_path(previous);
+    Installation installation;
+    installation.searchPath = {folder};
+    installation.extensions = {"vk", "vkx"};
+    const RealFileTree tree;
+    const NameSearch search(installation, tree);
+    EXPECT_EQ(search.find(u"f").size(), 1U);
+    EXPECT_TRUE(search.find(u"h").empty());
+    const std::string why = ": cannot be read: File name too long; move it to where its path is shorter";
+    EXPECT_EQ(errorOf([&] { search.find(u"g"); }), folder + "/g.vkx" + why);
+    EXPECT_EQ(errorOf([&] { search.find(u"g.vkx/"); }), folder + "/g.vkx/" + why);
+    EXPECT_EQ(errorOf([&] { tree.entries(folder + "/@Class", all); }), folder + "/@Class" + why);
+    EXPECT_EQ(errorOf([&] { realPath(folder + "/g.vkx"); }), folder + "/g.vkx" + why);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "standalone/FileTree.hpp"
 #include "standalone/PathText.hpp"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
@@ -26,6 +27,8 @@ public:
         add(path, Kind::link);
         nodes_[path].target = target;
     }
+    // From now on a listing tells of each entry only that it is there, as some disks do.
+    void hideKinds() { kindsHidden_ = true; }
     // From now on the system fails with `error` when `path` is asked for.
     void fail(const std::string& path, int error) { failures_[path] = error; }
 
@@ -43,15 +46,20 @@ public:
         for (auto node = nodes_.lower_bound(above); node != nodes_.end() && node->first.starts_with(above); ++node) {
             const std::string name = node->first.substr(above.size());
             if (name.find('/') == std::string::npos && wanted(name)) {
-                found.push_back({name, node->second.kind});
+                found.push_back({name, kindsHidden_ ? Kind::link : node->second.kind});
             }
         }
+        std::reverse(found.begin(), found.end()); // no disk promises an order
         return found;
     }
     std::optional<Kind> kindOf(const std::string& path) const override {
         note("kind ", path);
         const auto real = resolve(path);
         return real ? std::optional(kindAt(*real)) : std::nullopt;
+    }
+    std::optional<std::string> realPath(const std::string& path) const {
+        const auto real = resolve(path);
+        return real && real->empty() ? "/" : real;
     }
 
 private:
@@ -95,6 +103,7 @@ private:
 
     std::map<std::string, Node> nodes_;
     std::map<std::string, int> failures_;
+    bool kindsHidden_ = false;
     mutable std::vector<std::string> questions_;
 };
 

@@ -1,0 +1,79 @@
+#include "cli/Commands.hpp"
+#include "cli/Console.hpp"
+#include "cli/Escape.hpp"
+#include "cli/Resolver.hpp"
+#include "standalone/Diagnosis.hpp"
+#include "standalone/SessionState.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using standalone::Finding;
+using standalone::Findings;
+
+constexpr std::ptrdiff_t shownPlaces = 10; // of each trap, as text
+
+standalone::Examined examinedBy(const Resolver& resolver) {
+    const auto& session = standalone::currentSession();
+    return {session.installation, session.files, session.store ? &*session.store : nullptr, standalone::realPath,
+            [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); }};
+}
+
+// Trap by trap: its code, why it matters and what to do, then its places. Findings of one trap stand together.
+std::string asText(const Findings& findings) {
+    std::string text;
+    auto to = std::back_inserter(text);
+    for (auto first = findings.begin(); first != findings.end();) {
+        const auto last = std::find_if(first, findings.end(),
+                                       [trap = first->trap](const Finding& other) { return other.trap != trap; });
+        const auto& said = textOf(first->trap);
+        fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", said.code, said.message, said.advice);
+        const auto shown = std::min(last - first, shownPlaces);
+        for (const auto& finding : Findings(first, first + shown)) {
+            fmt::format_to(to, "    {}\n", escaped(finding.place));
+        }
+        if (last - first > shown) {
+            fmt::format_to(to, "    and {} more; --json shows all\n", last - first - shown);
+        }
+        first = last;
+    }
+    return text.empty() ? "no findings\n" : text;
+}
+
+std::string asJSON(const Findings& findings) {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& finding : findings) {
+        const auto& said = textOf(finding.trap);
+        list.push_back({{"code", said.code},
+                        {"place", escaped(finding.place)},
+                        {"message", said.message},
+                        {"advice", said.advice}});
+    }
+    const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"findings", std::move(list)}};
+    return escapedJSON(document.dump(2)) + '\n';
+}
+
+} // namespace
+
+int doctor(const Request& request) {
+    const Resolver resolver(request, standalone::View::fixed);
+    const auto findings = diagnose(examinedBy(resolver));
+    writeOut(request.json ? asJSON(findings) : asText(findings));
+    if (findings.empty()) {
+        return exitYes;
+    }
+    complain(findings.size() == 1 ? "1 finding" : fmt::format("{} findings", findings.size()));
+    return exitNo;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,221 @@
+#include "standalone/Diagnosis.hpp"
+#include "standalone/PathText.hpp"
+#include "standalone/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Kind = FileTree::Kind;
+
+// A folder that the manifest gives.
+struct GivenFolder {
+    std::string place; // its key and its path
+    std::string path;
+};
+using GivenFolders = std::vector<GivenFolder>;
+
+std::string placeInList(const std::string& key, std::size_t index, const std::string& value) {
+    return key + "[" + std::to_string(index) + "] " + value;
+}
+
+GivenFolders givenFolders(const std::string& key, const std::vector<std::string>& paths) {
+    GivenFolders folders;
+    for (const auto& path : paths) {
+        folders.push_back({placeInList(key, folders.size(), path), path});
+    }
+    return folders;
+}
+
+std::vector<std::string> sourceCodePaths(const Installation& installation) {
+    std::vector<std::string> paths;
+    for (const auto& components : installation.sourceCode) {
+        std::string path = installation.root;
+        for (const auto& component : components) {
+            path = joinPath(path, component);
+        }
+        paths.push_back(std::move(path));
+    }
+    return paths;
+}
+
+std::string folderAbove(const std::string& path) {
+    return absolutePath("..", path);
+}
+
+std::string_view lastComponent(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+// A package, class or private folder: taken off a file's path before its folder is compared with the KEL path.
+bool isPassedOver(std::string_view component) {
+    return component.starts_with('+') || component.starts_with('@') || component == "private";
+}
+
+class FolderCheck {
+public:
+    FolderCheck(const Examined& examined, Findings& findings)
+        : examined_(examined), findings_(findings),
+          search_(givenFolders("searchPath", examined.installation.searchPath)),
+          kel_(givenFolders("kelPath", examined.installation.kelPath)),
+          source_(givenFolders("sourceCode", sourceCodePaths(examined.installation))) {}
+
+    void run() {
+        for (const auto* folders : {&search_, &kel_, &source_}) {
+            findMissing(*folders);
+        }
+        findRepeats();
+        findKELFoldersThatHoldNothing();
+        findKELFoldersOnSearchPath();
+        findPrefixes();
+        findRootInPackageRoot();
+    }
+
+private:
+    void report(Trap trap, std::string place) { findings_.push_back({trap, std::move(place)}); }
+
+    std::string realPathOf(const std::string& path) {
+        return readOrReport(path, findings_, [&] { return examined_.realPath(path); }).value_or(path);
+    }
+
+    void findMissing(const GivenFolders& folders) {
+        for (const auto& folder : folders) {
+            const auto isFolder = readOrReport(folder.path, findings_, [&] {
+                return std::optional(examined_.files.kindOf(folder.path) == Kind::folder);
+            });
+            if (isFolder == false) {
+                report(Trap::folderMissing, folder.place);
+            }
+        }
+    }
+
+    void findRepeats() {
+        std::unordered_map<std::string, const GivenFolder*> known;
+        for (const auto& folder : search_) {
+            const auto [first, isNew] = known.try_emplace(realPathOf(folder.path), &folder);
+            if (!isNew) {
+                report(Trap::folderGivenTwice, folder.place + " and " + first->second->place);
+            }
+        }
+    }
+
+    void findKELFoldersThatHoldNothing() {
+        for (const auto& folder : kel_) {
+            if (folder.path.ends_with('/') && folder.path != "/") {
+                report(Trap::kelFolderEndsWithSlash, folder.place);
+            } else if (isPassedOver(lastComponent(folder.path))) {
+                report(Trap::kelFolderInPackage, folder.place);
+            }
+        }
+    }
+
+    // A search folder is a KEL folder, or is one when package, class and private folders are passed over.
+    void findKELFoldersOnSearchPath() {
+        std::unordered_map<std::string, const GivenFolder*> kel;
+        for (const auto& folder : kel_) {
+            kel.try_emplace(folder.path, &folder);
+            kel.try_emplace(realPathOf(folder.path), &folder);
+        }
+        for (const auto& folder : search_) {
+            for (std::string path = realPathOf(folder.path);; path = folderAbove(path)) {
+                if (const auto found = kel.find(path); found != kel.end()) {
+                    report(Trap::kelFolderOnSearchPath, folder.place + " and " + found->second->place);
+                    break;
+                }
+                if (!isPassedOver(lastComponent(path))) {
+                    break;
+                }
+            }
+        }
+    }
+
+    void findPrefixes() {
+        std::unordered_set<std::string> known;
+        for (const auto& folder : source_) {
+            known.insert(folder.path);
+        }
+        const auto& packages = examined_.installation.supportPackageRoot;
+        if (packages) {
+            known.insert(*packages);
+        }
+        for (const auto& folder : source_) {
+            findFoldersThatBeginWith(folder, Trap::sourceFolderIsPrefix, known);
+        }
+        if (packages) {
+            findFoldersThatBeginWith({"supportPackageRoot " + *packages, *packages}, Trap::packageRootIsPrefix, known);
+        }
+    }
+
+    // The folders beside this one whose names begin with its own. Those in a folder of `known` do not matter: they hold
+    // no user's files in any case.
+    void findFoldersThatBeginWith(const GivenFolder& folder, Trap trap, const std::unordered_set<std::string>& known) {
+        const std::string name(lastComponent(folder.path));
+        const std::string above = folderAbove(folder.path);
+        if (name.empty() || liesIn(known, above)) {
+            return;
+        }
+        const auto entries = readOrReport(above, findings_, [&] {
+            return examined_.files.entries(above, [&](std::string_view other) {
+                return other.starts_with(name) && other != name && toUTF16(other);
+            });
+        });
+        std::set<std::string> found; // in one order on every disk
+        for (const auto& entry : entries.value_or(std::vector<FileTree::Entry>())) {
+            const std::string path = joinPath(above, entry.name);
+            if (!known.contains(path)
+                && readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); }) == Kind::folder) {
+                found.insert(path);
+            }
+        }
+        for (const auto& path : found) {
+            report(trap, path + " and " + folder.place);
+        }
+    }
+
+    static bool liesIn(const std::unordered_set<std::string>& folders, std::string path) {
+        while (!folders.contains(path) && path != "/") {
+            path = folderAbove(path);
+        }
+        return folders.contains(path);
+    }
+
+    void findRootInPackageRoot() {
+        const auto& [packages, root] = std::tie(examined_.installation.supportPackageRoot, examined_.installation.root);
+        if (packages && root.starts_with(*packages)) {
+            report(Trap::packageRootHoldsRoot, "supportPackageRoot " + *packages + " and root " + root);
+        }
+    }
+
+    const Examined& examined_;
+    Findings& findings_;
+    const GivenFolders search_;
+    const GivenFolders kel_;
+    const GivenFolders source_;
+};
+
+void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findings) {
+    std::set<std::tuple<std::u16string_view, std::u16string_view, bool>> known;
+    for (std::size_t index = 0; index < builtins.size(); ++index) {
+        const auto& builtin = builtins[index];
+        if (!known.emplace(builtin.name, builtin.className, builtin.constructor).second) {
+            findings.push_back({Trap::builtinGivenTwice, placeInList("builtins", index, toUTF8(builtin.name).value())});
+        }
+    }
+}
+
+} // namespace
+
+void checkFolders(const Examined& examined, Findings& findings) {
+    FolderCheck(examined, findings).run();
+    findRepeatedBuiltins(examined.installation.builtins, findings);
+}
+
+} // namespace tessgen::standalone

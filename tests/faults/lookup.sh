@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# Asks for names, once for every system call that answering takes, with that call failing or being the last: the answer
+# is the whole one, or there is none and a line says why. Usage: lookup.sh PROGRAM
+# Exits with 77 where processes cannot be traced.
+set -euo pipefail
+unset CDPATH KELWHICH_INSTALLATION
+here=$(realpath "${BASH_SOURCE[0]%/*}")
+strace -qq -o /dev/null true 2>/dev/null || { echo "skipped: strace is missing or may not trace here"; exit 77; }
+
+program=$(realpath "$1")
+top=$(realpath "$(mktemp -d)")
+trap 'rm -rf "$top"' EXIT
+cp -r "$here/../../examples/installation" "$top/world"
+echo '{}' >"$top/installation.json" # never the one that is meant
+cd "$top/world"
+ln -s ../@Shape mine/@Linked # a link to a folder and a link to a file
+ln -s Shape.vk mine/@Shape/wave.vk
+"$program" store build support.jsonl >/dev/null
+
+# `faults COMMAND...`: a line CALL K FAULT for each fault to try: the K-th of each kind of system call that the command
+# makes on paths and descriptors, failing with each error and killing the program. The C library's other calls are left
+# out: those at the start and those that the system never fails (futex) end any program.
+faults() {
+  local trace call count k fault
+  trace=$(mktemp)
+  strace -qq -f -e trace=%file,%desc -o "$trace" -- "$@" >/dev/null 2>&1
+  sed -nE 's/^[0-9]+ +([a-z0-9_]+)\(.*/\1/p' "$trace" | grep -v '^execve$' | sort | uniq -c |
+    while read -r count call; do
+      for ((k = 1; k <= count; k++)); do
+        for fault in error=EIO error=EACCES error=ENOMEM error=EMFILE signal=KILL; do echo "$call $k $fault"; done
+      done
+    done
+  rm "$trace"
+}
+
+# `under_fault CALL K FAULT COMMAND...`: runs the command under that fault. Its exit code is that of the command, 137
+# when it was killed.
+under_fault() {
+  strace -qq -f -o /dev/null -e trace="$1" -e inject="$1:$3:when=$2" -- "${@:4}"
+}
+
+# `try CALL K FAULT`: prints "whole", "error" or "killed", else "wrong" and what came.
+try() {
+  local out=$top/out.$BASHPID err=$top/err.$BASHPID status=0
+  under_fault "$@" "${command[@]}" >"$out" 2>"$err" || status=$?
+  if [ "$status" = 0 ] && [ ! -s "$err" ] && cmp -s "$top/expected" "$out"; then
+    echo whole
+  elif [[ $status == 2 && ! -s $out ]] && grep -q '^kelwhich: ' "$err"; then
+    echo error
+  elif [[ $status == 137 && $3 == signal=* ]] && { [ ! -s "$out" ] || cmp -s "$top/expected" "$out"; }; then
+    echo killed
+  else
+    echo "wrong: ${command[*]}, $3 at call $2 of $1: exit code $status: $(cat "$out" "$err" | tr '\n' '|')"
+  fi
+}
+
+echo wave >name
+# Each name by itself, then one in a view of the disk that was taken before.
+for words in wave units.metric.convert legacy private/helper '--from name'; do
+  read -ra command <<<"$program $words"
+  "${command[@]}" >"$top/expected"
+  faults "${command[@]}" >"$top/faults"
+  for half in 0 1; do
+    awk "NR % 2 == $half" "$top/faults" | while read -r call k fault; do
+      try "$call" "$k" "$fault"
+    done >"$top/results.$half" &
+  done
+  wait
+  echo "$words: $(wc -l <"$top/faults") faults: $(cut -d: -f1 "$top"/results.? | sort | uniq -c | xargs)"
+  cat "$top"/results.? >>"$top/results"
+  cat "$top/faults" >>"$top/tried"
+done
+if [ "$(grep -cxE 'whole|killed|error' "$top/results")" -ne "$(wc -l <"$top/tried")" ] ||
+  [ "$(sort -u "$top/results" | wc -l)" -ne 3 ]; then
+  grep '^wrong' "$top/results" >&2 || echo "lookup.sh: some fault was never met" >&2
+  exit 1
+fi
