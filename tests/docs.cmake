@@ -12,3 +12,7 @@ endforeach()
 string(REPLACE "\n" ";" snippets "${snippets}")
 add_library(docs_snippets OBJECT ${snippets})
 target_link_libraries(docs_snippets PRIVATE kelwhich::kelwhich kelwhich::standalone Boost::headers)
+
+# Every command that they show, and what it writes.
+add_test(NAME docs.commands COMMAND docs/commands.py $<TARGET_FILE:kelwhich_program> ${documents}
+         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
