@@ -7,9 +7,8 @@ unset CDPATH
 cd "$(dirname "$0")/.."
 folders=${1:-1000}
 program=${2:-build/release/cli/kelwhich}
-[ -x /usr/bin/time ] || { echo "search.sh: install the package time" >&2; exit 2; }
 if [ $# -lt 2 ]; then
-  scripts/setup.sh build
+  scripts/setup.sh bench
   scripts/configure.sh release
   cmake --build --preset release --target kelwhich_program -- --quiet
 fi

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing, of those named below. Usage: scripts/setup.sh [build|package|test|gates]
+# Installs the Debian packages that are missing, of those named below. Usage: scripts/setup.sh [build|bench|package|test|gates]
 # Each includes `build`, and `gates` all. Installs nothing when nothing is missing; never removes a package.
 set -euo pipefail
 
@@ -8,15 +8,17 @@ packages=(
   libboost1.81-dev libboost-thread1.81-dev librange-v3-dev libcdb-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
 )
 test_packages=(libgtest-dev libgmock-dev strace python3-jsonschema groff-base zsh fish)
+bench_packages=(time)
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy git pkgconf debootstrap)
 
 case "${1:-build}" in
   build) ;;
+  bench) packages+=("${bench_packages[@]}") ;;
   package) packages+=("${package_packages[@]}") ;;
   test) packages+=("${test_packages[@]}") ;;
-  gates) packages+=("${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
-  *) echo "setup.sh: expected build, package, test or gates, not '$1'" >&2; exit 2 ;;
+  gates) packages+=("${bench_packages[@]}" "${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
+  *) echo "setup.sh: expected build, bench, package, test or gates, not '$1'" >&2; exit 2 ;;
 esac
 
 missing=()
