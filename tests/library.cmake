@@ -16,12 +16,22 @@ add_unit_tests(
   resolver/RandomWorldsTest.cpp
   resolver/RedirectsTest.cpp
   resolver/SupportEntriesTest.cpp
-  support/FailingAllocator.cpp
   support/FakeArrays.cpp
   support/RecordingHost.cpp
-  sweeps/FaultSweepTest.cpp
+  sweeps/ThreadsTest.cpp
   ../standalone/DataArrays.cpp
   LIBRARIES
   kelwhich_objects
   kelwhich_paths)
-target_compile_definitions(library_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+set(KELWHICH_RANDOM_WORLDS 500000 CACHE STRING "How many random worlds the library is compared with the model over")
+target_compile_definitions(library_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                                 KELWHICH_RANDOM_WORLDS=${KELWHICH_RANDOM_WORLDS})
+
+# Under the thread sanitizer, std::call_once never returns after a throw.
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
+  add_test(NAME threads.planted-race COMMAND library_tests --gtest_also_run_disabled_tests
+                                             --gtest_filter=Threads.DISABLED_PlantedRace)
+  set_tests_properties(threads.planted-race PROPERTIES PASS_REGULAR_EXPRESSION "data race")
+else()
+  target_sources(library_tests PRIVATE support/FailingAllocator.cpp sweeps/FaultSweepTest.cpp)
+endif()

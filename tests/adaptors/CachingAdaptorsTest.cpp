@@ -5,11 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <atomic>
-#include <chrono>
 #include <stdexcept>
-#include <thread>
 
 namespace tessgen::test {
 namespace {
@@ -41,44 +37,6 @@ TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
         EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
         EXPECT_EQ(world.questions().size(), 2U);
     }
-}
-
-// A resolver that notices when it is asked twice at a time.
-class SlowWhichResolver final : public kelwhich::WhichResolver {
-public:
-    SlowWhichResolver(std::atomic<int>& asked, std::atomic<int>& overlaps) : asked_(&asked), overlaps_(&overlaps) {}
-    Results which(const std::u16string& name) const override {
-        *overlaps_ += busy_.exchange(true) ? 1 : 0;
-        ++*asked_;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        busy_ = false;
-        return {{name, Type::ORVAKBuiltin}};
-    }
-
-private:
-    std::atomic<int>* asked_;
-    std::atomic<int>* overlaps_;
-    mutable std::atomic<bool> busy_ = false;
-};
-
-TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndOneAtATimeFromManyThreads) {
-    std::atomic<int> asked = 0;
-    std::atomic<int> overlaps = 0;
-    const kelwhich::CachedWhichResolverAdaptor cached(std::make_unique<SlowWhichResolver>(asked, overlaps));
-    const Texts names = {u"a", u"b", u"c", u"d", u"e"};
-    std::array<std::thread, 8> threads;
-    for (auto& thread : threads) {
-        thread = std::thread([&] {
-            for (const auto& name : names) {
-                EXPECT_EQ(cached.which(name), (Results{{name, Type::ORVAKBuiltin}}));
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(asked, 5);
-    EXPECT_EQ(overlaps, 0);
 }
 
 TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndKeepsNothingOfAFailure) {

@@ -58,12 +58,15 @@ private:
     std::u16string any(const Texts& texts) { return texts[below(texts.size())]; }
 
     std::u16string name() {
-        return any({u"f", u"f", u"f", u"g", u"C", u"p.f", u"p.C", u"C.f", u"", u".", u"f.vk", u"p/f", u"f.vk/", u"/",
-                    u"\xD83D\xDE00", u"\xDC00", path(), path()});
+        return any({u"f", u"f", u"f", u"g", u"C", u"p.f", u"p.C", u"C.f", u"p.p.p.p.p.p.p.p.p.f", u"", u".", u"f.vk",
+                    u"p/f", u"f.vk/", u"/", u"\xD83D\xDE00", u"\xDC00", path(), path()});
     }
 
     std::u16string path() {
         auto text = any({u"/h", u"/h", u"/hx", u"/s", u"/w", u"/k", u"", u"h"});
+        if (chance(20)) {
+            text += u"/+p/+p/+p/+p/+p/+p/+p/+p/+p";
+        }
         for (auto count = below(4); count > 0; --count) {
             text += u"/"
                     + any({u"+p", u"+q", u"@C", u"@f", u"@", u"+", u"private", u"private", u"Private", u"t", u"tx",

@@ -10,6 +10,7 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -41,6 +42,7 @@ struct World {
     Texts asked;
     std::optional<std::size_t> failing;
     std::exception_ptr failure;
+    static inline std::mutex lock; // of what was asked, since worlds are copied
 
     void add(const Texts& names, const SupportEntry& entry) {
         records.push_back({names, std::make_shared<const SupportEntry>(entry)});
@@ -48,6 +50,7 @@ struct World {
 
     void ask(const std::u16string& question, const std::u16string& argument = u"") {
         Faults::ask();
+        const std::lock_guard guard(lock);
         asked.push_back(argument.empty() ? question : question + u" " + argument);
         if (failing == asked.size() - 1) {
             std::rethrow_exception(failure);
