@@ -40,7 +40,7 @@ std::ptrdiff_t Allocations::alive() {
 
 } // namespace tessgen::test
 
-// The other forms of new and delete call these two.
+// The other forms of new and delete call these.
 void* operator new(std::size_t size) {
     using namespace tessgen::test;
     const auto number = made++;
@@ -54,6 +54,14 @@ void* operator new(std::size_t size) {
     }
     ++alive;
     return memory;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 void operator delete(void* memory) noexcept {
