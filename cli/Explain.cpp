@@ -4,10 +4,13 @@
 #include "cli/RenderExplanation.hpp"
 #include "cli/Resolver.hpp"
 #include "standalone/SessionState.hpp"
+#include "standalone/Text.hpp"
 
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessgen::cli {
@@ -30,21 +33,39 @@ bool hasCandidates(const kelwhich::Explanation& explanation) {
 } // namespace
 
 int explain(const Request& request) {
+    if (request.whyNot && !standalone::toUTF16(*request.whyNot)) {
+        throw std::runtime_error("the PATH of --why-not is not UTF-8");
+    }
     const Resolver resolver(request);
-    std::vector<Explained> all;
+    const bool coloured = outputIsColoured();
+    std::string text;
+    std::vector<nlohmann::ordered_json> documents;
     Tally tally;
     for (const auto& name : request.operands) {
         try {
-            all.push_back(explained(name, request, resolver));
-            tally.addAnswer(name, hasCandidates(all.back().explanation));
+            const auto answer = explained(name, request, resolver);
+            if (request.json) {
+                documents.push_back(asJSON(answer));
+            } else {
+                text += asText(answer, coloured) + '\n';
+            }
+            tally.addAnswer(name, hasCandidates(answer.explanation));
         } catch (const std::exception& error) {
             tally.addFailure(name, error);
         }
     }
     resolver.keepRecording();
-    if (!all.empty()) {
-        const auto& searched = standalone::currentSession().installation.searchPath;
-        writeOut(request.json ? asJSON(all, searched) : asText(all, searched, outputIsColoured()));
+    const auto& searched = standalone::currentSession().installation.searchPath;
+    if (request.json && !documents.empty()) {
+        writeOut(asJSON(std::move(documents), searched));
+    } else if (!text.empty()) {
+        // A name that is a whole path is looked for nowhere else.
+        const auto isSearched = [](const std::string& name) { return !name.starts_with('/'); };
+        const bool any = std::any_of(request.operands.begin(), request.operands.end(), isSearched);
+        if (!any) {
+            text.pop_back();
+        }
+        writeOut(text + (any ? searchedAsText(searched, coloured) : ""));
     }
     return tally.exitCode();
 }

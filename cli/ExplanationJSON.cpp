@@ -101,7 +101,6 @@ ordered_json document(const Explanation::Redirect& redirect) {
 
 ordered_json document(const Explanation::Resolution& resolution);
 ordered_json document(const WhyNot::Obstacle& obstacle);
-ordered_json document(const Explained& explained);
 
 template <typename Element>
 ordered_json documents(const std::vector<Element>& elements) {
@@ -138,7 +137,9 @@ ordered_json document(const WhyNot& whyNot) {
     return result;
 }
 
-ordered_json document(const Explained& explained) {
+} // namespace
+
+ordered_json asJSON(const Explained& explained) {
     ordered_json result = {{"query", explained.query},
                            {"redirects", documents(explained.explanation.redirects)},
                            {"resolutions", documents(explained.explanation.resolutions)}};
@@ -148,10 +149,9 @@ ordered_json document(const Explained& explained) {
     return result;
 }
 
-} // namespace
-
-std::string asJSON(const std::vector<Explained>& all, const std::vector<std::string>& searched) {
-    const ordered_json result{{"schema", "kelwhich/1"}, {"explanations", documents(all)}, {"searched", searched}};
+std::string asJSON(std::vector<ordered_json> explanations, const std::vector<std::string>& searched) {
+    const ordered_json result{
+        {"schema", "kelwhich/1"}, {"explanations", std::move(explanations)}, {"searched", searched}};
     return escapedJSON(result.dump(2)) + '\n';
 }
 

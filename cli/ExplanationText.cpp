@@ -181,16 +181,16 @@ private:
 
 } // namespace
 
-std::string asText(const std::vector<Explained>& all, const std::vector<std::string>& searched, bool coloured) {
+std::string asText(const Explained& explained, bool coloured) {
     const auto style = styleOf(coloured);
     std::string text;
-    for (const auto& explained : all) {
-        text += text.empty() ? "" : "\n";
-        ExplanationText(text, style).append(explained);
-    }
-    if (!searched.empty()) {
-        fmt::format_to(std::back_inserter(text), "\n{}The host searched, in this order:{}\n", style.aside, style.end);
-    }
+    ExplanationText(text, style).append(explained);
+    return text;
+}
+
+std::string searchedAsText(const std::vector<std::string>& searched, bool coloured) {
+    const auto style = styleOf(coloured);
+    auto text = fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end);
     for (const auto& folder : searched) {
         fmt::format_to(std::back_inserter(text), "  {}\n", escaped(folder));
     }

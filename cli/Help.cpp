@@ -26,7 +26,8 @@ constexpr auto sections = std::to_array<HelpSection>({
                     "1  a clear no: some name has no candidate or is not as required, or there are findings\n"
                     "2  nothing could be answered or done\n"
                     "3  some names were answered and others not"},
-    {"Errors", "The last line on standard error says why the exit status is not 0. After --json it is a JSON object, "
+    {"Errors", "The last line on standard error says why the exit status is not 0 (not after --quiet for 1). After "
+               "--json it is a JSON object, "
                "{\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},
 });
 

@@ -35,7 +35,7 @@ std::u16string nameIn(std::string_view word) {
 std::string inUTF8(const std::u16string& text) {
     auto converted = standalone::toUTF8(text);
     if (!converted) {
-        throw std::runtime_error("the path of a candidate is not UTF-16");
+        throw std::runtime_error("a text of the answer is not UTF-16");
     }
     return *std::move(converted);
 }

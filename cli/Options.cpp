@@ -55,7 +55,7 @@ constexpr auto options = std::to_array<OptionRow>({
      "exit code 1 unless the first is user, supported, or the only one: single",
      [](Request& request, const char* argument) { addRequirements(request.require, argument); }, Completes::nothing,
      "user supported single"},
-    {"why-not", 0, "PATH", bit(Action::explain), "why this definition is not the first, or none at all",
+    {"why-not", 0, "PATH", bit(Action::explain), "why the definition of this path is not the first, or none at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport),
      "the file to write: store build, if not the manifest's supportStore; store export",

@@ -126,7 +126,7 @@ std::string_view dropWords(Explanation::DropRule rule) {
 }
 
 std::string redirectWords(const Explanation::Redirect& redirect, const std::string& name) {
-    if (name.find_first_of("/.") != std::string::npos) {
+    if (redirect.isHonoured() && inUTF8(redirect.definedName) != name) {
         return "followed, as every redirect of a dotted name or a path";
     }
     return (redirect.isHonoured() ? "followed: " : "ignored: ")

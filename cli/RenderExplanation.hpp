@@ -4,6 +4,8 @@
 #include "cli/WhyNot.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,12 +18,18 @@ struct Explained {
     std::optional<WhyNot> whyNot;
 };
 
-// Name by name, all escaped: the redirects; then for each name that was resolved its candidates, a table of their keys
-// in which "*" marks the one that decides, a line for each neighbouring pair, the records, and what was left out. At
-// the end the folders that the host searched, if there are any.
-std::string asText(const std::vector<Explained>& all, const std::vector<std::string>& searched, bool coloured);
+// The redirects; then for each name that was resolved its candidates, a table of their keys in which "*" marks the one
+// that decides, a line for each neighbouring pair, the records, and what was left out. All escaped.
+// Errors: std::runtime_error, here and below: a text is not UTF-16.
+std::string asText(const Explained& explained, bool coloured);
+
+// The folders that the host searched, in their order.
+std::string searchedAsText(const std::vector<std::string>& searched, bool coloured);
+
+// An element of the list of explanations.
+nlohmann::ordered_json asJSON(const Explained& explained);
 
 // One document, {"schema":"kelwhich/1","explanations":[...],"searched":[...]}.
-std::string asJSON(const std::vector<Explained>& all, const std::vector<std::string>& searched);
+std::string asJSON(std::vector<nlohmann::ordered_json> explanations, const std::vector<std::string>& searched);
 
 } // namespace tessgen::cli

@@ -91,7 +91,7 @@ int which(const Request& request) {
         try {
             auto answer = answerTo(name, *resolver);
             tally.addAnswer(name, !answer.candidates.empty(), shortfallOf(answer, request.require));
-            if (!request.quiet) {
+            if (!request.quiet && !request.replay) {
                 noteFileOfWorkingFolder(name, answer);
             }
             keepWanted(answer, request);

@@ -2,16 +2,22 @@
 
 #include "cli/Names.hpp"
 #include "cli/Reasons.hpp"
+#include "standalone/FileTree.hpp"
 #include "standalone/NotFound.hpp"
 #include "standalone/PathText.hpp"
 #include "standalone/SessionState.hpp"
+#include "standalone/Text.hpp"
+#include "tessapp/internal/screener/meta/SupportEntry.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <compare>
+#include <cstddef>
 #include <filesystem>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace tessgen::cli {
@@ -22,13 +28,21 @@ using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Resolution = Explanation::Resolution;
 
-// The texts that a candidate's path may be when a person means `path`.
+// The texts that a candidate's path may be when a person means `path`: as it is, free of "." and "..", without links.
 std::vector<std::u16string> readings(const std::string& path) {
     std::vector<std::u16string> texts = {nameIn(path)};
+    const auto add = [&texts](const std::string& text) {
+        if (auto units = standalone::toUTF16(text); units && units != texts.back()) {
+            texts.push_back(std::move(*units));
+        }
+    };
     std::error_code unknown;
     const auto folder = std::filesystem::current_path(unknown);
-    if (!path.starts_with('/') && !unknown) {
-        texts.push_back(nameIn(standalone::absolutePath(path, folder.string())));
+    if (path.starts_with('/') || !unknown) {
+        add(standalone::absolutePath(path, folder.string()));
+    }
+    if (const auto real = standalone::realPath(path)) {
+        add(*real);
     }
     return texts;
 }
@@ -54,6 +68,9 @@ public:
                 if (isMeant(dropped.result.path)) {
                     answer_.place = WhyNot::Place::dropped;
                     add(fmt::format("it was left out as {}: {}", sourceWords(dropped.source), dropWords(dropped.rule)));
+                    if (dropped.rule == Explanation::DropRule::hostFile) {
+                        addReasonsOfSearch(inUTF8(dropped.result.path));
+                    }
                     return answer_;
                 }
             }
@@ -108,16 +125,46 @@ private:
     }
 
     void explainAbsence() {
-        const auto record = resolver_->findByPath(texts_.back());
+        if (resolver_.isReplayed()) {
+            add("no recorded answer holds it");
+            return;
+        }
+        const bool isFile = answer_.path.find('/') != std::string::npos || standalone::realPath(answer_.path);
+        if (!isFile) {
+            add(fmt::format("no built-in of that name answers {}, and there is no such file",
+                            inUTF8(explanation_.name)));
+            return;
+        }
+        const auto& path = texts_.at(std::min<std::size_t>(1, texts_.size() - 1)); // as it would be answered
+        const auto record = resolver_->findByPath(path);
+        const auto* const standIn = record ? candidateOf(*record->entry) : nullptr;
+        if (standIn != nullptr) {
+            add(fmt::format("{} of the support packages stands in for it", inUTF8(standIn->result.path)));
+            return;
+        }
         add(record ? fmt::format("its support record is not found under {}; the record's own symbol is {}",
                                  inUTF8(explanation_.name), inUTF8(record->symbol))
                    : "it has no support record");
-        if (resolver_.isReplayed()) {
-            return;
+        addReasonsOfSearch(inUTF8(path));
+    }
+
+    // The candidate that the same record speaks of.
+    const Candidate* candidateOf(const kelwhich::SupportEntry& record) const {
+        for (const auto& resolution : explanation_.resolutions) {
+            for (const auto& candidate : resolution.candidates) {
+                if (candidate.record && candidate.record->path == record.path) {
+                    return &candidate;
+                }
+            }
         }
-        const auto& session = standalone::currentSession();
-        for (auto& why : standalone::whyNotFound(inUTF8(texts_.back()), explanation_.name, session)) {
-            add(std::move(why));
+        return nullptr;
+    }
+
+    void addReasonsOfSearch(const std::string& path) {
+        if (!resolver_.isReplayed()) {
+            for (auto& why : standalone::whyNotFound(path, explanation_.name, standalone::currentSession())) {
+                add(std::move(why));
+            }
         }
     }
 

@@ -24,11 +24,12 @@ struct WhyNot {
     Place place;
     std::optional<std::size_t> rank;  // of a candidate
     std::vector<Obstacle> obstacles;  // the most significant first: all of them would have to go
-    std::optional<std::string> turns; // by what it would then be the first, other than by having been found earlier
+    std::optional<std::string> turns; // by what it would then be the first
 };
 
-// `path` is a candidate's text, or names a file as seen from the working folder.
-// Errors: those of the collaborators, and of the search over the disk.
+// `path` is a candidate's text, or names a file as seen from the working folder; of several candidates with one path,
+// the first is meant. In a replay, what only the disk and the installation could tell is left out.
+// Errors: those of the collaborators, and of the search over the disk; a path that no name could be.
 WhyNot whyNot(const std::string& path, const kelwhich::Explanation& explanation, const Resolver& resolver);
 
 } // namespace tessgen::cli
