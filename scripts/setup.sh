@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build
   libboost1.81-dev libboost-thread1.81-dev librange-v3-dev libcdb-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
 )
-test_packages=(libgtest-dev libgmock-dev strace python3-jsonschema groff-base zsh fish)
+test_packages=(time libgtest-dev libgmock-dev strace python3-jsonschema groff-base zsh fish)
 bench_packages=(time)
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy git pkgconf debootstrap)
@@ -17,7 +17,7 @@ case "${1:-build}" in
   bench) packages+=("${bench_packages[@]}") ;;
   package) packages+=("${package_packages[@]}") ;;
   test) packages+=("${test_packages[@]}") ;;
-  gates) packages+=("${bench_packages[@]}" "${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
+  gates) packages+=("${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
   *) echo "setup.sh: expected build, bench, package, test or gates, not '$1'" >&2; exit 2 ;;
 esac
 
