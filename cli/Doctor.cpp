@@ -72,7 +72,7 @@ int doctor(const Request& request) {
     if (findings.empty()) {
         return exitYes;
     }
-    complain(findings.size() == 1 ? "1 finding" : fmt::format("{} findings", findings.size()));
+    complain(counted(findings.size(), "finding"));
     return exitNo;
 }
 

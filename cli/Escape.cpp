@@ -36,6 +36,21 @@ bool isUnseen(std::uint32_t character) {
     return range != unseen.end() && range->first <= character;
 }
 
+// $'...', where a backslash begins the code of a byte.
+std::string quotedWithCodes(std::string_view text) {
+    std::string word = "$'";
+    for (const char c : text) {
+        if (c == '\\' || c == '\'') {
+            word.append(1, '\\').append(1, c);
+        } else if (c >= ' ' && c <= '~') {
+            word += c;
+        } else {
+            fmt::format_to(std::back_inserter(word), "\\x{:02X}", static_cast<unsigned char>(c));
+        }
+    }
+    return word + "'";
+}
+
 } // namespace
 
 std::string escaped(std::string_view text) {
@@ -96,7 +111,12 @@ std::string shellWord(std::string_view text) {
     for (const char c : text) {
         word += c == '\'' ? R"('\'')" : std::string(1, c);
     }
-    return word + "'";
+    word += '\'';
+    return escaped(word) == word ? word : quotedWithCodes(text);
+}
+
+std::string counted(std::uint64_t count, std::string_view one) {
+    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
 }
 
 } // namespace tessgen::cli

@@ -1,6 +1,7 @@
 // Text made safe to look at.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,13 @@ std::string escaped(std::string_view text);
 // A JSON text, with the same characters written as \uXXXX; it means what it meant.
 std::string escapedJSON(std::string_view json);
 
-// A text as a shell takes it for one word: in quotes when it must be. It is still to be escaped.
+// A text as a shell takes it for one word: in quotes when it must be, and as safe to look at as an escaped text. Where
+// that takes codes, they are those of bash, ksh and zsh.
 //   new/it's -> 'new/it'\''s'
+//   a\b      -> $'a\\b'
 std::string shellWord(std::string_view text);
+
+// "1 record", "2 records".
+std::string counted(std::uint64_t count, std::string_view one);
 
 } // namespace tessgen::cli

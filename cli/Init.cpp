@@ -10,7 +10,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cstddef>
 #include <filesystem>
 #include <iterator>
 #include <optional>
@@ -77,9 +76,13 @@ std::vector<std::string> relativeFolders(const std::vector<std::string>& folders
     return relative;
 }
 
-void refuseToReplace(const std::string& file) {
+[[noreturn]] void refuseToReplace(const std::string& file) {
+    throw std::runtime_error(file + ": is there already; --force replaces it");
+}
+
+void refuseIfThere(const std::string& file) {
     if (isThere(file)) {
-        throw std::runtime_error(file + ": is there already; --force replaces it");
+        refuseToReplace(file);
     }
 }
 
@@ -112,10 +115,6 @@ std::string nameWord(const std::string& name) {
     return name.empty() ? "NAME" : (isOther ? "-- " : "") + shellWord(name);
 }
 
-std::string counted(std::size_t count, std::string_view one) {
-    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
-}
-
 void complainOfPassedOver(const TreeSurvey& survey) {
     for (const auto& path : survey.notUTF8) {
         complain(fmt::format("passed over, since its name is not UTF-8: {}", path));
@@ -125,16 +124,27 @@ void complainOfPassedOver(const TreeSurvey& survey) {
     }
 }
 
-// Both files are written before the first takes its place.
-void writeFiles(const TreeFiles& files, const std::string& manifest, const std::optional<std::string>& records) {
+void place(standalone::NewFile& written, const std::string& file, bool force) {
+    if (force) {
+        written.replaceTarget();
+    } else if (!written.becomeTarget()) {
+        refuseToReplace(file);
+    }
+}
+
+// Both files are written before the first takes its place. The manifest goes first: without it the records are nothing.
+void writeFiles(const TreeFiles& files, const std::string& manifest, const std::optional<std::string>& records,
+                bool force) {
     standalone::NewFile newManifest(files.manifest);
     newManifest.append(manifest);
+    std::optional<standalone::NewFile> newRecords;
     if (records) {
-        standalone::NewFile newRecords(files.records);
-        newRecords.append(*records);
-        newRecords.replaceTarget();
+        newRecords.emplace(files.records).append(*records);
     }
-    newManifest.replaceTarget();
+    place(newManifest, files.manifest, force);
+    if (newRecords) {
+        place(*newRecords, files.records, force);
+    }
 }
 
 std::string report(const TreeFiles& files, const TreeSurvey& survey, const Request& request) {
@@ -160,10 +170,10 @@ std::string report(const TreeFiles& files, const TreeSurvey& survey, const Reque
     }
     text += "next:\n";
     if (request.records) {
-        fmt::format_to(to, "  kelwhich -i {} store build {}\n", escaped(shellWord(folder)),
-                       escaped(shellWord(standalone::joinPath(folder, recordsName))));
+        fmt::format_to(to, "  kelwhich -i {} store build {}\n", shellWord(folder),
+                       shellWord(standalone::joinPath(folder, recordsName)));
     }
-    fmt::format_to(to, "  kelwhich -i {} {}\n", escaped(shellWord(folder)), escaped(nameWord(survey.nameToTry)));
+    fmt::format_to(to, "  kelwhich -i {} {}\n", shellWord(folder), nameWord(survey.nameToTry));
     return text;
 }
 
@@ -173,9 +183,9 @@ int init(const Request& request) {
     const auto tree = realFolder(request.operands.front());
     const TreeFiles files{standalone::joinPath(tree, "installation.json"), standalone::joinPath(tree, recordsName)};
     if (!request.force) {
-        refuseToReplace(files.manifest);
+        refuseIfThere(files.manifest);
         if (request.records) {
-            refuseToReplace(files.records);
+            refuseIfThere(files.records);
         }
     }
     const auto sourceCode = relativeFolders(request.sourceCodeFolders, tree);
@@ -190,7 +200,7 @@ int init(const Request& request) {
         return exitNo;
     }
     writeFiles(files, manifestFor(survey, sourceCode, request.records),
-               request.records ? std::optional(recordsFor(survey)) : std::nullopt);
+               request.records ? std::optional(recordsFor(survey)) : std::nullopt, request.force);
     writeOut(report(files, survey, request));
     if (!survey.unreadable.empty()) {
         complain(fmt::format("{} could not be read, and left out", counted(survey.unreadable.size(), "folder")));

@@ -15,6 +15,8 @@ namespace tessgen::cli {
 
 namespace {
 
+constexpr const char* manifestName = "installation.json";
+
 std::string nearestManifest() {
     std::error_code unknown;
     const auto start = std::filesystem::current_path(unknown);
@@ -23,7 +25,7 @@ std::string nearestManifest() {
                                  + "; name the installation with --installation");
     }
     for (auto folder = start;; folder = folder.parent_path()) {
-        const auto manifest = folder / "installation.json";
+        const auto manifest = folder / manifestName;
         std::error_code error; // also set when there is none
         const auto status = std::filesystem::symlink_status(manifest, error);
         if (!std::filesystem::status_known(status)) {
@@ -58,6 +60,16 @@ FoundManifest findManifestAndSource(const Request& request) {
 
 std::string findManifest(const Request& request) {
     return findManifestAndSource(request).path;
+}
+
+void keepManifest(const std::string& output, const std::string& manifest) {
+    std::error_code absent;
+    const auto written = std::filesystem::canonical(output, absent);
+    if (!absent
+        && (written.filename() == manifestName || std::filesystem::equivalent(manifest, written, absent)
+            || std::filesystem::equivalent(std::filesystem::path(manifest) / manifestName, written, absent))) {
+        throw std::runtime_error(output + ": is the manifest; name another file with --output");
+    }
 }
 
 std::string findStore(const Request& request) {

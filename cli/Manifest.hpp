@@ -23,6 +23,10 @@ FoundManifest findManifestAndSource(const Request& request);
 // Only the path of that.
 std::string findManifest(const Request& request);
 
+// Errors: std::runtime_error when writing to `output` would replace a manifest: the one at `manifest` (or in that
+// folder, empty for none), or any other file that goes by the name of manifests, through links too.
+void keepManifest(const std::string& output, const std::string& manifest);
+
 // The store that the request names, else that of the installation.
 // Errors: std::runtime_error when the installation has none.
 std::string findStore(const Request& request);

@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -17,9 +18,13 @@ namespace {
 
 standalone::StoreBuildProgress buildShowingProgress(const std::string& records, const std::string& output,
                                                     const std::string& root) {
-    Progress progress("records");
-    return standalone::buildSupportStore(records, output, root,
-                                         [&progress](const auto& done) { progress.show(done.records, done.bytes); });
+    std::optional<Progress> progress;
+    return standalone::buildSupportStore(records, output, root, [&progress](const auto& done) {
+        if (!progress) {
+            progress.emplace("records", done.size);
+        }
+        progress->show(done.records, done.bytes);
+    });
 }
 
 } // namespace
@@ -31,9 +36,10 @@ int storeBuild(const Request& request) {
         throw std::runtime_error(fmt::format(
             "{} names no supportStore; give it one, or say where to write with --output", installation.manifest));
     }
+    keepManifest(*output, installation.manifest);
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = buildShowingProgress(request.operands.front(), *output, installation.root);
-    writeOut(fmt::format("{}: {} records\n", escaped(*output), built.records));
+    writeOut(fmt::format("{}: {}\n", escaped(*output), counted(built.records, "record")));
     return exitYes;
 }
 

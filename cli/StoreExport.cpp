@@ -5,6 +5,7 @@
 #include "standalone/NewFile.hpp"
 #include "standalone/SupportRecords.hpp"
 #include "standalone/SupportStore.hpp"
+#include "standalone/SupportStoreFile.hpp"
 #include "standalone/Text.hpp"
 
 #include <fmt/format.h>
@@ -19,18 +20,24 @@ namespace tessgen::cli {
 
 namespace {
 
+// What a damaged store holds before the damage is written, then StoreDamage is thrown.
 template <typename Write>
 void exportRecords(const standalone::SupportStore& store, const Write& write) {
     const auto root = standalone::toUTF8(store.root()).value();
     constexpr std::size_t enough = std::size_t{1} << 16U; // bytes for one system call
     std::string lines;
-    store.forEachRecord([&](const standalone::SupportRecord& record) {
-        lines.append(escapedJSON(standalone::writeSupportRecord(record, root))).append(1, '\n');
-        if (lines.size() >= enough) {
-            write(lines);
-            lines.clear();
-        }
-    });
+    try {
+        store.forEachRecord([&](const standalone::SupportRecord& record) {
+            lines.append(escapedJSON(standalone::writeSupportRecord(record, root))).append(1, '\n');
+            if (lines.size() >= enough) {
+                write(lines);
+                lines.clear();
+            }
+        });
+    } catch (const standalone::StoreDamage&) {
+        write(lines);
+        throw;
+    }
     write(lines);
 }
 
@@ -47,6 +54,7 @@ int storeExport(const Request& request) {
         throw std::runtime_error(
             fmt::format("{}: is the store itself; name another file with --output", *request.output));
     }
+    keepManifest(*request.output, request.operands.empty() ? findManifest(request) : request.installation.value_or(""));
     standalone::NewFile output(*request.output);
     exportRecords(store, [&output](const std::string& lines) { output.append(lines); });
     output.replaceTarget();

@@ -19,7 +19,7 @@ int storeVerify(const Request& request) {
     }
     const auto check = standalone::checkSupportStore(file);
     if (check.damages == 0) {
-        writeOut(fmt::format("{}: whole, {} records\n", escaped(file), check.records));
+        writeOut(fmt::format("{}: whole, {}\n", escaped(file), counted(check.records, "record")));
         return exitYes;
     }
     std::string text;
@@ -27,8 +27,8 @@ int storeVerify(const Request& request) {
         text += fmt::format("{}: {}\n", escaped(file), finding);
     }
     writeOut(text);
-    complain(fmt::format("{}: damaged in {} {}; build it anew with: kelwhich store build RECORDS.jsonl", file,
-                         check.damages, check.damages == 1 ? "place" : "places"));
+    complain(fmt::format("{}: damaged in {}; build it anew with: kelwhich store build RECORDS.jsonl", file,
+                         counted(check.damages, "place")));
     return exitNothing;
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
@@ -82,6 +83,15 @@ void syncFolder(const std::string& folder) {
     }
 }
 
+// False, with errno, when it did not come to that. Some disks know no second name of a file, others no such rename.
+bool moveToFreeName(const std::string& from, const std::string& to) {
+    if (link(from.c_str(), to.c_str()) == 0) {
+        unlink(from.c_str());
+        return true;
+    }
+    return errno != EEXIST && renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+}
+
 const char* adviceFor(int error) {
     switch (error) {
     case ENOSPC:
@@ -114,6 +124,8 @@ NewFile::NewFile(const std::string& target) : target_(target) {
         old_ = status;
     } else if (errno != ENOENT) {
         fail(errno);
+    } else if (lstat(target.c_str(), &status) == 0) {
+        throw std::runtime_error(target + ": is a link that leads nowhere; make its target or remove it");
     }
     removeLeftovers(folderOf(target_));
     // What the old file hides from others, the new one hides from its beginning.
@@ -199,16 +211,36 @@ void NewFile::takeOver(const struct stat& old) {
     }
 }
 
-void NewFile::replaceTarget() {
+void NewFile::sync() {
     flush();
+    if (fsync(descriptor_) != 0) {
+        fail(errno);
+    }
+}
+
+void NewFile::replaceTarget() {
     if (old_) {
         takeOver(*old_);
     }
-    if (fsync(descriptor_) != 0 || rename(path_.c_str(), target_.c_str()) != 0) {
+    sync();
+    if (rename(path_.c_str(), target_.c_str()) != 0) {
         fail(errno);
     }
     path_.clear();
     syncFolder(folderOf(target_));
+}
+
+bool NewFile::becomeTarget() {
+    sync();
+    if (!moveToFreeName(path_, target_)) {
+        if (errno == EEXIST) {
+            return false;
+        }
+        fail(errno);
+    }
+    path_.clear();
+    syncFolder(folderOf(target_));
+    return true;
 }
 
 void NewFile::fail(const std::string& cause) const {

@@ -20,7 +20,8 @@ class NewFile {
 public:
     // A target that is a link is what the link leads to. The file gets the mode and, if the system lets us, the owner
     // and the group of the one that it replaces.
-    // Errors: the target is there and is not a regular file; the folder cannot be written to.
+    // Errors: the target is there and is not a regular file, or is a link that leads nowhere; the folder cannot be
+    // written to.
     explicit NewFile(const std::string& target);
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
@@ -35,6 +36,8 @@ public:
 
     // Waits until the disk has the content, then replaces the target.
     void replaceTarget();
+    // The same, but only where there is no target by then. False when there is one, which stays.
+    [[nodiscard]] bool becomeTarget();
 
     // Throws an error that names the target and says why it was not replaced; `error` is an errno.
     [[noreturn]] void fail(const std::string& cause) const;
@@ -43,6 +46,7 @@ public:
 private:
     void create(unsigned mode);
     void flush();
+    void sync();
     void write(std::uint64_t position, std::string_view bytes);
     void takeOver(const struct stat& old);
 

@@ -51,6 +51,7 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
     SupportStoreWriter writer(file);
     KnownFiles known;
     StoreBuildProgress progress;
+    progress.size = lines.size();
     while (const auto line = lines.next()) {
         progress.bytes = lines.bytes();
         if (report) {

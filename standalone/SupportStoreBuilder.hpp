@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace tessgen::standalone {
@@ -11,6 +12,7 @@ namespace tessgen::standalone {
 struct StoreBuildProgress {
     std::uint64_t records = 0;
     std::uint64_t bytes = 0;
+    std::optional<std::uint64_t> size; // of all records in bytes, when they are in a regular file
 };
 
 // Reads `records` (a file of JSON Lines, or "-" for standard input) in one pass and writes the store for the
