@@ -7,8 +7,6 @@
 #include "cli/Resolver.hpp"
 #include "standalone/LineReader.hpp"
 
-#include <fmt/format.h>
-
 #include <exception>
 
 namespace tessgen::cli {
@@ -31,7 +29,7 @@ int batch(const Request& request) {
             if (request.json) {
                 text = asJSONLine(*name, reasonOf(error));
             } else {
-                complain(fmt::format("{} {}", lines.place(), reasonOf(error)));
+                complainOfLine(lines.place(), reasonOf(error));
             }
         }
         writeOut(text);

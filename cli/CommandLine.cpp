@@ -11,6 +11,7 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -99,9 +100,20 @@ private:
         if (answer == otherWord) {
             takeWord(optarg);
         } else if (const auto* const row = findOption(answer)) {
+            checkWhole(answer, *row);
             takeOption(*row);
         } else {
             refuseOption(answer == ':', words_[optind - 1]);
+        }
+    }
+
+    // getopt takes the beginning of a name for the name, which another option may share one day.
+    void checkWhole(int answer, const OptionRow& row) const {
+        const bool isArgumentApart = optarg != nullptr && optarg == words_[optind - 1];
+        const std::string_view word = words_[optind - (isArgumentApart ? 2 : 1)];
+        const auto name = word.substr(0, word.find('='));
+        if (answer >= firstAnswer && name != fmt::format("--{}", row.name)) {
+            refuse(fmt::format("there is no option '{}'; --{} is written whole", name, row.name));
         }
     }
 

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -47,7 +48,7 @@ bool isAbleTerminal(int descriptor) {
     return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
 }
 
-// A complaint in JSON is held until it is known whether it is the last one; what is still to come is `}}`.
+// A complaint in JSON that may be the last one is held until that is known; what is still to come is `}}`.
 struct {
     bool inJSON = false;
     bool holds = false;
@@ -69,11 +70,15 @@ std::string jsonText(std::string_view text) {
     return escapedJSON(nlohmann::json(isUTF8 ? std::string(text) : escaped(text)).dump());
 }
 
-void hold(std::string_view members, std::string_view message) {
-    auto text = fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
+std::string beginInJSON(std::string_view members, std::string_view message) {
+    return fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
+}
+
+// `inJSON`: all but the last `}}`.
+void writeAtOnce(std::string_view inText, std::string_view inJSON) {
     writeHeld("", "");
-    complaints.held = std::move(text);
-    complaints.holds = true;
+    writeAll(STDERR_FILENO,
+             complaints.inJSON ? fmt::format("{}}}}}\n", inJSON) : fmt::format("kelwhich: {}\n", escaped(inText)));
 }
 
 } // namespace
@@ -85,8 +90,8 @@ void prepareStreams() {
     }
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0) {
-            // Takes the free number. Read-only: writing to it fails, as it should.
-            open("/dev/null", O_RDONLY);
+            // Takes the free number, for what is not done with it: that fails, as it should.
+            open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
 }
@@ -99,22 +104,39 @@ void writeOut(std::string_view text) {
 
 void complain(std::string_view message) {
     if (complaints.inJSON) {
-        hold("", message);
+        auto text = beginInJSON("", message);
+        writeHeld("", "");
+        complaints.held = std::move(text);
+        complaints.holds = true;
     } else {
-        writeAll(STDERR_FILENO, fmt::format("kelwhich: {}\n", escaped(message)));
+        writeAtOnce(message, "");
     }
 }
 
 void complainOf(std::string_view query, std::string_view message) {
     if (complaints.inJSON) {
-        hold(fmt::format(R"("query":{},)", jsonText(query)), message);
+        writeAtOnce("", beginInJSON(fmt::format(R"("query":{},)", jsonText(query)), message));
     } else {
-        complain(fmt::format("'{}': {}", query, message));
+        writeAtOnce(fmt::format("{}: {}", shownName(query), message), "");
     }
+}
+
+void complainOfLine(std::string_view place, std::string_view message) {
+    const auto text = fmt::format("{} {}", place, message);
+    writeAtOnce(text, complaints.inJSON ? beginInJSON("", text) : "");
+}
+
+std::string shownName(std::string_view name) {
+    constexpr std::size_t longest = 200; // bytes
+    return name.size() <= longest ? fmt::format("'{}'", name) : fmt::format("a name of {} bytes", name.size());
 }
 
 void complainInJSON() {
     complaints.inJSON = true;
+}
+
+bool complainsInJSON() {
+    return complaints.inJSON;
 }
 
 void complainOfFailure() noexcept {
@@ -149,7 +171,10 @@ bool outputIsTerminal() {
 }
 
 void showStatus(std::string_view text) {
-    writeAll(STDERR_FILENO, fmt::format("\r\x1B[K{}", escaped(text)));
+    winsize terminal{};
+    const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &terminal) == 0 && terminal.ws_col > 0;
+    const std::size_t columns = isKnown ? terminal.ws_col : 80;
+    writeAll(STDERR_FILENO, fmt::format("\r\x1B[K{}", escaped(text).substr(0, columns - 1)));
 }
 
 bool statusCanBeShown() {

@@ -17,21 +17,27 @@ void writeOut(std::string_view text);
 // One line on standard error, escaped. Nobody is left to be told when that fails.
 void complain(std::string_view message);
 
-// The same about one of several names.
+// The same about one name, or about a line ("FILE:NUMBER:"), which is not the last of the program: written at once.
 void complainOf(std::string_view query, std::string_view message);
+void complainOfLine(std::string_view place, std::string_view message);
+
+// A name as a complaint shows it: in quotes, or a long one by its size.
+std::string shownName(std::string_view name);
 
 // From now on complaints are JSON, one object a line: {"schema":"kelwhich/1","query":...,"error":{"message":...}},
 // and the last one has the program's exit code, {...,"error":{"message":...,"exit":2}}. Text that is not UTF-8 is
 // escaped in it.
 void complainInJSON();
+bool complainsInJSON();
 
 // Complains of the exception that is being handled, whatever it is.
 void complainOfFailure() noexcept;
 
-// Call last, since until then a complaint in JSON waits for the exit code.
+// Call last, since until then the last complaint in JSON waits for the exit code.
 void endComplaints(int exitCode) noexcept;
 
-// Shows `text` in place of what was shown in the terminal's last line, on standard error; "" takes it away.
+// Shows `text`, in ASCII, in place of what was shown in the terminal's last line, on standard error, as far as it fits
+// into a line; "" takes it away.
 void showStatus(std::string_view text);
 bool statusCanBeShown();
 

@@ -12,12 +12,6 @@
 
 namespace tessgen::cli {
 
-namespace {
-
-constexpr std::size_t longestShown = 200; // bytes of a name in a complaint
-
-} // namespace
-
 std::u16string nameIn(std::string_view word) {
     if (word.empty()) {
         throw std::runtime_error("refused, a name cannot be empty");
@@ -47,10 +41,8 @@ void Tally::addAnswer(std::string_view name, bool hasCandidates, std::string_vie
     }
     ++(hasCandidates ? short_ : empty_);
     if (firstReason_.empty()) {
-        const auto shown =
-            name.size() <= longestShown ? fmt::format("'{}'", name) : fmt::format("a name of {} bytes", name.size());
-        firstReason_ =
-            hasCandidates ? fmt::format("{} {}", shown, shortfall) : fmt::format("no candidate for {}", shown);
+        firstReason_ = hasCandidates ? fmt::format("{} {}", shownName(name), shortfall)
+                                     : fmt::format("no candidate for {}", shownName(name));
     }
 }
 
@@ -61,7 +53,7 @@ void Tally::addFailure(const std::string& name, const std::exception& error) {
 
 int Tally::exitCode(bool isQuiet) const {
     if (failed_ > 0) {
-        if (asked() > 1) {
+        if (asked() > 1 || complainsInJSON()) { // in text, what was said of the only name is the last line
             complain(fmt::format("{} of {} names not answered", failed_, asked()));
         }
         return answered_ == 0 ? exitNothing : exitPartly;

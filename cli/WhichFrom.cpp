@@ -8,8 +8,6 @@
 #include "cli/Resolver.hpp"
 #include "standalone/LineReader.hpp"
 
-#include <fmt/format.h>
-
 #include <cstddef>
 #include <exception>
 #include <optional>
@@ -81,7 +79,7 @@ private:
             }
         } catch (const std::exception& error) {
             progress_.clear();
-            complain(fmt::format("{} {}", lines_.place(), reasonOf(error)));
+            complainOfLine(lines_.place(), reasonOf(error));
             tally_.addFailure();
         }
     }

@@ -27,7 +27,7 @@ class DiskError final : public std::system_error {
 public:
     DiskError(int error, const std::string& path)
         : std::system_error(error, std::generic_category()),
-          line_(path + ": cannot be read: " + code().message() + std::string(adviceOn(error))) {}
+          line_(shownPath(path) + ": cannot be read: " + code().message() + std::string(adviceOn(error))) {}
     const char* what() const noexcept override { return line_.what(); }
 
 private:
@@ -84,6 +84,11 @@ struct FreeText {
 };
 
 } // namespace
+
+std::string shownPath(const std::string& path) {
+    constexpr std::size_t longest = PATH_MAX + NAME_MAX; // a file in a folder that can be opened
+    return path.size() <= longest ? path : "a path of " + std::to_string(path.size()) + " bytes";
+}
 
 std::string_view adviceOn(int error) {
     switch (error) {

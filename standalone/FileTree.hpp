@@ -45,6 +45,9 @@ public:
 // Errors: those of RealFileTree.
 std::optional<std::string> realPath(const std::string& path);
 
+// A path as an error names it: one that is longer than any on the disk by its size.
+std::string shownPath(const std::string& path);
+
 // What a user can do when the disk fails with that error number: the end of a line that names the path. Empty when
 // nothing general can be said.
 std::string_view adviceOn(int error);
