@@ -44,7 +44,7 @@ std::size_t slipsIn(std::string_view name) {
 
 KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) : deadline_(deadline) {
     const auto now = Clock::now();
-    const auto endOfReading = now + (deadline - now) / 2;
+    const auto endOfRecords = now + (deadline - now) / 4;
     const auto add = [this](std::u16string_view name) {
         if (auto text = toUTF8(name)) {
             names_.push_back(std::move(*text));
@@ -53,23 +53,22 @@ KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) 
     for (const Builtin& builtin : session.installation.builtins) {
         add(builtin.name);
     }
-    // The index of what is listed takes as long again as the listing.
-    const TreeUntil files(session.files, now + (deadline - now) / 4);
-    const FixedSearch search(session.installation, files);
-    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
-        names_.emplace_back(search.symbols().symbolAt(i));
-    }
     try {
         if (session.store) {
             session.store->forEachRecord([&](const SupportRecord& record) {
                 std::for_each(record.names.begin(), record.names.end(), add);
-                if (Clock::now() >= endOfReading) {
+                if (Clock::now() >= endOfRecords) {
                     throw TimeIsUp();
                 }
             });
         }
     } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): what was read is what there is
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
+    }
+    const TreeUntil files(session.files, now + (deadline - now) / 2);
+    const FixedSearch search(session.installation, files);
+    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
+        names_.emplace_back(search.symbols().symbolAt(i));
     }
 }
 
