@@ -55,7 +55,7 @@ private:
 
     // What is answered is written before more names are waited for.
     std::optional<std::string_view> nextLine() {
-        if (!out_.empty() && !lines_.size() && lines_.mayWait()) {
+        if (!out_.empty() && lines_.mayWait() && !lines_.size()) {
             flush();
         }
         return lines_.next();

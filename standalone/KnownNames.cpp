@@ -21,7 +21,8 @@ public:
     TreeUntil(const FileTree& tree, Clock::time_point deadline) : tree_(&tree), deadline_(deadline) {}
 
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
-        return Clock::now() < deadline_ ? tree_->entries(folder, wanted) : std::nullopt;
+        const auto wantedInTime = [&](std::string_view name) { return wanted(name) && Clock::now() < deadline_; };
+        return Clock::now() < deadline_ ? tree_->entries(folder, wantedInTime) : std::nullopt;
     }
     std::optional<Kind> kindOf(const std::string& path) const override {
         return Clock::now() < deadline_ ? tree_->kindOf(path) : std::nullopt;
@@ -41,7 +42,9 @@ std::size_t slipsIn(std::string_view name) {
 
 } // namespace
 
-KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) {
+KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) : deadline_(deadline) {
+    const auto now = Clock::now();
+    const auto endOfRecords = now + (deadline - now) / 4;
     const auto add = [this](std::u16string_view name) {
         if (auto text = toUTF8(name)) {
             names_.push_back(std::move(*text));
@@ -50,16 +53,11 @@ KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) 
     for (const Builtin& builtin : session.installation.builtins) {
         add(builtin.name);
     }
-    const TreeUntil files(session.files, deadline);
-    const FixedSearch search(session.installation, files);
-    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
-        names_.emplace_back(search.symbols().symbolAt(i));
-    }
     try {
         if (session.store) {
             session.store->forEachRecord([&](const SupportRecord& record) {
                 std::for_each(record.names.begin(), record.names.end(), add);
-                if (Clock::now() >= deadline) {
+                if (Clock::now() >= endOfRecords) {
                     throw TimeIsUp();
                 }
             });
@@ -67,23 +65,31 @@ KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) 
     } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): what was read is what there is
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
     }
-    std::sort(names_.begin(), names_.end());
-    names_.erase(std::unique(names_.begin(), names_.end()), names_.end());
+    const TreeUntil files(session.files, now + (deadline - now) / 2);
+    const FixedSearch search(session.installation, files);
+    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
+        names_.emplace_back(search.symbols().symbolAt(i));
+    }
 }
 
 std::vector<std::string> KnownNames::near(std::string_view name) const {
     const std::size_t slips = slipsIn(name);
     std::vector<std::pair<std::size_t, std::string>> found;
+    std::size_t looked = 0;
     for (const std::string& known : names_) {
+        if (looked++ % 256 == 0 && Clock::now() >= deadline_) {
+            break;
+        }
         if (known.size() + slips < name.size() || name.size() + slips < known.size()) {
             continue;
         }
-        const std::size_t away = distance(name, known);
+        const std::size_t away = distance(name, known, slips);
         if (away > 0 && away <= slips) {
             found.emplace_back(away, known);
         }
     }
     std::sort(found.begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     std::vector<std::string> names;
     names.reserve(found.size());
     for (auto& [away, known] : found) {

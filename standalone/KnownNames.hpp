@@ -17,15 +17,16 @@ public:
     using Clock = std::chrono::steady_clock;
 
     // Of the files of the search path, the built-ins and the support records. What cannot be read, or would be read
-    // after the deadline, is left out.
+    // after half the time until the deadline, is left out: the rest is for looking through the names.
     KnownNames(const SessionState& session, Clock::time_point deadline);
 
     // Those that are other than `name` by a slip or two, the nearest first and equally near ones in their order as
-    // text.
+    // text; as far as they are found before the deadline.
     std::vector<std::string> near(std::string_view name) const;
 
 private:
-    std::vector<std::string> names_; // UTF-8, sorted, each once
+    Clock::time_point deadline_;
+    std::vector<std::string> names_; // UTF-8, some more than once
 };
 
 } // namespace tessgen::standalone

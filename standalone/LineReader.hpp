@@ -3,8 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,7 +24,7 @@ public:
 
     // The file's size in bytes; nothing when it is no regular file, and so has none that is known.
     std::optional<std::uint64_t> size() const;
-    // Whether `next` may have to wait for what is not there yet.
+    // Whether `next` reads, and so may have to wait for what is not there yet.
     bool mayWait() const;
 
     // Whether this is what `path` leads to.
@@ -38,16 +36,16 @@ public:
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
-    using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+    LineReader(std::string file, int descriptor);
 
-    LineReader(std::string file, Stream stream);
-
+    void readBlock();
     [[noreturn]] void fail(const char* what) const;
 
     std::string file_;
-    Stream stream_;
-    char* line_ = nullptr;
-    std::size_t capacity_ = 0;
+    int descriptor_;
+    std::string buffer_; // the current line's, until `begin_`, and what was read after it
+    std::size_t begin_ = 0;
+    bool isAtEnd_ = false;
     std::uint64_t number_ = 0;
     std::uint64_t bytes_ = 0;
 };

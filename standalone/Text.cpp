@@ -39,7 +39,7 @@ std::vector<std::string> split(std::string_view text, char separator) {
     return parts;
 }
 
-std::size_t distance(std::string_view from, std::string_view to) {
+std::size_t distance(std::string_view from, std::string_view to, std::size_t most) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < from.size(); ++i) {
@@ -48,6 +48,9 @@ std::size_t distance(std::string_view from, std::string_view to) {
             const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+        if (const auto least = *std::min_element(row.begin(), row.end()); least > most) {
+            return least;
         }
     }
     return row.back();

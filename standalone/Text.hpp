@@ -20,7 +20,8 @@ std::optional<std::string> toUTF8(std::u16string_view text);
 // The parts between separators, empty ones included; at least one.
 std::vector<std::string> split(std::string_view text, char separator);
 
-// How many bytes must be changed, added or taken out to get from one text to the other.
-std::size_t distance(std::string_view from, std::string_view to);
+// How many bytes must be changed, added or taken out to get from one text to the other; when that is more than `most`,
+// some number that is more.
+std::size_t distance(std::string_view from, std::string_view to, std::size_t most = std::string_view::npos);
 
 } // namespace tessgen::standalone
