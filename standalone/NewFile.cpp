@@ -188,7 +188,7 @@ void NewFile::flush() {
     buffer_.clear();
 }
 
-void NewFile::write(std::uint64_t position, std::string_view bytes) {
+void NewFile::write(std::uint64_t position, std::string_view bytes) const {
     while (!bytes.empty()) {
         const auto done = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(position));
         if (done < 0 && errno != EINTR) {
@@ -200,7 +200,7 @@ void NewFile::write(std::uint64_t position, std::string_view bytes) {
     }
 }
 
-void NewFile::takeOver(const struct stat& old) {
+void NewFile::takeOver(const struct stat& old) const {
     auto mode = old.st_mode & 07777U;
     constexpr auto unchanged = static_cast<uid_t>(-1);
     if (fchown(descriptor_, old.st_uid, old.st_gid) != 0 && fchown(descriptor_, unchanged, old.st_gid) != 0) {

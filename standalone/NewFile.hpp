@@ -47,8 +47,8 @@ private:
     void create(unsigned mode);
     void flush();
     void sync();
-    void write(std::uint64_t position, std::string_view bytes);
-    void takeOver(const struct stat& old);
+    void write(std::uint64_t position, std::string_view bytes) const;
+    void takeOver(const struct stat& old) const;
 
     std::string target_;
     std::optional<struct stat> old_; // the target's, when there is one

@@ -18,6 +18,7 @@ template <typename Work>
 void together(Work work) {
     std::barrier start(threadCount);
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number) {
         threads.emplace_back([&, number] {
             start.arrive_and_wait();
