@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_set>
 
 namespace tessgen::standalone {
 
@@ -90,9 +91,9 @@ std::vector<std::string> readExtensions(const json& manifest) {
     if (extensions.empty()) {
         failAtKey(key, "at least one extension, since no name is found without", value);
     }
-    for (auto one = extensions.begin(); one != extensions.end(); ++one) {
-        if (std::find(extensions.begin(), one, *one) != one) {
-            const auto index = static_cast<std::size_t>(one - extensions.begin());
+    std::unordered_set<std::string_view> known;
+    for (std::size_t index = 0; index < extensions.size(); ++index) {
+        if (!known.insert(extensions[index]).second) {
             failAtKey(elementOf(key, index), "no extension twice", &(*value)[index]);
         }
     }

@@ -84,6 +84,56 @@ std::string adviceFor(std::string_view key, std::initializer_list<std::string_vi
     return all;
 }
 
+// Refuses what the parser takes: the same key twice in an object, and lists and objects beyond `deepest`. What the
+// parser refuses only ends the check, for the parser to tell of. A pass of its own, since the parser's callbacks cost
+// the square of a list's length.
+class JsonCheck final : public json::json_sax_t {
+public:
+    explicit JsonCheck(std::string_view text) : text_(text) {}
+
+    bool start_object(std::size_t /*size*/) override { return open(); }
+    bool start_array(std::size_t /*size*/) override { return open(); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+    bool key(std::string& key) override {
+        if (!keys_.back().insert(key).second) {
+            throw syntaxError(text_, placeOfKey(text_, keyCount_), "key " + inQuotes(key) + " is given twice");
+        }
+        ++keyCount_;
+        return true;
+    }
+    bool null() override { return true; }
+    bool boolean(bool /*value*/) override { return true; }
+    bool number_integer(std::int64_t /*value*/) override { return true; }
+    bool number_unsigned(std::uint64_t /*value*/) override { return true; }
+    bool number_float(double /*value*/, const std::string& /*text*/) override { return true; }
+    bool string(std::string& /*value*/) override { return true; }
+    bool binary(json::binary_t& /*value*/) override { return true; }
+    bool parse_error(std::size_t /*byte*/, const std::string& /*last*/, const json::exception& /*error*/) override {
+        return false;
+    }
+
+private:
+    static constexpr std::size_t deepest = 100;
+
+    bool open() {
+        if (keys_.size() == deepest) {
+            throw syntaxError(text_, placeOfDepth(text_, deepest),
+                              "lists and objects lie in each other more than " + std::to_string(deepest) + " deep");
+        }
+        keys_.emplace_back();
+        return true;
+    }
+    bool close() {
+        keys_.pop_back();
+        return true;
+    }
+
+    std::string_view text_;
+    std::vector<std::set<std::string>> keys_; // of what is open, outermost first; a list has none
+    std::size_t keyCount_ = 0;
+};
+
 } // namespace
 
 TextPlace lineAndColumn(std::string_view text, std::size_t byte) {
@@ -96,30 +146,10 @@ json parseJson(std::string_view text) {
     if (const auto byte = text.find('\0'); byte != std::string_view::npos) { // the parser would take it for the end
         throw syntaxError(text, byte, "not valid JSON in UTF-8: the character 0");
     }
-    constexpr int deepest = 100;
-    std::vector<std::set<std::string>> keys; // of the objects that are open, outermost first
-    std::size_t keyCount = 0;
-    const auto check = [&](int depth, json::parse_event_t event, const json& parsed) {
-        using Event = json::parse_event_t;
-        if ((event == Event::object_start || event == Event::array_start) && depth == deepest) {
-            throw syntaxError(text, placeOfDepth(text, deepest),
-                              "lists and objects lie in each other more than " + std::to_string(deepest) + " deep");
-        }
-        if (event == Event::object_start) {
-            keys.emplace_back();
-        } else if (event == Event::object_end) {
-            keys.pop_back();
-        } else if (event == Event::key) {
-            const auto& key = parsed.get_ref<const std::string&>();
-            if (!keys.back().insert(key).second) {
-                throw syntaxError(text, placeOfKey(text, keyCount), "key " + inQuotes(key) + " is given twice");
-            }
-            ++keyCount;
-        }
-        return true;
-    };
+    JsonCheck check(text);
+    json::sax_parse(text, &check);
     try {
-        return json::parse(text, check);
+        return json::parse(text);
     } catch (const json::parse_error& error) {
         // `byte` counts the bytes read, the one that is wrong included; at the end of the text it is one beyond.
         throw syntaxError(text, error.byte - 1, "not valid JSON: " + detailOf(error));
