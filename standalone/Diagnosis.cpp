@@ -13,7 +13,7 @@ constexpr auto texts = std::to_array<TrapText>({
     {"folder-missing", "There is no such folder, so nothing is found in it.",
      "Make it, mend its path, or take it out of the manifest."},
     {"search-folder-twice",
-     "Both are one folder on the disk, so its files are searched twice and found under two paths.",
+     "Both are one folder on the disk, so its files are searched twice, and under two paths found twice.",
      "Take the later one out of searchPath."},
     {"built-in-twice", "The built-in is there already, and is answered once.",
      "Take it out of builtins, or mend its name or its class."},
@@ -27,13 +27,13 @@ constexpr auto texts = std::to_array<TrapText>({
     {"kel-folder-on-search-path", "Files in both are answered twice: as KEL path files and as host files.",
      "Take the one out of searchPath, or the other out of kelPath."},
     {"source-folder-is-prefix",
-     "Host code is told by the text that its path begins with, so files of this folder count as host code, not as a "
+     "Host code is told by the text that its path begins with, so this folder or file counts as host code, not as a "
      "user's.",
-     "Rename one of the two folders, or list this one under sourceCode as well if it holds host code."},
+     "Rename one of the two, or list a folder that holds host code under sourceCode as well."},
     {"package-root-is-prefix",
-     "Support packages are told by the text that a path begins with, so files of this folder count as a package's, not "
+     "Support packages are told by the text that a path begins with, so this folder or file counts as a package's, not "
      "as a user's.",
-     "Rename one of the two folders."},
+     "Rename one of the two."},
     {"package-root-holds-root",
      "Every file of the installation counts as a support package's: none is a user's, and no record supports it.",
      "Give the support packages a folder of their own, whose path root does not begin with."},

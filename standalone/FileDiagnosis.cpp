@@ -1,6 +1,7 @@
 #include "host/Paths.hpp"
 #include "standalone/Diagnosis.hpp"
 #include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>
@@ -17,10 +18,6 @@ using Kind = FileTree::Kind;
 bool isSameButForCase(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
-}
-
-bool isEntered(std::string_view name) {
-    return name.starts_with('@') || name.starts_with('+') || name == "private";
 }
 
 // Goes through the folders that a look-up or a record can reach by package, class and private folders, each once,
@@ -78,7 +75,7 @@ private:
 
     // Whether a file or a folder of that name could be looked for, or is meant to be.
     bool matters(std::string_view name) const {
-        return isEntered(name) || isSameButForCase(name, "private")
+        return isPackageClassOrPrivate(name) || isSameButForCase(name, "private")
                || std::any_of(endings_.begin(), endings_.end(), [&](const std::string& ending) {
                       return name.size() > ending.size()
                              && isSameButForCase(name.substr(name.size() - ending.size()), ending);
@@ -101,7 +98,7 @@ private:
             report(Trap::linkDangling, path);
         } else if (kind == Kind::file) {
             lookAtFile(path, entry.name);
-        } else if (kind == Kind::folder && isEntered(entry.name)) {
+        } else if (kind == Kind::folder && isPackageClassOrPrivate(entry.name)) {
             isLink ? enter(path) : visit(path, joinPath(realFolder, entry.name));
         } else if (kind == Kind::folder && isSameButForCase(entry.name, "private")) {
             report(Trap::privateCase, path);
@@ -114,7 +111,7 @@ private:
         };
         if (std::any_of(endings_.begin(), endings_.end(), [&](const auto& ending) { return endsWith(name, ending); })) {
             checkRecordOf(path);
-        } else if (!isEntered(name) && !isSameButForCase(name, "private")) {
+        } else if (!isPackageClassOrPrivate(name) && !isSameButForCase(name, "private")) {
             report(Trap::extensionCase, path);
         }
     }

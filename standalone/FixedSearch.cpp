@@ -38,7 +38,7 @@ std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::
 // What a question may ask for in a listing.
 FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
     return [&extensions](std::string_view name) {
-        return name.starts_with('@') || name.starts_with('+') || name == "private"
+        return isPackageClassOrPrivate(name)
                || std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
                       return name.size() > extension.size() && name.ends_with(extension)
                              && name[name.size() - extension.size() - 1] == '.';

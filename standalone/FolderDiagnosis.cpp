@@ -1,5 +1,6 @@
 #include "standalone/Diagnosis.hpp"
 #include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>
@@ -55,9 +56,8 @@ std::string_view lastComponent(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-// A package, class or private folder: taken off a file's path before its folder is compared with the KEL path.
-bool isPassedOver(std::string_view component) {
-    return component.starts_with('+') || component.starts_with('@') || component == "private";
+bool endsWithSlash(const std::string& folder) {
+    return folder.ends_with('/') && folder != "/";
 }
 
 class FolderCheck {
@@ -109,9 +109,9 @@ private:
 
     void findKELFoldersThatHoldNothing() {
         for (const auto& folder : kel_) {
-            if (folder.path.ends_with('/') && folder.path != "/") {
+            if (endsWithSlash(folder.path)) {
                 report(Trap::kelFolderEndsWithSlash, folder.place);
-            } else if (isPassedOver(lastComponent(folder.path))) {
+            } else if (isPackageClassOrPrivate(lastComponent(folder.path))) {
                 report(Trap::kelFolderInPackage, folder.place);
             }
         }
@@ -121,8 +121,10 @@ private:
     void findKELFoldersOnSearchPath() {
         std::unordered_map<std::string, const GivenFolder*> kel;
         for (const auto& folder : kel_) {
-            kel.try_emplace(folder.path, &folder);
-            kel.try_emplace(realPathOf(folder.path), &folder);
+            if (!endsWithSlash(folder.path)) { // such a one holds nothing
+                kel.try_emplace(folder.path, &folder);
+                kel.try_emplace(realPathOf(folder.path), &folder);
+            }
         }
         for (const auto& folder : search_) {
             for (std::string path = realPathOf(folder.path);; path = folderAbove(path)) {
@@ -130,7 +132,7 @@ private:
                     report(Trap::kelFolderOnSearchPath, folder.place + " and " + found->second->place);
                     break;
                 }
-                if (!isPassedOver(lastComponent(path))) {
+                if (!isPackageClassOrPrivate(lastComponent(path))) {
                     break;
                 }
             }
@@ -147,16 +149,16 @@ private:
             known.insert(*packages);
         }
         for (const auto& folder : source_) {
-            findFoldersThatBeginWith(folder, Trap::sourceFolderIsPrefix, known);
+            findWhatBeginsWith(folder, Trap::sourceFolderIsPrefix, known);
         }
         if (packages) {
-            findFoldersThatBeginWith({"supportPackageRoot " + *packages, *packages}, Trap::packageRootIsPrefix, known);
+            findWhatBeginsWith({"supportPackageRoot " + *packages, *packages}, Trap::packageRootIsPrefix, known);
         }
     }
 
-    // The folders beside this one whose names begin with its own. Those in a folder of `known` do not matter: they hold
-    // no user's files in any case.
-    void findFoldersThatBeginWith(const GivenFolder& folder, Trap trap, const std::unordered_set<std::string>& known) {
+    // The folders and source files beside this folder whose names begin with its own. What lies in a folder of `known`
+    // does not matter: it is no user's in any case.
+    void findWhatBeginsWith(const GivenFolder& folder, Trap trap, const std::unordered_set<std::string>& known) {
         const std::string name(lastComponent(folder.path));
         const std::string above = folderAbove(folder.path);
         if (name.empty() || liesIn(known, above)) {
@@ -170,14 +172,23 @@ private:
         std::set<std::string> found; // in one order on every disk
         for (const auto& entry : entries.value_or(std::vector<FileTree::Entry>())) {
             const std::string path = joinPath(above, entry.name);
-            if (!known.contains(path)
-                && readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); }) == Kind::folder) {
+            if (known.contains(path)) {
+                continue;
+            }
+            const auto kind = readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); });
+            if (kind == Kind::folder || (kind == Kind::file && isSourceFile(entry.name))) {
                 found.insert(path);
             }
         }
         for (const auto& path : found) {
             report(trap, path + " and " + folder.place);
         }
+    }
+
+    bool isSourceFile(std::string_view name) const {
+        const auto& extensions = examined_.installation.extensions;
+        return std::any_of(extensions.begin(), extensions.end(),
+                           [name](const std::string& extension) { return name.ends_with("." + extension); });
     }
 
     static bool liesIn(const std::unordered_set<std::string>& folders, std::string path) {

@@ -8,6 +8,10 @@
 
 namespace tessgen::standalone {
 
+bool isPackageClassOrPrivate(std::string_view name) {
+    return name.starts_with('+') || name.starts_with('@') || name == "private";
+}
+
 std::vector<const FileTree::Entry*> classFolders(const std::vector<FileTree::Entry>& entries) {
     std::vector<std::pair<std::u16string, const FileTree::Entry*>> keyed;
     for (const FileTree::Entry& entry : entries) {

@@ -4,9 +4,14 @@
 #include "standalone/FileTree.hpp"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
+
+// Whether a folder of that name is a package, class or private folder, which is taken off a file's path before its
+// folder is compared.
+bool isPackageClassOrPrivate(std::string_view name);
 
 // The entries of class folders (or of what is named like one), in the order of their UTF-16 code units, without those
 // whose names are not UTF-8.

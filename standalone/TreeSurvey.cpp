@@ -3,6 +3,7 @@
 #include "host/Paths.hpp"
 #include "standalone/Installation.hpp"
 #include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>
@@ -24,10 +25,6 @@ struct Folder {
     bool isWithin = false; // is a package, class or private folder, or lies in one
     bool isPrivate = false;
 };
-
-bool isPackageOrClass(std::string_view name) {
-    return name.starts_with('+') || name.starts_with('@');
-}
 
 // Not so a method, which is asked for with its class before it, and not a file with a dot in its own name.
 bool isFoundByItsName(const std::u16string& path) {
@@ -110,12 +107,11 @@ private:
     }
 
     void enter(const Folder& above, const std::string& name, const std::string& path, const std::u16string& text) {
-        const bool isPrivate = name == "private";
         if (kelRoots_.contains(path)) { // goes its own way
             return;
         }
-        if (isPrivate || isPackageOrClass(name)) {
-            open_.push_back({path, above.searched, above.isKEL, true, isPrivate || above.isPrivate});
+        if (isPackageClassOrPrivate(name)) {
+            open_.push_back({path, above.searched, above.isKEL, true, name == "private" || above.isPrivate});
         } else if (!above.isWithin) {
             open_.push_back({path, text, above.isKEL});
         }

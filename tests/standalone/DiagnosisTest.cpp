@@ -93,8 +93,10 @@ const std::vector<Case> cases = {
          p.installation.builtins.push_back({u"sum", u"sum", true});
      },
      {"built-in-twice: builtins[3] sum"}},
-    {[](Patient& p) { p.installation.kelPath.emplace_back("/opt/orvak/kel/"); },
-     {"kel-folder-ends-with-slash: kelPath[2] /opt/orvak/kel/"}},
+    {[](Patient& p) {
+         p.installation.kelPath.insert(p.installation.kelPath.end(), {"/opt/orvak/kel/", "/w/"});
+     },
+     {"kel-folder-ends-with-slash: kelPath[2] /opt/orvak/kel/", "kel-folder-ends-with-slash: kelPath[3] /w/"}},
     {[](Patient& p) {
          p.installation.kelPath.insert(p.installation.kelPath.end(), {"/w/+p", "/w/@C", "/w/private"});
      },
@@ -114,9 +116,13 @@ const std::vector<Case> cases = {
          p.add("/opt/orvak/library/sub/sub.vk");
          p.add("/opt/orvak/library/subset/sub.vk");
          p.tree.link("/opt/orvak/library2", "../../w");
+         p.tree.link("/opt/orvak/library3.vk", "../../w/f.vk");
+         p.add("/opt/orvak/library.vkx");
          p.installation.sourceCode.insert(p.installation.sourceCode.end(), {{"library_own"}, {"library", "sub"}});
      },
-     {"source-folder-is-prefix: /opt/orvak/library2 and sourceCode[0] /opt/orvak/library",
+     {"source-folder-is-prefix: /opt/orvak/library.vkx and sourceCode[0] /opt/orvak/library",
+      "source-folder-is-prefix: /opt/orvak/library2 and sourceCode[0] /opt/orvak/library",
+      "source-folder-is-prefix: /opt/orvak/library3.vk and sourceCode[0] /opt/orvak/library",
       "source-folder-is-prefix: /opt/orvak/library_drafts and sourceCode[0] /opt/orvak/library",
       "source-folder-is-prefix: /opt/orvak/library_own_too and sourceCode[0] /opt/orvak/library",
       "source-folder-is-prefix: /opt/orvak/library_own_too and sourceCode[1] /opt/orvak/library_own"}},
@@ -125,8 +131,12 @@ const std::vector<Case> cases = {
          p.add("/opt/orvak2/a.vk");
      },
      {"source-folder-is-prefix: /opt/orvak2 and sourceCode[0] /opt/orvak"}},
-    {[](Patient& p) { p.add("/opt/packages-old/kel/f.vk"); },
-     {"package-root-is-prefix: /opt/packages-old and supportPackageRoot /opt/packages"}},
+    {[](Patient& p) {
+         p.add("/opt/packages-old/kel/f.vk");
+         p.add("/opt/packages.vk");
+     },
+     {"package-root-is-prefix: /opt/packages-old and supportPackageRoot /opt/packages",
+      "package-root-is-prefix: /opt/packages.vk and supportPackageRoot /opt/packages"}},
     {[](Patient& p) {
          p.installation.supportPackageRoot = "/opt";
          p.add("/opt/kel/decode.vk");
