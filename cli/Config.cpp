@@ -111,10 +111,10 @@ std::string asText(const std::vector<Setting>& settings) {
     for (const auto& [key, source, value] : settings) {
         fmt::format_to(to, "{:20}{}\n", key, source.words);
         for (const auto& element : value.is_array() ? value : ordered_json::array({value})) {
-            fmt::format_to(to, "  {}\n", element.is_null() ? "(none)" : escaped(asLine(element)));
+            fmt::format_to(to, "  {}\n", element.is_null() ? "(not set)" : escaped(asLine(element)));
         }
         if (value.is_array() && value.empty()) {
-            text += "  (none)\n";
+            text += "  (empty list)\n"; // no built-in is named so, which is one word
         }
     }
     return text;

@@ -3,6 +3,7 @@
 #include "cli/Escape.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/PathText.hpp"
+#include "standalone/SearchForms.hpp"
 #include "standalone/Text.hpp"
 #include "standalone/TreeSurvey.hpp"
 
@@ -74,6 +75,15 @@ std::vector<std::string> relativeFolders(const std::vector<std::string>& folders
         }
     }
     return relative;
+}
+
+// No file's folder is compared with one of these: they are taken off its path before.
+void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
+    for (const auto& folder : kelFolders) {
+        if (standalone::isPackageClassOrPrivate(std::string_view(folder).substr(folder.rfind('/') + 1))) {
+            throw std::runtime_error(folder + ": is a package, class or private folder; name the folder above it");
+        }
+    }
 }
 
 [[noreturn]] void refuseToReplace(const std::string& file) {
@@ -190,8 +200,12 @@ int init(const Request& request) {
     }
     const auto sourceCode = relativeFolders(request.sourceCodeFolders, tree);
     const auto kelFolders = relativeFolders(request.kelFolders, tree);
+    refuseNestedFolders(kelFolders);
     const auto survey = standalone::surveyTree(tree, kelFolders, standalone::RealFileTree());
     complainOfPassedOver(survey);
+    if (survey.searchFolders.empty() && survey.kelFiles.empty() && !survey.unreadable.empty()) {
+        throw std::runtime_error(fmt::format("what {} holds could not be read; nothing is written", tree));
+    }
     if (request.records && survey.kelFiles.empty()) {
         throw std::runtime_error("no KEL file to write a record for; name the folder of such files with --kel");
     }

@@ -55,7 +55,7 @@ public:
         std::string path;
         for (const auto& level : levels_) {
             if (!level.isObject) {
-                path += "[" + std::to_string(level.index) + "]";
+                path.append("[").append(std::to_string(level.index)).append("]");
             } else {
                 path.append(path.empty() ? "" : ".").append(level.key);
             }

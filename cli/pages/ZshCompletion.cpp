@@ -45,8 +45,8 @@ std::string specsOf(const CommandRow& command) {
 std::string caseOf(const CommandRow& row) {
     std::string operands = row.secondWord.empty() ? "'1: : '" : "'1: : ' '2: : '";
     if (takesFile(row)) {
-        operands +=
-            " " + quoted(fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes)));
+        const auto spec = fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes));
+        operands.append(" ").append(quoted(spec));
     }
     const auto pattern = row.takes == Operands::names ? fmt::format("'{} '", row.word)
                          : row.secondWord.empty()     ? fmt::format("'{} '*", row.word)
