@@ -41,7 +41,7 @@ chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninte
   cp -r /usr/share/doc/kelwhich/examples/installation /tmp/world
   kelwhich store build -i /tmp/world /tmp/world/support.jsonl
   kelwhich -i /tmp/world sum legacy | tee /tmp/answer
-  grep -q "^  1  KEL built-in  *sum$" /tmp/answer
+  grep -q "^  1  KEL built-in  *supported  sum$" /tmp/answer
 
   ls -l /usr/share/man/man1/kelwhich.1 /usr/share/zsh/vendor-completions/_kelwhich \
     /usr/share/fish/vendor_completions.d/kelwhich.fish /usr/share/kelwhich/*.schema.json
