@@ -3,7 +3,6 @@
 #include "cli/Escape.hpp"
 #include "cli/Manifest.hpp"
 #include "standalone/Installation.hpp"
-#include "standalone/PathText.hpp"
 #include "standalone/Text.hpp"
 
 #include <fmt/format.h>
@@ -59,18 +58,6 @@ ordered_json valueOf(const Builtin& builtin) {
     return value;
 }
 
-ordered_json sourceCodeOf(const Installation& installation) {
-    auto folders = ordered_json::array();
-    for (const auto& components : installation.sourceCode) {
-        auto folder = installation.root;
-        for (const auto& component : components) {
-            folder = standalone::joinPath(folder, component);
-        }
-        folders.push_back(folder);
-    }
-    return folders;
-}
-
 std::vector<Setting> settingsOf(const Installation& installation, ManifestSource source) {
     auto builtins = ordered_json::array();
     for (const auto& builtin : installation.builtins) {
@@ -88,7 +75,7 @@ std::vector<Setting> settingsOf(const Installation& installation, ManifestSource
         setting("supportStore", valueOf(installation.supportStore)),
         setting("searchPath", installation.searchPath),
         setting("kelPath", installation.kelPath),
-        setting("sourceCode", sourceCodeOf(installation)),
+        setting("sourceCode", standalone::sourceCodePaths(installation)),
         setting("extensions", installation.extensions),
         setting("builtins", std::move(builtins)),
     };

@@ -1,6 +1,7 @@
 #include "cli/Commands.hpp"
 #include "cli/Console.hpp"
 #include "cli/Escape.hpp"
+#include "standalone/ManifestFile.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/PathText.hpp"
 #include "standalone/SearchForms.hpp"
@@ -191,7 +192,8 @@ std::string report(const TreeFiles& files, const TreeSurvey& survey, const Reque
 
 int init(const Request& request) {
     const auto tree = realFolder(request.operands.front());
-    const TreeFiles files{standalone::joinPath(tree, "installation.json"), standalone::joinPath(tree, recordsName)};
+    const TreeFiles files{standalone::joinPath(tree, standalone::manifestName),
+                          standalone::joinPath(tree, recordsName)};
     if (!request.force) {
         refuseIfThere(files.manifest);
         if (request.records) {

@@ -2,6 +2,7 @@
 
 #include "cli/Console.hpp"
 #include "standalone/Installation.hpp"
+#include "standalone/ManifestFile.hpp"
 
 #include <fmt/format.h>
 
@@ -15,8 +16,6 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr const char* manifestName = "installation.json";
-
 std::string nearestManifest() {
     std::error_code unknown;
     const auto start = std::filesystem::current_path(unknown);
@@ -25,7 +24,7 @@ std::string nearestManifest() {
                                  + "; name the installation with --installation");
     }
     for (auto folder = start;; folder = folder.parent_path()) {
-        const auto manifest = folder / manifestName;
+        const auto manifest = folder / standalone::manifestName;
         std::error_code error; // also set when there is none
         const auto status = std::filesystem::symlink_status(manifest, error);
         if (!std::filesystem::status_known(status)) {
@@ -66,8 +65,9 @@ void keepManifest(const std::string& output, const std::string& manifest) {
     std::error_code absent;
     const auto written = std::filesystem::canonical(output, absent);
     if (!absent
-        && (written.filename() == manifestName || std::filesystem::equivalent(manifest, written, absent)
-            || std::filesystem::equivalent(std::filesystem::path(manifest) / manifestName, written, absent))) {
+        && (written.filename() == standalone::manifestName || std::filesystem::equivalent(manifest, written, absent)
+            || std::filesystem::equivalent(std::filesystem::path(manifest) / standalone::manifestName, written,
+                                           absent))) {
         throw std::runtime_error(output + ": is the manifest; name another file with --output");
     }
 }

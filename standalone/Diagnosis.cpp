@@ -21,8 +21,7 @@ constexpr auto texts = std::to_array<TrapText>({
      "Take the \"/\" at its end away."},
     {"kel-folder-in-package",
      "Package, class and private folders are taken off a file's path before it is compared, so its files are no KEL "
-     "path "
-     "files.",
+     "path files.",
      "Name the folder above them in kelPath."},
     {"kel-folder-on-search-path", "Files in both are answered twice: as KEL path files and as host files.",
      "Take the one out of searchPath, or the other out of kelPath."},

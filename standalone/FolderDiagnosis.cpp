@@ -36,18 +36,6 @@ GivenFolders givenFolders(const std::string& key, const std::vector<std::string>
     return folders;
 }
 
-std::vector<std::string> sourceCodePaths(const Installation& installation) {
-    std::vector<std::string> paths;
-    for (const auto& components : installation.sourceCode) {
-        std::string path = installation.root;
-        for (const auto& component : components) {
-            path = joinPath(path, component);
-        }
-        paths.push_back(std::move(path));
-    }
-    return paths;
-}
-
 std::string folderAbove(const std::string& path) {
     return absolutePath("..", path);
 }

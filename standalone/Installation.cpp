@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -188,6 +189,18 @@ std::runtime_error errorAt(TextPlace place, const ManifestFile& file, const std:
 }
 
 } // namespace
+
+std::vector<std::string> sourceCodePaths(const Installation& installation) {
+    std::vector<std::string> paths;
+    for (const auto& components : installation.sourceCode) {
+        std::string path = installation.root;
+        for (const auto& component : components) {
+            path = joinPath(path, component);
+        }
+        paths.push_back(std::move(path));
+    }
+    return paths;
+}
 
 std::vector<std::string> defaultExtensions() {
     return {"vk", "vkx"};

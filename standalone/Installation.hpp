@@ -31,6 +31,9 @@ struct Installation {
     std::vector<std::string> given; // the manifest's own keys; every other setting has its default
 };
 
+// The folders of host code as paths.
+std::vector<std::string> sourceCodePaths(const Installation& installation);
+
 // Of a manifest that gives none.
 std::vector<std::string> defaultExtensions();
 

@@ -18,7 +18,6 @@ namespace tessgen::standalone {
 
 namespace {
 
-constexpr const char* manifestName = "installation.json";
 constexpr std::size_t largestManifest = std::size_t{16} << 20U; // reading what is no manifest must not fill the memory
 
 std::runtime_error failure(const std::string& path, const std::string& what) {

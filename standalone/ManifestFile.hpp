@@ -5,6 +5,8 @@
 
 namespace tessgen::standalone {
 
+inline constexpr const char* manifestName = "installation.json"; // in the folder that it describes
+
 struct ManifestFile {
     std::string path; // its real path, in UTF-8: links are resolved
     std::string text;
