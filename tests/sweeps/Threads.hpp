@@ -1,0 +1,29 @@
+// Threads that meet.
+#pragma once
+
+#include <barrier>
+#include <thread>
+#include <vector>
+
+namespace tessgen::test {
+
+inline constexpr int threadCount = 6;
+
+// Runs `work(number of the thread)` in several threads that begin at the same moment.
+template <typename Work>
+void together(Work work) {
+    std::barrier start(threadCount);
+    std::vector<std::thread> threads;
+    threads.reserve(threadCount);
+    for (int number = 0; number < threadCount; ++number) {
+        threads.emplace_back([&, number] {
+            start.arrive_and_wait();
+            work(number);
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+}
+
+} // namespace tessgen::test
