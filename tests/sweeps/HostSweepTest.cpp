@@ -84,6 +84,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
         const Session alone(host.installation());
         expected = answersTo(names);
     }
+    EXPECT_EQ(expected.front().size(), 9U);
     for (const auto view : {View::live, View::fixed}) {
         for (int round = 0; round < 10; ++round) {
             const Session session(host.installation(), view);
@@ -95,6 +96,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
             });
         }
     }
+    tellMeetings();
 }
 
 #ifdef KELWHICH_SWEEPS_ALLOCATIONS

@@ -32,6 +32,7 @@ TEST(Threads, ShareAResolver) {
         });
         EXPECT_EQ(RecordingHost::instance().sourceCodeDirsAsked, 1); // by whoever came first
     }
+    tellMeetings();
 }
 
 TEST(Threads, ShareTheRealFileSystem) {
@@ -44,6 +45,7 @@ TEST(Threads, ShareTheRealFileSystem) {
         });
         EXPECT_EQ(RecordingHost::instance().kelPathAsked, 1);
     }
+    tellMeetings();
 }
 
 // Collaborators that notice when they are asked twice at a time.
@@ -94,6 +96,7 @@ TEST(Threads, ShareDecoratorsThatAskOncePerKeyAndOneAtATime) {
         together([&](int /*number*/) { EXPECT_EQ(files.spkgroot(), u"/s"); });
         EXPECT_EQ(OneAtATime::asked, 7);
     }
+    tellMeetings();
 }
 
 // Run by itself under the thread sanitizer, which must report it: so the harness does make threads meet.
