@@ -58,7 +58,6 @@ public:
                               cmddistributor::RunOptions /*options*/, bool /*flag*/,
                               foundation::msg_svc::exchange::IDType /*requestId*/) override {
         boost::promise<Arrays> promise;
-        auto future = promise.get_future();
         try {
             promise.set_value(call(function, arguments));
         } catch (...) {
@@ -66,7 +65,7 @@ public:
             promise.set_exception(
                 boost::copy_exception(boost::exception_detail::std_exception_ptr_wrapper(std::current_exception())));
         }
-        return future;
+        return promise.get_future(); // last: a promise that leaves a future waiting ends the program if memory is out
     }
 };
 

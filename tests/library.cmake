@@ -8,14 +8,9 @@ add_unit_tests(
   entry/KelwhichTest.cpp
   host/ORVAKWhichResolverTest.cpp
   host/PathsTest.cpp
-  resolver/ClassificationTest.cpp
   resolver/ExplanationTest.cpp
-  resolver/GatheringTest.cpp
-  resolver/LookupTest.cpp
-  resolver/OrderingTest.cpp
+  resolver/QuestionsTest.cpp
   resolver/RandomWorldsTest.cpp
-  resolver/RedirectsTest.cpp
-  resolver/SupportEntriesTest.cpp
   support/FakeArrays.cpp
   support/RecordingHost.cpp
   sweeps/ThreadsTest.cpp

@@ -13,11 +13,17 @@ add_unit_tests(
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
   standalone/TreeSurveyTest.cpp
+  sweeps/HostSweepTest.cpp
   LIBRARIES
+  kelwhich_objects
   kelwhich_standalone_objects
   kelwhich_paths
   kelwhich_standalone_needs)
 target_compile_definitions(standalone_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
+  target_sources(standalone_tests PRIVATE support/FailingAllocator.cpp)
+  target_compile_definitions(standalone_tests PRIVATE KELWHICH_SWEEPS_ALLOCATIONS)
+endif()
 add_test(NAME standalone.schema
          COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/installation.schema.json" standalone/manifests.json
          WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")

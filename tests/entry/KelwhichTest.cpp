@@ -42,6 +42,15 @@ TEST(Kelwhich, ResolvesOverTheHostAndForgetsEverything) {
         (Results{{u"g", Type::ORVAKBuiltin}, {root + u"/s/kel/f.vk", Type::KELPath}, {u"f", Type::ORVAKBuiltin}}));
     EXPECT_EQ(host.evaluations.size(), 8U);
 
+    host.metadata.add({}, supported(u"/w/2/h.vk"));
+    host.answer = [](const RecordingHost::Evaluation& evaluation) -> std::vector<Array> {
+        if (evaluation.arguments.empty()) {
+            return {Array()};
+        }
+        return {makeStringColumn({u"/w/1/h.vk", u"/w/2/h.vk"}), makeStringColumn({u"", u""})};
+    };
+    EXPECT_EQ(kelwhich::kelwhich(u"h"), (Results{{u"/w/2/h.vk", Type::ORVAKPath}, {u"/w/1/h.vk", Type::ORVAKPath}}));
+
     host.answer = [](const auto&) -> std::vector<Array> { throw std::runtime_error("the host's own"); };
     EXPECT_THROW(kelwhich::kelwhich(u"f"), std::runtime_error);
 }

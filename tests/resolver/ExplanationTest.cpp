@@ -116,28 +116,30 @@ TEST(Explanation, NamesTheCauses) {
     const auto& own = explanation.resolutions[1];
     const struct {
         std::u16string path;
+        std::u16string definedName;
         std::u16string hostFolder;
         std::size_t number; // in the answer that it came with
         Definition definition;
         Ownership ownership;
         Support support;
     } expected[] = {
-        {u"/w/f.vk", u"", 3, Definition::direct, Ownership::user, Support::recorded},
-        {u"/v/f.vk", u"", 4, Definition::direct, Ownership::user, Support::noRecord},
-        {u"/k/f.vk", u"", 1, Definition::direct, Ownership::noHostFile, Support::recorded},
-        {u"/h/t/f.vk", u"/h/t", 1, Definition::direct, Ownership::sourceCode, Support::unsupportedName},
-        {u"/s/f.vk", u"/s", 2, Definition::direct, Ownership::supportPackage, Support::noFlag},
-        {u"f", u"", 7, Definition::direct, Ownership::noHostFile, Support::hostBuiltin},
-        {u"/w/h.vk", u"", 2, Definition::otherName, Ownership::user, Support::recorded},
-        {u"/w/@C/f.vk", u"", 3, Definition::otherClass, Ownership::user, Support::recorded},
-        {u"/v/@C/f.vk", u"", 5, Definition::otherClass, Ownership::user, Support::noRecord},
-        {u"f", u"", 8, Definition::hostMethod, Ownership::noHostFile, Support::hostBuiltin},
+        {u"/w/f.vk", u"f", u"", 3, Definition::direct, Ownership::user, Support::recorded},
+        {u"/v/f.vk", u"f", u"", 4, Definition::direct, Ownership::user, Support::noRecord},
+        {u"/k/f.vk", u"f", u"", 1, Definition::direct, Ownership::noHostFile, Support::recorded},
+        {u"/h/t/f.vk", u"f", u"/h/t", 1, Definition::direct, Ownership::sourceCode, Support::unsupportedName},
+        {u"/s/f.vk", u"f", u"/s", 2, Definition::direct, Ownership::supportPackage, Support::noFlag},
+        {u"f", u"", u"", 7, Definition::direct, Ownership::noHostFile, Support::hostBuiltin},
+        {u"/w/h.vk", u"h", u"", 2, Definition::otherName, Ownership::user, Support::recorded},
+        {u"/w/@C/f.vk", u"f", u"", 3, Definition::otherClass, Ownership::user, Support::recorded},
+        {u"/v/@C/f.vk", u"f", u"", 5, Definition::otherClass, Ownership::user, Support::noRecord},
+        {u"f", u"", u"", 8, Definition::hostMethod, Ownership::noHostFile, Support::hostBuiltin},
     };
     ASSERT_EQ(own.candidates.size(), std::size(expected));
     for (std::size_t i = 0; i < own.candidates.size(); ++i) {
         const auto& candidate = own.candidates[i];
         SCOPED_TRACE(i);
         EXPECT_EQ(candidate.result.path, expected[i].path);
+        EXPECT_EQ(candidate.definedName, expected[i].definedName);
         EXPECT_EQ(candidate.definition, expected[i].definition);
         EXPECT_EQ(candidate.ownership, expected[i].ownership);
         EXPECT_EQ(candidate.hostFolder, expected[i].hostFolder);

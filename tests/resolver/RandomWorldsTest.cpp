@@ -1,8 +1,6 @@
-#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
-#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 #include "tests/support/Model.hpp"
 #include "tests/support/RandomWorld.hpp"
-#include "tests/support/RecordingHost.hpp"
+#include "tests/sweeps/Scenarios.hpp"
 
 #include <gtest/gtest.h>
 
@@ -14,11 +12,12 @@ namespace {
 
 constexpr std::size_t worlds = KELWHICH_RANDOM_WORLDS;
 
-// Over both caching decorators.
-kelwhich::KELWhichResolver cachedResolver(World& world) {
-    return {std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(world)),
-            std::make_unique<FakeMetadataResolver>(world),
-            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(world))};
+Texts paths(const std::vector<kelwhich::KELWhichResolver::BasicSupportEntry>& entries) {
+    Texts found;
+    for (const auto& entry : entries) {
+        found.push_back(entry.path);
+    }
+    return found;
 }
 
 TEST(RandomWorlds, AreResolvedAsTheModelSays) {
@@ -30,10 +29,16 @@ TEST(RandomWorlds, AreResolvedAsTheModelSays) {
         RecordingHost::reset().sourceCodeDirs = made.sourceCodeDirs;
         const Model model(made.world, made.sourceCodeDirs);
         const auto resolver = makeResolver(made.world);
-        const auto cached = cachedResolver(made.world);
+        const auto cached = makeResolver(made.world, Over::caches);
         for (const auto& name : made.names) {
             const auto expected = model.resolve(name);
-            ASSERT_EQ(resolver.unorderedResolveWithoutRedirect(name), model.gathered(name)) << "world " << i;
+            const auto gathered = model.gathered(name);
+            for (const auto& result : gathered) {
+                ASSERT_EQ(resolver.isUserResult(result), model.user(result)) << "world " << i;
+                ASSERT_EQ(resolver.isSupportedForCodegen(result, name), model.supported(result, name)) << "world " << i;
+            }
+            ASSERT_EQ(paths(resolver.findSupportEntry(name)), model.recordPaths(name)) << "world " << i;
+            ASSERT_EQ(resolver.unorderedResolveWithoutRedirect(name), gathered) << "world " << i;
             ASSERT_EQ(resolver.resolveWithoutRedirect(name), model.ordered(name)) << "world " << i;
             ASSERT_EQ(resolver.resolve(name), expected) << "world " << i;
             ASSERT_EQ(cached.resolve(name), expected) << "world " << i;
@@ -45,6 +50,9 @@ TEST(RandomWorlds, AreResolvedAsTheModelSays) {
         all.movedRecords += model.counts.movedRecords;
         all.movedQueries += model.counts.movedQueries;
         all.unsupportedNames += model.counts.unsupportedNames;
+        all.chains += model.counts.chains;
+        all.cycles += model.counts.cycles;
+        all.deepPackages += model.counts.deepPackages;
     }
     std::cout << "worlds: " << worlds << " as the model says\n";
     // The worlds are worth something: long lists are many, and every rule decides often.
@@ -52,6 +60,9 @@ TEST(RandomWorlds, AreResolvedAsTheModelSays) {
     for (const auto count :
          {all.redirects, all.repeats, all.privateFiles, all.movedRecords, all.movedQueries, all.unsupportedNames}) {
         EXPECT_GT(count, worlds / 50);
+    }
+    for (const auto count : {all.chains, all.cycles, all.deepPackages}) {
+        EXPECT_GT(count, worlds / 500);
     }
 }
 

@@ -32,17 +32,21 @@ public:
         std::size_t movedRecords = 0;
         std::size_t movedQueries = 0;
         std::size_t unsupportedNames = 0;
+        std::size_t chains = 0; // redirects to a name that redirects
+        std::size_t cycles = 0; // back to where they came from
+        std::size_t deepPackages = 0;
     };
     mutable Counts counts;
 
     Results resolve(const std::u16string& name) const {
         Results all;
         const auto append = [&](const Results& results) { all.insert(all.end(), results.begin(), results.end()); };
-        for (const auto& record : records(name)) {
-            if (record->isRedirect && (!plain(name) || defines(pathOf(*record), name))) {
-                ++counts.redirects;
-                append(ordered(record->symbol));
-            }
+        for (const auto& target : targets(name)) {
+            ++counts.redirects;
+            const auto further = targets(target);
+            counts.chains += further.empty() ? 0U : 1U;
+            counts.cycles += std::count(further.begin(), further.end(), name) > 0 ? 1U : 0U;
+            append(ordered(target));
         }
         append(ordered(name));
         Results unique;
@@ -86,8 +90,46 @@ public:
         return results;
     }
 
+    Texts recordPaths(const std::u16string& name) const {
+        Texts paths;
+        for (const auto& record : records(name)) {
+            paths.push_back(pathOf(*record));
+        }
+        return paths;
+    }
+
+    bool supported(const WhichResult& result, const std::u16string& name) const {
+        const auto record = isFile(result) ? recordOf(result.path) : nullptr;
+        if (!record) {
+            return result.type == Type::KELBuiltin;
+        }
+        const auto& flags = record->supportFlags;
+        const auto& excluded = record->unsupportedSymbols;
+        if (std::count(excluded.begin(), excluded.end(), name) > 0) {
+            ++counts.unsupportedNames;
+            return false;
+        }
+        return std::count(flags.begin(), flags.end(), true) > 0;
+    }
+
+    bool user(const WhichResult& result) const {
+        return result.type == Type::ORVAKPath && std::none_of(hostDirs_.begin(), hostDirs_.end(), [&](const auto& dir) {
+                   return starts(result.path, dir);
+               });
+    }
+
 private:
     using RecordPtr = std::shared_ptr<const SupportEntry>;
+
+    Texts targets(const std::u16string& name) const {
+        Texts all;
+        for (const auto& record : records(name)) {
+            if (record->isRedirect && (!plain(name) || defines(pathOf(*record), name))) {
+                all.push_back(record->symbol);
+            }
+        }
+        return all;
+    }
 
     static bool has(const std::u16string& text, char16_t unit) { return text.find(unit) != std::u16string::npos; }
     static bool plain(const std::u16string& name) { return !has(name, u'/') && !has(name, u'.'); }
@@ -180,6 +222,7 @@ private:
             return found;
         }
         const auto symbol = qualifiedName(name);
+        counts.deepPackages += std::count(symbol.begin(), symbol.end(), u'.') > 8 && symbol != name ? 1U : 0U;
         for (const auto& record : world_->records) {
             for (const auto& recorded : record.names) {
                 if (recorded == symbol
@@ -189,26 +232,6 @@ private:
             }
         }
         return found;
-    }
-
-    bool supported(const WhichResult& result, const std::u16string& name) const {
-        const auto record = isFile(result) ? recordOf(result.path) : nullptr;
-        if (!record) {
-            return result.type == Type::KELBuiltin;
-        }
-        const auto& flags = record->supportFlags;
-        const auto& excluded = record->unsupportedSymbols;
-        if (std::count(excluded.begin(), excluded.end(), name) > 0) {
-            ++counts.unsupportedNames;
-            return false;
-        }
-        return std::count(flags.begin(), flags.end(), true) > 0;
-    }
-
-    bool user(const WhichResult& result) const {
-        return result.type == Type::ORVAKPath && std::none_of(hostDirs_.begin(), hostDirs_.end(), [&](const auto& dir) {
-                   return starts(result.path, dir);
-               });
     }
 
     // The earlier, the smaller: false stands before true.

@@ -73,7 +73,7 @@ private:
                            u"d.vk", u"\xDC00"});
         }
         return text + u"/" + any({u"f", u"f", u"f", u"g", u"C", u"", u"f.p", u"\xD83D\xDE00"})
-               + any({u".vk", u".vk", u".vkx", u".VK", u"", u"."});
+               + any({u".vk", u".vk", u".vkx", u".VK", u".vkxx", u"", u"."});
     }
 
     void mark(World& world, const std::u16string& path) {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <new>
+#include <string>
 
 namespace tessgen::test {
 
@@ -14,7 +15,7 @@ namespace tessgen::test {
 // right answer where there is another way; the same object answers rightly when asked again; nothing leaks.
 // Returns how many failures were tried.
 template <typename Make, typename Reset>
-std::size_t sweepAllocations(const char* name, Make make, Reset reset) {
+std::size_t sweepAllocations(const std::string& name, Make make, Reset reset) {
     auto expected = make()(); // and what is made once for all is there
     std::size_t points = 0;
     for (const auto failure : {Allocations::Failure::once, Allocations::Failure::fromThenOn}) {

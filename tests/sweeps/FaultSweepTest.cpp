@@ -8,13 +8,15 @@
 #include <exception>
 #include <iostream>
 #include <stdexcept>
+#include <string>
 
 namespace tessgen::test {
 namespace {
 
 TEST(FaultSweep, OfEveryAllocation) {
     std::size_t points = 0;
-    forEachOperation([&](const char* name, const auto& make) { points += sweepAllocations(name, make, resetHost); });
+    forEachOperation(
+        [&](const std::string& name, const auto& make) { points += sweepAllocations(name, make, resetHost); });
     std::cout << "sweep: " << points << " failing allocations of the library\n";
     EXPECT_GT(points, 1000U);
 }
@@ -26,7 +28,7 @@ struct ForeignFailure {
 // For every question to a collaborator or to a service of the host: what it throws arrives as the very same object,
 // nothing is asked after it, references balance, and the next call asks again and is right.
 template <typename Make>
-std::size_t sweepQuestions(const char* name, Make make, const std::exception_ptr& failure) {
+std::size_t sweepQuestions(const std::string& name, Make make, const std::exception_ptr& failure) {
     Faults::arm(Faults::none, nullptr);
     const auto expected = make()();
     // Making may ask as well: what is made warm.
@@ -45,8 +47,9 @@ std::size_t sweepQuestions(const char* name, Make make, const std::exception_ptr
         }
         EXPECT_EQ(Faults::asked, k + 1) << name << ", question " << k;
         EXPECT_EQ(FakeArrays::instance().alive, 0) << name << ", question " << k;
-        Faults::disarm();
+        Faults::arm(Faults::none, nullptr);
         EXPECT_TRUE(call() == expected) << name << ", again after question " << k;
+        EXPECT_GE(Faults::asked, questions - k) << name << ", again after question " << k;
     }
     return questions;
 }
@@ -56,7 +59,8 @@ TEST(FaultSweep, OfEveryQuestion) {
                                            std::make_exception_ptr(7), std::make_exception_ptr(ForeignFailure{7})};
     std::size_t points = 0;
     for (const auto& failure : failures) {
-        forEachOperation([&](const char* name, const auto& make) { points += sweepQuestions(name, make, failure); });
+        forEachOperation(
+            [&](const std::string& name, const auto& make) { points += sweepQuestions(name, make, failure); });
     }
     std::cout << "sweep: " << points << " failing questions\n";
     EXPECT_GT(points, 500U);

@@ -83,39 +83,69 @@ inline Texts invoked() {
     return texts;
 }
 
+// What the resolver is asked over.
+enum class Over { collaborators, caches, warmCaches };
+
+inline kelwhich::KELWhichResolver makeResolver(World& world, Over over) {
+    auto which = std::make_unique<FakeWhichResolver>(world);
+    auto files = std::make_unique<FakeFileSystem>(world);
+    auto metadata = std::make_unique<FakeMetadataResolver>(world);
+    if (over == Over::collaborators) {
+        return {std::move(which), std::move(metadata), std::move(files)};
+    }
+    return {std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::move(which)), std::move(metadata),
+            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(files))};
+}
+
 // Calls `visit(name, make)` for each operation. What `make()` returns holds all that the operation needs, and is
 // called for an answer that can be compared.
 template <typename Visit>
 void forEachOperation(Visit visit) {
-    const auto overWorld = [&visit](const char* name, auto operation) {
-        visit(name, [operation] {
-            resetHost();
-            auto world = std::make_shared<World>(wideWorld());
-            const std::shared_ptr<const kelwhich::KELWhichResolver> resolver(
-                new kelwhich::KELWhichResolver(makeResolver(*world)));
-            return [world, resolver, operation] { return operation(*resolver); };
-        });
+    const auto overWorld = [&visit](const std::string& name, auto operation) {
+        for (const auto over : {Over::collaborators, Over::caches, Over::warmCaches}) {
+            const char* const suffixes[] = {"", ", cached", ", warm"};
+            visit(name + suffixes[static_cast<int>(over)], [operation, over] {
+                resetHost();
+                auto world = std::make_shared<World>(wideWorld());
+                const std::shared_ptr<const kelwhich::KELWhichResolver> resolver(
+                    new kelwhich::KELWhichResolver(makeResolver(*world, over)));
+                if (over == Over::warmCaches) {
+                    operation(*resolver);
+                }
+                return [world, resolver, operation] { return operation(*resolver); };
+            });
+        }
     };
     using Resolver = kelwhich::KELWhichResolver;
     const WhichResult file{u"/w/f.vk", Type::ORVAKPath};
     overWorld("resolve", [](const Resolver& resolver) { return resolver.resolve(u"f"); });
     overWorld("resolve a path", [](const Resolver& resolver) { return resolver.resolve(u"tb/f.vk"); });
+    overWorld("resolveWithoutRedirect", [](const Resolver& resolver) { return resolver.resolveWithoutRedirect(u"f"); });
+    overWorld("unorderedResolveWithoutRedirect",
+              [](const Resolver& resolver) { return resolver.unorderedResolveWithoutRedirect(u"f"); });
     overWorld("explain", [](const Resolver& resolver) { return shown(resolver.explain(u"f")); });
     overWorld("isUserResult", [file](const Resolver& resolver) { return resolver.isUserResult(file); });
     overWorld("isSupportedForCodegen",
               [file](const Resolver& resolver) { return resolver.isSupportedForCodegen(file, u"f"); });
     overWorld("findByPath", [](const Resolver& resolver) { return resolver.findByPath(u"/s/tb/f.vk")->path; });
-    overWorld("findSupportEntry", [](const Resolver& resolver) {
+    overWorld("findBySymbol", [](const Resolver& resolver) { return resolver.findBySymbol(u"f").back().path; });
+    overWorld("findSupportEntry and entryToWhichResult", [](const Resolver& resolver) {
         return resolver.entryToWhichResult(resolver.findSupportEntry(u"f").front());
     });
+    overWorld("entryToBasicEntry", [](const Resolver& resolver) {
+        return resolver.entryToBasicEntry(std::make_shared<SupportEntry>(supported(u"/h/tb/f.vk"))).path;
+    });
 
-    const auto withCaches = [&visit](const char* name, bool warm, auto operation) {
-        visit(name, [warm, operation] {
+    // Beside other keys, which stay known whatever fails.
+    const auto withCaches = [&visit](const std::string& name, bool warm, auto operation) {
+        visit(warm ? name + ", warm" : name, [warm, operation] {
             resetHost();
             auto world = std::make_shared<World>(wideWorld());
             auto files = std::make_shared<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(*world));
             auto which =
                 std::make_shared<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(*world));
+            which->which(u"another name");
+            files->exists(u"/another/path");
             auto call = [world, files, which, operation] { return operation(*files, *which); };
             if (warm) {
                 call();
@@ -130,18 +160,20 @@ void forEachOperation(Visit visit) {
         return std::pair(std::move(got), Faults::asked - before);
     };
     for (const bool warm : {false, true}) {
-        withCaches(warm ? "cached which, warm" : "cached which", warm, [=](const auto& /*files*/, const auto& which) {
-            return counted([&] { return which.which(u"f"); });
+        withCaches("cached which", warm, [=](const auto& /*files*/, const auto& which) {
+            auto known = counted([&] { return which.which(u"another name"); });
+            return std::pair(std::move(known), counted([&] { return which.which(u"f"); }));
         });
-        withCaches(warm ? "cached exists, warm" : "cached exists", warm, [=](const auto& files, const auto& /*which*/) {
-            return counted([&] { return files.exists(u"/a/long/path/to/a/file/f.vk"); });
+        withCaches("cached exists", warm, [=](const auto& files, const auto& /*which*/) {
+            const auto known = counted([&] { return files.exists(u"/another/path"); });
+            return std::pair(known, counted([&] { return files.exists(u"/a/long/path/to/a/file/f.vk"); }));
         });
-        withCaches(warm ? "cached roots, warm" : "cached roots", warm, [](const auto& files, const auto& /*which*/) {
+        withCaches("cached roots", warm, [](const auto& files, const auto& /*which*/) {
             return std::tuple(files.orvakroot(), files.spkgroot(), files.isOnKELPath(u"/k/f.vk"));
         });
     }
 
-    const auto overHost = [&visit](const char* name, auto operation) {
+    const auto overHost = [&visit](const std::string& name, auto operation) {
         visit(name, [operation] {
             resetHost();
             return operation;

@@ -1,34 +1,16 @@
+#include "tests/sweeps/Threads.hpp"
 #include "tests/sweeps/Scenarios.hpp"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <barrier>
 #include <thread>
 #include <vector>
 
 namespace tessgen::test {
 namespace {
 
-constexpr int threadCount = 6;
 constexpr int rounds = 60;
-
-// Runs `work(number of the thread)` in several threads that begin at the same moment.
-template <typename Work>
-void together(Work work) {
-    std::barrier start(threadCount);
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int number = 0; number < threadCount; ++number) {
-        threads.emplace_back([&, number] {
-            start.arrive_and_wait();
-            work(number);
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-}
 
 // Names that share files, records and redirects; each thread begins with another one.
 TEST(Threads, ShareAResolver) {
@@ -41,10 +23,7 @@ TEST(Threads, ShareAResolver) {
             expected.push_back(makeResolver(world).resolve(name));
         }
         RecordingHost::instance().sourceCodeDirsAsked = 0;
-        const kelwhich::KELWhichResolver resolver(
-            std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(world)),
-            std::make_unique<FakeMetadataResolver>(world),
-            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(world)));
+        const auto resolver = makeResolver(world, Over::caches);
         together([&](int number) {
             for (std::size_t i = 0; i < names.size(); ++i) {
                 const auto at = (i + static_cast<std::size_t>(number)) % names.size();
@@ -53,6 +32,7 @@ TEST(Threads, ShareAResolver) {
         });
         EXPECT_EQ(RecordingHost::instance().sourceCodeDirsAsked, 1); // by whoever came first
     }
+    tellMeetings();
 }
 
 TEST(Threads, ShareTheRealFileSystem) {
@@ -65,6 +45,7 @@ TEST(Threads, ShareTheRealFileSystem) {
         });
         EXPECT_EQ(RecordingHost::instance().kelPathAsked, 1);
     }
+    tellMeetings();
 }
 
 // Collaborators that notice when they are asked twice at a time.
@@ -86,7 +67,7 @@ class OneFileAtATime final : public kelwhich::FileSystem {
 public:
     bool exists(const std::u16string& path) const override { return !inner_.which(path).empty(); }
     std::u16string orvakroot() const override { return inner_.which(u"/h").front().path; }
-    std::optional<std::u16string> spkgroot() const override { return u"/s"; }
+    std::optional<std::u16string> spkgroot() const override { return inner_.which(u"/s").front().path; }
     bool isOnKELPath(const std::u16string& /*path*/) const override { return false; }
 
 private:
@@ -112,7 +93,10 @@ TEST(Threads, ShareDecoratorsThatAskOncePerKeyAndOneAtATime) {
         EXPECT_EQ(OneAtATime::asked, 5);
         together([&](int /*number*/) { EXPECT_EQ(files.orvakroot(), u"/h"); });
         EXPECT_EQ(OneAtATime::asked, 6);
+        together([&](int /*number*/) { EXPECT_EQ(files.spkgroot(), u"/s"); });
+        EXPECT_EQ(OneAtATime::asked, 7);
     }
+    tellMeetings();
 }
 
 // Run by itself under the thread sanitizer, which must report it: so the harness does make threads meet.

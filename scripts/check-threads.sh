@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Runs what asks from many threads under the thread sanitizer, and sees that it reports a planted race.
+# `scripts/test.sh tsan` runs all tests so. Usage: scripts/check-threads.sh
+set -euo pipefail
+unset CDPATH
+cd "$(dirname "$0")/.."
+scripts/setup.sh test
+scripts/configure.sh tsan
+cmake --build --preset tsan --target library_tests standalone_tests -- --quiet
+ctest --preset tsan -R '^(Threads|HostSweep|Session|threads)\.'

@@ -1,0 +1,80 @@
+// What the resolver asks, of whom and in which order. What it answers, the random worlds compare with the model.
+#include "tests/support/RecordingHost.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+namespace tessgen::test {
+namespace {
+
+using Resolver = kelwhich::KELWhichResolver;
+
+auto basic(const Resolver& resolver, const SupportEntry& entry) {
+    return resolver.entryToBasicEntry(std::make_shared<const SupportEntry>(entry));
+}
+
+TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
+    World world;
+    world.spkgroot = u"/s";
+    world.files = {u"/s/lib/f.vk"};
+    world.add({u"f"}, supported(u"/h/lib/f.vk"));
+    world.add({u"f"}, builtin(u"f"));
+    world.add({u"r"}, redirect(u"r", u"g"));
+    world.add({u"r"}, redirect(u"r", u"g"));
+    world.hostAnswers[u"h"] = {{u"/w/h", Type::ORVAKPath}, {u"h", Type::KELBuiltin}, {u"/w/h.vk", Type::ORVAKPath}};
+    RecordingHost::reset().sourceCodeDirs = {{u"tb"}, {u"lib"}};
+    const struct {
+        std::function<void(const Resolver&)> ask;
+        Texts questions;
+    } cases[] = {
+        {[](const Resolver& r) { basic(r, supported(u"/h/lib/f.vk")); },
+         {u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},
+        {[](const Resolver& r) { basic(r, supported(u"f.vk")); }, {}},
+        {[](const Resolver& r) { basic(r, builtin(u"/h/lib/f.vk")); }, {}},
+        {[](const Resolver& r) { r.entryToWhichResult(basic(r, builtin(u"/k/f.vk"))); }, {}},
+        {[](const Resolver& r) { r.entryToWhichResult(basic(r, supported(u"f.vk"))); }, {u"isOnKELPath f.vk"}},
+        {[](const Resolver& r) { r.findByPath(u"/s/none.vk"); }, {u"spkgroot", u"orvakroot", u"findByPath /h/none.vk"}},
+        {[](const Resolver& r) { r.findSupportEntry(u"/s/lib/f.vk"); },
+         {u"exists /s/lib/f.vk", u"spkgroot", u"orvakroot", u"findByPath /h/lib/f.vk", // as a file below the root
+          u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},                          // and back
+        {[](const Resolver& r) { r.findSupportEntry(u"+p/none.vk"); }, {u"exists +p/none.vk", u"findBySymbol p.none"}},
+        {[](const Resolver& r) {
+             for (const auto type : {Type::KELPath, Type::KELBuiltin, Type::ORVAKBuiltin, Type::ORVAKBuiltinMethod}) {
+                 r.isUserResult({u"/w/f.vk", type});
+             }
+         },
+         {}},
+        {[](const Resolver& r) {
+             for (int i = 0; i < 2; ++i) { // the host's folders once
+                 r.isUserResult({u"/w/f.vk", Type::ORVAKPath});
+             }
+         },
+         {u"orvakroot", u"orvakroot", u"spkgroot", u"spkgroot"}},
+        {[](const Resolver& r) {
+             for (const auto type : {Type::KELBuiltin, Type::ORVAKBuiltin, Type::ORVAKBuiltinMethod}) {
+                 r.isSupportedForCodegen({u"/w/f.vk", type}, u"f");
+             }
+         },
+         {}},
+        {[](const Resolver& r) { r.unorderedResolveWithoutRedirect(u"f"); },
+         {u"exists f", u"findBySymbol f", u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk", u"isOnKELPath /s/lib/f.vk",
+          u"which f"}},
+        {[](const Resolver& r) { r.resolveWithoutRedirect(u"h"); }, // each key of each candidate once
+         {u"exists h", u"findBySymbol h", u"which h", u"spkgroot", u"orvakroot", u"findByPath /w/h.vk", u"spkgroot",
+          u"orvakroot", u"findByPath /w/h", u"orvakroot", u"orvakroot", u"spkgroot", u"spkgroot"}},
+        {[](const Resolver& r) { r.resolve(u"r"); }, // a target named twice is resolved twice, each when its turn comes
+         {u"exists r", u"findBySymbol r", u"exists g", u"findBySymbol g", u"which g", u"exists g", u"findBySymbol g",
+          u"which g", u"exists r", u"findBySymbol r", u"isOnKELPath r", u"isOnKELPath r", u"which r"}},
+    };
+    for (const auto& test : cases) {
+        const auto resolver = makeResolver(world);
+        EXPECT_EQ(world.questions(), (&test == cases ? Texts() : Texts{u"~fileSystem", u"~metadata", u"~which"}));
+        test.ask(resolver);
+        EXPECT_EQ(world.questions(), test.questions) << "case " << &test - cases;
+    }
+}
+
+} // namespace
+} // namespace tessgen::test

@@ -1,0 +1,150 @@
+// The stand-alone host, and the library over it, while memory is out and among many threads.
+#include "standalone/Installation.hpp"
+#include "standalone/SessionState.hpp"
+#include "tessgen/kelwhich/kelwhich.hpp"
+#include "tests/support/SupportStores.hpp"
+#include "tests/sweeps/Threads.hpp"
+#ifdef KELWHICH_SWEEPS_ALLOCATIONS
+#include "tests/sweeps/AllocationSweep.hpp"
+#endif
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace tessgen::test {
+namespace {
+
+using standalone::Installation;
+using standalone::Session;
+using standalone::SupportStore;
+using standalone::View;
+using Texts = std::vector<std::u16string>;
+using Answers = std::vector<std::vector<kelwhich::WhichResult>>;
+
+// Files, built-ins and records of each form, on disk.
+class SmallHost {
+public:
+    SmallHost() {
+        for (const char* file : {"w/f.vk", "w/a_long_name_of_a_function.vkx", "w/@C/f.vk", "w/private/f.vk",
+                                 "w/+p/+q/f.vk", "w/+p/@C/C.vk", "library/a/folder/below/the/root/f.vk", "kel/f.vk"}) {
+            folder_.write(file);
+        }
+        for (int i = 0; i < 40; ++i) { // in folders of their own, so that the first to ask lists them
+            folder_.write("w/unasked" + std::to_string(i) + "/f.vk");
+        }
+        folder_.write("installation.json", R"({"searchPath": ["w", "library/a/folder/below/the/root", "none"],
+            "kelPath": ["kel"], "sourceCode": ["library"], "supportStore": "support.cdb", "builtins":
+            [{"name": "f"}, {"name": "f", "class": "table"}, {"name": "a_long_name_of_a_built_in_function"}]})");
+        standalone::buildSupportStore(
+            folder_.write("records.jsonl", R"({"path": "kel/f.vk", "supportFlags": [true,false,false,false,false,false]}
+{"path": "library/a/folder/below/the/root/f.vk", "redirect": true, "symbol": "a_long_name_of_a_function", "unsupportedSymbols": ["f"]}
+{"path": "f", "builtin": true}
+)"),
+            store(), folder_.path());
+    }
+
+    std::string store() const { return folder_.path("support.cdb"); }
+    const std::string& root() const { return folder_.path(); }
+    std::u16string path(const std::string& below) const { return standalone::toUTF16(folder_.path(below)).value(); }
+    Installation installation() const { return standalone::readInstallation(folder_.path()); }
+    Texts names() const {
+        Texts all = {u"f", u"p.q.f", u"p.C", u"C.f", u"private/f", u"nothing.like_this_one", path("w/f.vk")};
+        for (int i = 0; i < 40; ++i) {
+            all.push_back(standalone::toUTF16("unasked" + std::to_string(i) + "/f").value());
+        }
+        return all;
+    }
+
+private:
+    TemporaryFolder folder_;
+};
+
+Answers answersTo(const Texts& names) {
+    Answers answers;
+    for (const auto& name : names) {
+        answers.push_back(kelwhich::kelwhich(name));
+    }
+    return answers;
+}
+
+// Each thread has its engine, and all ask one session: what each is answered is what one alone was answered.
+TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
+    const SmallHost host;
+    const auto names = host.names();
+    Answers expected;
+    {
+        const Session alone(host.installation());
+        expected = answersTo(names);
+    }
+    EXPECT_EQ(expected.front().size(), 9U);
+    for (const auto view : {View::live, View::fixed}) {
+        for (int round = 0; round < 10; ++round) {
+            const Session session(host.installation(), view);
+            together([&](int number) {
+                for (std::size_t i = 0; i < names.size(); ++i) {
+                    const auto at = (i + static_cast<std::size_t>(number)) % names.size();
+                    EXPECT_EQ(kelwhich::kelwhich(names[at]), expected[at]);
+                }
+            });
+        }
+    }
+    tellMeetings();
+}
+
+#ifdef KELWHICH_SWEEPS_ALLOCATIONS
+TEST(HostSweep, OfEveryAllocation) {
+    const SmallHost host;
+    const auto installation = host.installation();
+    std::size_t points = 0;
+    const auto sweep = [&points](const std::string& name, const auto& make) {
+        points += sweepAllocations(name, make, [] {});
+    };
+    sweep("open the store", [&] { return [&] { return SupportStore(host.store(), host.root()).root(); }; });
+    const auto file = host.path("library/a/folder/below/the/root/f.vk");
+    sweep("look up in the store", [&] {
+        return [&file, store = std::make_shared<const SupportStore>(host.store())] {
+            const auto record = store->findByPath(file).value();
+            return std::tuple(record->path, record->symbol, record->unsupportedSymbols,
+                              store->findBySymbol(u"f").size());
+        };
+    });
+    for (const auto view : {View::live, View::fixed}) {
+        sweep("open a session", [&, view] {
+            return [&, view] {
+                const Session session(Installation(installation), view);
+                return std::tuple(standalone::currentSession().root, standalone::currentSession().kelPath);
+            };
+        });
+        for (const auto& name : {std::u16string(u"f"), std::u16string(u"p.q.f"), std::u16string(u"C.f"),
+                                 std::u16string(u"private/f"), host.path("w/f.vk")}) {
+            sweep("ask in a session", [&, view] {
+                return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
+                    std::vector<std::pair<std::u16string, std::u16string>> lines;
+                    for (auto& place : standalone::currentSession().find(name)) {
+                        lines.emplace_back(std::move(place.line), std::move(place.partner));
+                    }
+                    return lines;
+                };
+            });
+            sweep("kelwhich in a session", [&, view] {
+                return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
+                    return kelwhich::kelwhich(name);
+                };
+            });
+        }
+    }
+    std::cout << "sweep: " << points << " failing allocations of the host\n";
+    EXPECT_GT(points, 1000U);
+}
+#endif
+
+} // namespace
+} // namespace tessgen::test
