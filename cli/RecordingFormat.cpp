@@ -260,7 +260,7 @@ Question readQuestion(const json& line) {
     if (asked == questions.end()) {
         std::vector<std::string_view> known;
         std::transform(questions.begin(), questions.end(), std::back_inserter(known),
-                       [](auto& row) { return row.name; });
+                       [](const auto& row) { return row.name; });
         failAtKey("ask", fmt::format("one of \"{}\"", fmt::join(known, R"(", ")")), name);
     }
     Question question{static_cast<Ask>(asked - questions.begin()), {}};

@@ -119,7 +119,7 @@ std::size_t placeOfKey(std::string_view text, std::size_t ordinal) {
 }
 
 std::size_t placeOfNumber(std::string_view text, std::string_view number) {
-    return firstPlace(text, [number](const JsonWalk& walk) { return walk.token() == number; });
+    return firstPlace(text, [number](const JsonWalk& walk) { return walk.token().starts_with(number); });
 }
 
 std::size_t placeOfDepth(std::string_view text, std::size_t depth) {

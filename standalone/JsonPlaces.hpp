@@ -14,7 +14,7 @@ namespace tessgen::standalone {
 // The key (counted from 0, in the order of the text) of some object.
 std::size_t placeOfKey(std::string_view text, std::size_t ordinal);
 
-// The first number that is written so.
+// The first number that is written so, whatever follows it: the text need not be JSON from its end on.
 std::size_t placeOfNumber(std::string_view text, std::string_view number);
 
 // The first list or object that lies in `depth` others.

@@ -3,7 +3,10 @@
 
 #include "tests/support/World.hpp"
 
+#include <cstddef>
+#include <functional>
 #include <random>
+#include <utility>
 
 namespace tessgen::test {
 
@@ -15,7 +18,13 @@ struct RandomWorld {
 
 class WorldMaker {
 public:
-    explicit WorldMaker(unsigned seed) : random_(seed) {}
+    using Draw = std::function<std::size_t(std::size_t)>; // some number below the given one
+
+    explicit WorldMaker(Draw draw) : draw_(std::move(draw)) {}
+    explicit WorldMaker(unsigned seed)
+        : WorldMaker([random = std::mt19937(seed)](std::size_t bound) mutable {
+              return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random);
+          }) {}
 
     RandomWorld make() {
         RandomWorld made;
@@ -53,7 +62,7 @@ public:
     }
 
 private:
-    std::size_t below(std::size_t bound) { return std::uniform_int_distribution<std::size_t>(0, bound - 1)(random_); }
+    std::size_t below(std::size_t bound) { return draw_(bound); }
     bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
     std::u16string any(const Texts& texts) { return texts[below(texts.size())]; }
 
@@ -98,7 +107,7 @@ private:
         return entry;
     }
 
-    std::mt19937 random_;
+    Draw draw_;
 };
 
 } // namespace tessgen::test
