@@ -54,6 +54,10 @@ std::string quotedWithCodes(std::string_view text) {
 } // namespace
 
 std::string escaped(std::string_view text) {
+    const auto isPlain = [](char c) { return c > ' ' && c <= '~' && c != '\\'; };
+    if (std::all_of(text.begin(), text.end(), isPlain)) { // as nearly every name and path is
+        return std::string(text);
+    }
     std::string out;
     out.reserve(text.size());
     auto to = std::back_inserter(out);

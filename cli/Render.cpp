@@ -41,24 +41,32 @@ std::string nearWords(const std::vector<std::string>& names) {
     return words.append(words.empty() ? "" : "?");
 }
 
+std::string& appendPadded(std::string& text, std::string_view words, std::size_t width) {
+    return text.append(words).append(width - words.size(), ' ');
+}
+
+// Without a formatting library, which takes more than finding the candidates where many names are asked.
 void append(std::string& text, const Answer& answer, const Style& style) {
-    auto to = std::back_inserter(text);
-    fmt::format_to(to, "{}{}{}\n", style.name, escaped(answer.query), style.end);
+    text.append(style.name).append(escaped(answer.query)).append(style.end).append("\n");
     if (answer.candidates.empty()) {
-        fmt::format_to(to, "  {}no candidate{}{}\n", style.aside, nearWords(answer.near), style.end);
+        text.append("  ").append(style.aside).append("no candidate").append(nearWords(answer.near)).append(style.end);
+        text.append("\n");
     }
-    const auto rankWidth = fmt::formatted_size("{}", answer.candidates.size());
+    std::vector<std::string> verdicts;
     std::size_t widestVerdicts = 0;
     for (const auto& candidate : answer.candidates) {
-        widestVerdicts = std::max(widestVerdicts, verdictsOf(candidate).size());
+        widestVerdicts = std::max(widestVerdicts, verdicts.emplace_back(verdictsOf(candidate)).size());
     }
     const std::string_view gap = widestVerdicts == 0 ? "" : "  ";
-    std::size_t rank = 0;
-    for (const auto& candidate : answer.candidates) {
-        const bool isFirst = ++rank == 1;
-        fmt::format_to(to, "  {}{:>{}}  {:{}}{}{:{}}{}  {}{}\n", isFirst ? style.first : style.aside, rank, rankWidth,
-                       kindWords(candidate.type), widestKindWords, gap, verdictsOf(candidate), widestVerdicts,
-                       isFirst ? "" : style.end, escaped(candidate.path), isFirst ? style.end : "");
+    const auto rankWidth = std::to_string(answer.candidates.size()).size();
+    for (std::size_t i = 0; i < answer.candidates.size(); ++i) {
+        const auto& candidate = answer.candidates[i];
+        const auto rank = std::to_string(i + 1);
+        text.append("  ").append(i == 0 ? style.first : style.aside);
+        text.append(rankWidth - rank.size(), ' ').append(rank).append("  ");
+        appendPadded(text, kindWords(candidate.type), widestKindWords).append(gap);
+        appendPadded(text, verdicts[i], widestVerdicts).append(i == 0 ? "" : style.end).append("  ");
+        text.append(escaped(candidate.path)).append(i == 0 ? style.end : "").append("\n");
     }
 }
 

@@ -7,6 +7,7 @@
 #include "rux/Factory.hpp"
 #include "rux/RUX.hpp"
 
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,7 @@ std::vector<Array> evaluate(const std::string& function, const std::vector<Array
 }
 
 Array toStringArray(const std::u16string& text) {
-    const std::vector<std::u16string> texts{text};
-    return foundation::orvakdata::ArrayFactory().createArray({1, 1}, texts.begin(), texts.end());
+    return foundation::orvakdata::ArrayFactory().createArray({1, 1}, &text, std::next(&text));
 }
 
 std::vector<std::u16string> toStrings(const Array& array) {

@@ -10,11 +10,8 @@
 namespace tessgen::kelwhich {
 
 std::optional<KELWhichResolver::BasicSupportEntry> KELWhichResolver::findByPath(const std::u16string& path) const {
-    auto query = path;
-    if (const auto packages = fileSystem_->spkgroot()) {
-        query = replacePrefix(path, *packages, fileSystem_->orvakroot());
-    }
-    auto record = metadata_->findByPath(query);
+    const auto packages = fileSystem_->spkgroot();
+    auto record = metadata_->findByPath(packages ? replacePrefix(path, *packages, fileSystem_->orvakroot()) : path);
     if (!record) {
         return std::nullopt;
     }

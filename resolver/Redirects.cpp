@@ -10,6 +10,7 @@
 #include <range/v3/view/move.hpp>
 #include <range/v3/view/transform.hpp>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -21,16 +22,16 @@ namespace views = ranges::views;
 
 using BasicSupportEntry = KELWhichResolver::BasicSupportEntry;
 
-std::vector<WhichResult> removeDuplicateResults(const std::vector<WhichResult>& list) {
-    std::vector<WhichResult> results;
-    results.reserve(list.size());
+std::vector<WhichResult> removeDuplicateResults(std::vector<WhichResult> list) {
     DistinctResults distinct(list.size());
-    for (const auto& result : list) {
-        if (distinct.add(result).isNew) {
-            results.push_back(result);
-        }
+    std::vector<bool> isNew(list.size()); // all of them first, since `distinct` holds views of the texts
+    std::transform(list.begin(), list.end(), isNew.begin(),
+                   [&distinct](const WhichResult& result) { return distinct.add(result).isNew; });
+    if (std::find(isNew.begin(), isNew.end(), false) != isNew.end()) {
+        auto keeps = isNew.begin();
+        std::erase_if(list, [&keeps](const WhichResult& /*result*/) { return !*keeps++; });
     }
-    return results;
+    return list;
 }
 
 } // namespace

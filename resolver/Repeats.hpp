@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 
@@ -21,10 +22,19 @@ public:
         bool isNew;
     };
 
-    explicit DistinctResults(std::size_t expected) : places_(expected) {}
+    explicit DistinctResults(std::size_t expected) : expected_(expected) {}
 
     Place add(const WhichResult& result) {
-        const auto [place, isNew] = places_.try_emplace({result.path, result.type}, places_.size() + 1);
+        const Key key{result.path, result.type};
+        if (!first_ || *first_ == key) { // most names have one candidate, for which no table is made
+            const bool isNew = !first_;
+            first_ = key;
+            return {1, isNew};
+        }
+        if (places_.empty()) {
+            places_.reserve(expected_);
+        }
+        const auto [place, isNew] = places_.try_emplace(key, places_.size() + 2);
         return {place->second, isNew};
     }
 
@@ -42,7 +52,9 @@ private:
         }
     };
 
-    std::unordered_map<Key, std::size_t, Hash> places_;
+    std::size_t expected_;
+    std::optional<Key> first_;
+    std::unordered_map<Key, std::size_t, Hash> places_; // of all but the first
 };
 
 } // namespace tessgen::kelwhich

@@ -100,8 +100,8 @@ Array makeCharArray(std::u16string text) {
 
 Array makeStringColumn(std::vector<std::u16string> texts) {
     const auto count = texts.size();
-    return ArrayFactory().createArray({count, 1}, std::make_move_iterator(texts.begin()),
-                                      std::make_move_iterator(texts.end()));
+    StringElements elements(std::make_move_iterator(texts.begin()), std::make_move_iterator(texts.end()));
+    return Array(std::make_shared<ArrayData>(ArrayData{{count, 1}, std::move(elements)}));
 }
 
 } // namespace tessgen::standalone

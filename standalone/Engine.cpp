@@ -27,9 +27,12 @@ Arrays callWhichString(const Arrays& arguments) {
     const foundation::orvakdata::StringArray argument(arguments.at(0));
     const std::u16string name = argument.begin().getRef();
 
+    auto places = currentSession().find(name);
     std::vector<std::u16string> lines;
     std::vector<std::u16string> partners;
-    for (auto& place : currentSession().find(name)) {
+    lines.reserve(places.size());
+    partners.reserve(places.size());
+    for (auto& place : places) {
         lines.push_back(std::move(place.line));
         partners.push_back(std::move(place.partner));
     }

@@ -2,15 +2,19 @@
 
 #include "standalone/PathText.hpp"
 
+#include <array>
 #include <cerrno>
 #include <climits>
+#include <cstddef>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace tessgen::standalone {
 
@@ -18,8 +22,43 @@ namespace {
 
 using Kind = FileTree::Kind;
 
-struct CloseFolder {
-    void operator()(DIR* folder) const noexcept { closedir(folder); }
+// A folder that is open for reading, or could not be opened.
+class OpenFolder {
+public:
+    explicit OpenFolder(const std::string& path)
+        : descriptor_(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC)) {}
+    OpenFolder(const OpenFolder&) = delete;
+    OpenFolder& operator=(const OpenFolder&) = delete;
+    ~OpenFolder() {
+        if (isOpen()) {
+            close(descriptor_);
+        }
+    }
+
+    bool isOpen() const { return descriptor_ >= 0; }
+    int descriptor() const { return descriptor_; }
+
+    // Hands out every entry. Errors: the number of the system's, or 0. Not readdir: it allocates for each folder, and
+    // asks what kind of file the folder is.
+    template <typename Visit>
+    int forEach(Visit visit) const {
+        alignas(dirent64) std::array<char, 32768> block; // NOLINT(*-member-init): filled by the system
+        while (true) {
+            const auto size = syscall(SYS_getdents64, descriptor_, block.data(), block.size());
+            if (size <= 0) {
+                // A folder that was removed meanwhile holds nothing.
+                return size == 0 || errno == ENOENT ? 0 : errno;
+            }
+            for (long place = 0; place < size;) {
+                const auto& entry = *reinterpret_cast<const dirent64*>(&block[static_cast<std::size_t>(place)]);
+                visit(entry);
+                place += entry.d_reclen;
+            }
+        }
+    }
+
+private:
+    int descriptor_;
 };
 
 // Tells what can be done as well, which `std::system_error` by itself has no place for.
@@ -43,7 +82,7 @@ Kind kindOfMode(mode_t mode) {
     return S_ISREG(mode) ? Kind::file : S_ISDIR(mode) ? Kind::folder : S_ISLNK(mode) ? Kind::link : Kind::other;
 }
 
-Kind kindOfEntry(DIR* folder, const dirent& entry) {
+Kind kindOfEntry(const OpenFolder& folder, const dirent64& entry) {
     switch (entry.d_type) {
     case DT_REG:
         return Kind::file;
@@ -53,7 +92,7 @@ Kind kindOfEntry(DIR* folder, const dirent& entry) {
         return Kind::link;
     case DT_UNKNOWN: { // some file systems do not tell in a listing
         struct stat status {};
-        const int failed = fstatat(dirfd(folder), entry.d_name, &status, AT_SYMLINK_NOFOLLOW);
+        const int failed = fstatat(folder.descriptor(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW);
         return failed != 0 ? Kind::link : kindOfMode(status.st_mode); // what a link leads to is looked at, and told
     }
     default:
@@ -61,14 +100,14 @@ Kind kindOfEntry(DIR* folder, const dirent& entry) {
     }
 }
 
-bool isTooLong(const std::string& path) {
-    return path.size() >= PATH_MAX;
+bool isTooLong(std::size_t pathSize) {
+    return pathSize >= PATH_MAX;
 }
 
 // Nothing is there, or a link leads nowhere, or a part of the path is longer than any name on the disk can be. A path
 // that is too long as a whole may well be there: no call of the system can tell.
 bool isAbsent(int error, const std::string& path) {
-    return error == ENOENT || error == ENOTDIR || error == ELOOP || (error == ENAMETOOLONG && !isTooLong(path));
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || (error == ENAMETOOLONG && !isTooLong(path.size()));
 }
 
 // For use right after a call that failed: returns when `path` is absent.
@@ -114,27 +153,23 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
-    const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
-    if (!opened) {
+    const OpenFolder opened(folder);
+    if (!opened.isOpen()) {
         failUnlessAbsent(folder);
         return std::nullopt;
     }
     std::vector<Entry> found;
-    while (true) {
-        errno = 0;                                   // readdir tells the end from an error by it alone
-        const dirent* entry = readdir(opened.get()); // NOLINT(concurrency-mt-unsafe): this DIR is ours alone
-        if (entry == nullptr) {
-            break;
+    const int error = opened.forEach([&](const dirent64& entry) {
+        const std::string_view name = entry.d_name;
+        if (name == "." || name == ".." || !wanted(name)) {
+            return;
         }
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != ".." && wanted(name)) {
-            if (const std::string path = joinPath(folder, name); isTooLong(path)) {
-                throw DiskError(ENAMETOOLONG, path);
-            }
-            found.push_back({std::string(name), kindOfEntry(opened.get(), *entry)});
+        if (isTooLong(folder.size() + (folder.ends_with('/') ? 0 : 1) + name.size())) {
+            throw DiskError(ENAMETOOLONG, joinPath(folder, name));
         }
-    }
-    if (const int error = errno; error != 0) {
+        found.push_back({std::string(name), kindOfEntry(opened, entry)});
+    });
+    if (error != 0) {
         throw DiskError(error, folder);
     }
     return found;

@@ -86,7 +86,7 @@ std::string adviceFor(std::string_view key, std::initializer_list<std::string_vi
 
 // Refuses what the parser takes: the same key twice in an object, and lists and objects beyond `deepest`. What the
 // parser refuses only ends the check, for the parser to tell of. A pass of its own, since the parser's callbacks cost
-// the square of a list's length.
+// the square of a list's length; it is made for texts that may be refused alone, since it costs as much as the parser.
 class JsonCheck final : public json::json_sax_t {
 public:
     explicit JsonCheck(std::string_view text) : text_(text) {}
@@ -113,9 +113,9 @@ public:
         return false;
     }
 
-private:
     static constexpr std::size_t deepest = 100;
 
+private:
     bool open() {
         if (keys_.size() == deepest) {
             throw syntaxError(text_, placeOfDepth(text_, deepest),
@@ -134,6 +134,49 @@ private:
     std::size_t keyCount_ = 0;
 };
 
+void check(std::string_view text) {
+    JsonCheck check(text);
+    json::sax_parse(text, &check);
+}
+
+// Of a text that is JSON; of another, some numbers.
+struct Shape {
+    std::size_t keys = 0;
+    std::size_t depth = 0; // of lists and objects in each other
+};
+
+Shape shapeOf(std::string_view text) {
+    Shape shape;
+    std::size_t open = 0;
+    bool isInside = false; // a text in quotes
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '"') {
+            isInside = !isInside;
+        } else if (isInside) {
+            i += c == '\\' ? 1U : 0U;
+        } else if (c == ':') {
+            ++shape.keys;
+        } else if (c == '{' || c == '[') {
+            shape.depth = std::max(shape.depth, ++open);
+        } else if (c == '}' || c == ']') {
+            --open;
+        }
+    }
+    return shape;
+}
+
+// At every depth. A key that the text gives twice is one.
+std::size_t keysOf(const json& value) {
+    std::size_t count = value.is_object() ? value.size() : 0;
+    if (value.is_structured()) {
+        for (const auto& element : value) {
+            count += keysOf(element);
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 TextPlace lineAndColumn(std::string_view text, std::size_t byte) {
@@ -146,14 +189,22 @@ json parseJson(std::string_view text) {
     if (const auto byte = text.find('\0'); byte != std::string_view::npos) { // the parser would take it for the end
         throw syntaxError(text, byte, "not valid JSON in UTF-8: the character 0");
     }
-    JsonCheck check(text);
-    json::sax_parse(text, &check);
+    const auto shape = shapeOf(text);
+    if (shape.depth > JsonCheck::deepest) {
+        check(text);
+    }
     try {
-        return json::parse(text);
+        auto parsed = json::parse(text);
+        if (keysOf(parsed) != shape.keys) {
+            check(text);
+        }
+        return parsed;
     } catch (const json::parse_error& error) {
+        check(text);
         // `byte` counts the bytes read, the one that is wrong included; at the end of the text it is one beyond.
         throw syntaxError(text, error.byte - 1, "not valid JSON: " + detailOf(error));
     } catch (const json::out_of_range& error) { // its message ends with the number in quotes
+        check(text);
         const std::string_view what = error.what();
         const auto begin = what.find('\'') + 1;
         const auto number = what.substr(begin, what.rfind('\'') - begin);

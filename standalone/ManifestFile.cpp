@@ -59,7 +59,7 @@ public:
 
     std::string readAll() const {
         std::string text;
-        std::array<char, 16384> block{};
+        std::array<char, 16384> block; // NOLINT(*-member-init): filled by the system
         while (true) {
             const ssize_t count = read(descriptor_, block.data(), block.size());
             if (count > 0) {

@@ -91,12 +91,6 @@ private:
 
 } // namespace
 
-std::uint32_t numberFrom(std::string_view fourBytes) {
-    std::uint32_t number = 0;
-    std::memcpy(&number, fourBytes.data(), sizeof number);
-    return number;
-}
-
 std::string encodeKey(EntryKind kind, std::u16string_view text) {
     std::string key;
     key.reserve(1 + text.size() * sizeof(char16_t));

@@ -17,6 +17,7 @@
 #include "standalone/SupportRecords.hpp"
 
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string>
@@ -54,7 +55,11 @@ struct StoreInfo {
     std::u16string root;
 };
 
-std::uint32_t numberFrom(std::string_view fourBytes);
+inline std::uint32_t numberFrom(std::string_view fourBytes) {
+    std::uint32_t number = 0;
+    std::memcpy(&number, fourBytes.data(), sizeof number);
+    return number;
+}
 
 std::string encodeKey(EntryKind kind, std::u16string_view text = {});
 std::string encodeNumber(std::uint32_t number);

@@ -3,12 +3,30 @@
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
+#include <type_traits>
 #include <utf8.h>
 #include <utility>
 
 namespace tessgen::standalone {
 
+namespace {
+
+// Nearly every name and path is, and is converted as it stands.
+template <typename Unit>
+bool isASCII(std::basic_string_view<Unit> text) {
+    unsigned all = 0;
+    for (const Unit unit : text) {
+        all |= static_cast<std::make_unsigned_t<Unit>>(unit);
+    }
+    return all < 0x80;
+}
+
+} // namespace
+
 std::optional<std::u16string> toUTF16(std::string_view text) {
+    if (isASCII(text)) {
+        return std::u16string(text.begin(), text.end());
+    }
     if (!utf8::is_valid(text.begin(), text.end())) {
         return std::nullopt;
     }
@@ -19,6 +37,9 @@ std::optional<std::u16string> toUTF16(std::string_view text) {
 }
 
 std::optional<std::string> toUTF8(std::u16string_view text) {
+    if (isASCII(text)) {
+        return std::string(text.begin(), text.end());
+    }
     std::string result(text.size() * 3, '\0'); // no code unit needs more bytes
     try {
         const char* end = utf8::utf16to8(text.begin(), text.end(), result.data());

@@ -1,0 +1,150 @@
+// Runs programs in turn, round after round, and tells the median time of each and the most memory that it took.
+//
+// Usage: side_by_side ROUNDS PROGRAM ARGUMENT... --- PROGRAM ARGUMENT... --- ...
+// In an argument, %R stands for the number of the round, from 0. Output is thrown away. On standard output, for each
+// program: the median of its times from start to end in microseconds, its peak memory in KiB, and of that, what was its
+// own at its end (neither shared nor of a file). A program that fails ends it all.
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <iostream>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+struct Program {
+    std::vector<std::string> words;
+    std::vector<double> times;
+    long peak = 0;
+    long own = 0;
+};
+
+std::vector<std::string> wordsOf(const Program& program, int round) {
+    auto words = program.words;
+    for (auto& word : words) {
+        if (const auto at = word.find("%R"); at != std::string::npos) {
+            word = word.substr(0, at) + std::to_string(round) + word.substr(at + 2);
+        }
+    }
+    return words;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    for (auto& word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+[[noreturn]] void fail(const Program& program, const std::string& why) {
+    throw std::runtime_error(program.words.front() + " " + why);
+}
+
+// One run: its time is taken.
+void run(Program& program, int round) {
+    auto words = wordsOf(program, round);
+    auto arguments = pointersTo(words);
+    posix_spawn_file_actions_t toNowhere;
+    posix_spawn_file_actions_init(&toNowhere);
+    posix_spawn_file_actions_addopen(&toNowhere, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t child = 0;
+    const auto begin = std::chrono::steady_clock::now();
+    if (const int error = posix_spawnp(&child, arguments[0], &toNowhere, nullptr, arguments.data(), environ)) {
+        fail(program, std::string("cannot be run: ") + std::strerror(error)); // NOLINT(concurrency-mt-unsafe)
+    }
+    int status = 0;
+    rusage used{};
+    wait4(child, &status, 0, &used);
+    const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - begin;
+    posix_spawn_file_actions_destroy(&toNowhere);
+    if (status != 0) {
+        fail(program, "ends with status " + std::to_string(status));
+    }
+    program.times.push_back(time.count());
+    program.peak = std::max(program.peak, used.ru_maxrss);
+}
+
+// One more, stopped when it ends, since the system then still tells whose its memory is.
+void lookAtMemory(Program& program) {
+    auto words = wordsOf(program, 0);
+    auto arguments = pointersTo(words);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACEEXIT);
+    ptrace(PTRACE_CONT, child, nullptr, nullptr);
+    waitpid(child, &status, 0);
+    std::ifstream lines("/proc/" + std::to_string(child) + "/status");
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("RssAnon:")) {
+            program.own = std::strtol(line.c_str() + std::strlen("RssAnon:"), nullptr, 10);
+        }
+    }
+    ptrace(PTRACE_CONT, child, nullptr, nullptr);
+    waitpid(child, &status, 0);
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void measure(int rounds, std::vector<Program>& programs) {
+    for (auto& program : programs) {
+        lookAtMemory(program); // also the warming round
+    }
+    for (int round = 0; round < rounds; ++round) {
+        for (std::size_t i = 0; i < programs.size(); ++i) { // each after each other one as often
+            run(programs[(static_cast<std::size_t>(round) + i) % programs.size()], round);
+        }
+    }
+    for (const auto& program : programs) {
+        std::cout << median(program.times) << ' ' << program.peak << ' ' << program.own << '\n';
+    }
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    std::vector<Program> programs(1);
+    for (int i = 2; i < count; ++i) {
+        if (std::strcmp(words[i], "---") == 0) {
+            programs.emplace_back();
+        } else {
+            programs.back().words.emplace_back(words[i]);
+        }
+    }
+    const int rounds = count > 2 ? std::atoi(words[1]) : 0; // NOLINT(cert-err34-c): 0 when it is no number
+    try {
+        for (const auto& program : programs) {
+            if (rounds <= 0 || program.words.empty()) {
+                throw std::runtime_error("usage: side_by_side ROUNDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]");
+            }
+        }
+        measure(rounds, programs);
+    } catch (const std::exception& error) {
+        std::cerr << "side_by_side: " << error.what() << '\n';
+        return 2;
+    }
+    return 0;
+}
