@@ -84,7 +84,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
         const Session alone(host.installation());
         expected = answersTo(names);
     }
-    EXPECT_EQ(expected.front().size(), 9U);
+    EXPECT_EQ(expected.front().size(), 8U); // so that something is compared
     for (const auto view : {View::live, View::fixed}) {
         for (int round = 0; round < 10; ++round) {
             const Session session(host.installation(), view);
