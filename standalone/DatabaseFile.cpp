@@ -68,7 +68,7 @@ void DatabaseFile::checkTableSlots(std::uint64_t fileSize) const {
 }
 
 void DatabaseFile::readInfo() {
-    const auto entry = DatabaseSearch(*this, std::string(databaseInfoKey)).next();
+    const auto entry = DatabaseSearch(*this, databaseInfoKey).next();
     const auto info = entry ? decodeInfo(*kind_, entry->value) : std::nullopt;
     if (!info) {
         fail("is not a " + std::string(kind_->name));
@@ -133,12 +133,12 @@ void DatabaseFile::failDamaged(const std::string& damage) const {
     throw DatabaseDamage(file_ + ": is damaged: " + damage + advice(), damage);
 }
 
-DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string key)
-    : file_(&file), key_(std::move(key)), database_(file.mapping_.database) {
+DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key)
+    : file_(&file), database_(file.mapping_.database) {
     // A key that the database cannot even count the length of is in no entry.
-    const bool possible = key_.size() <= databaseSizeLimit;
-    const auto length = static_cast<unsigned>(possible ? key_.size() : 0);
-    started_ = possible ? cdb_findinit(&find_, &database_, key_.data(), length) : 0;
+    const bool possible = key.size() <= databaseSizeLimit;
+    const auto length = static_cast<unsigned>(possible ? key.size() : 0);
+    started_ = possible ? cdb_findinit(&find_, &database_, key.data(), length) : 0;
 }
 
 std::optional<DatabaseEntry> DatabaseSearch::next() {

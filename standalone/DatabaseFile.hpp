@@ -85,10 +85,10 @@ private:
 };
 
 // Finds the entries of one key, in the order in which they were written.
-// Lifetime: the file outlives the search. Threads: one.
+// Lifetime: the file and the key outlive the search. Threads: one.
 class DatabaseSearch {
 public:
-    DatabaseSearch(const DatabaseFile& file, std::string key);
+    DatabaseSearch(const DatabaseFile& file, std::string_view key);
     DatabaseSearch(const DatabaseSearch&) = delete;
     DatabaseSearch& operator=(const DatabaseSearch&) = delete;
 
@@ -98,7 +98,6 @@ public:
 
 private:
     const DatabaseFile* file_;
-    std::string key_;
     struct cdb database_; // a copy, since finding writes into it; the mapped memory is shared
     struct cdb_find find_ {};
     int started_; // as the database says: more than 0 when there may be entries, less when a table is damaged

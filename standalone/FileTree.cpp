@@ -109,8 +109,8 @@ std::string_view adviceOn(int error) {
     }
 }
 
-std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
-                                                                  const Filter& wanted) const {
+std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& folder, const FileTree::Filter& wanted,
+                                                             struct stat* status) {
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
@@ -119,7 +119,10 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         failUnlessAbsent(folder);
         return std::nullopt;
     }
-    std::vector<Entry> found;
+    if (status != nullptr && fstat(dirfd(opened.get()), status) != 0) {
+        throw DiskError(errno, folder);
+    }
+    std::vector<FileTree::Entry> found;
     while (true) {
         errno = 0;                                   // readdir tells the end from an error by it alone
         const dirent* entry = readdir(opened.get()); // NOLINT(concurrency-mt-unsafe): this DIR is ours alone
@@ -138,6 +141,11 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         throw DiskError(error, folder);
     }
     return found;
+}
+
+std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
+                                                                  const Filter& wanted) const {
+    return entriesAndStatus(folder, wanted, nullptr);
 }
 
 std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {

@@ -51,7 +51,8 @@ std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view
 std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view symbol) const {
     std::vector<Record> records;
     std::uint32_t last = 0; // no entry begins there
-    DatabaseSearch search(*file_, encodeKey(EntryKind::name, symbol));
+    const auto key = encodeKey(EntryKind::name, symbol);
+    DatabaseSearch search(*file_, key);
     while (const auto entry = search.next()) {
         const auto reference = decodeReference(entry->value);
         if (!reference || reference->position <= last) {

@@ -63,7 +63,7 @@ private:
             due_.emplace_back(encodeKey(EntryKind::name, name), reference);
         }
         if (!record->entry.isBuiltin) {
-            const auto found = DatabaseSearch(file(), std::string(entry.key)).next();
+            const auto found = DatabaseSearch(file(), entry.key).next();
             expect(found && found->key.data() == entry.key.data(), "the record of a file is not found by its path");
         }
         return true;
