@@ -20,8 +20,7 @@ int indexBuild(const Request& request) {
     keepManifest(file, installation.manifest, "searchIndex");
     std::error_code absent;
     if (installation.supportStore && std::filesystem::equivalent(file, *installation.supportStore, absent)) {
-        throw std::runtime_error(fmt::format("{}: is the support store; name another file as searchIndex in {}", file,
-                                             installation.manifest));
+        throw std::runtime_error(fmt::format("{}: is the support store; name another file with searchIndex", file));
     }
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = standalone::buildSearchIndex(installation, file);
