@@ -71,7 +71,7 @@ struct Examined {
 };
 
 // All findings, grouped by trap. A folder that cannot be read is one of them; the rest is looked at all the same.
-// Errors: std::runtime_error, a store that is damaged.
+// Errors: std::runtime_error, a store or an index that is damaged.
 Findings diagnose(const Examined& examined);
 
 // What `diagnose` consists of; each appends what it finds.

@@ -104,7 +104,8 @@ IndexBuild write(RecordingFileTree tree, const std::string& output) {
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output) {
     auto tree = recorded(installation, output, systemTime);
     if (tree.wait()) {
-        std::this_thread::sleep_for(std::chrono::duration<double>(*tree.wait()));
+        constexpr double margin = 0.02; // the disk's clock and ours need not run alike
+        std::this_thread::sleep_for(std::chrono::duration<double>(*tree.wait() + margin));
         return buildSearchIndex(installation, output, systemTime);
     }
     return write(std::move(tree), output);
