@@ -33,7 +33,7 @@ struct RecordedFolder {
 // The disk, which keeps what it is asked to list.
 class RecordingFileTree final : public FileTree {
 public:
-    RecordingFileTree(std::string index, Clock clock) : index_(std::move(index)), clock_(std::move(clock)) {}
+    RecordingFileTree(const std::string& index, Clock clock) : own_(index), clock_(std::move(clock)) {}
 
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
         try {
@@ -60,7 +60,7 @@ private:
             return std::nullopt;
         }
         const double seconds = secondsUntilChangesShow(status, now);
-        if (isFolderOf(index_, status)) {
+        if (own_.is(status)) {
             leftOut_.push_back(folder + ": changes whenever the index is written to it");
         } else if (seconds > 0) {
             leftOut_.push_back(folder + ": changed just now, or is from the future");
@@ -74,7 +74,7 @@ private:
     }
 
     const RealFileTree disk_;
-    const std::string index_;
+    const OwnFolder own_;
     const Clock clock_;
     mutable std::vector<RecordedFolder> folders_;
     mutable std::vector<std::string> leftOut_;
@@ -115,11 +115,11 @@ IndexBuild buildSearchIndex(const Installation& installation, const std::string&
     return write(recorded(installation, output, clock), output);
 }
 
-bool isFolderOf(const std::string& file, const struct stat& folder) {
-    struct stat status {};
-    const std::string target = realPath(file).value_or(file);
-    return stat(absolutePath("..", target).c_str(), &status) == 0 && status.st_dev == folder.st_dev
-           && status.st_ino == folder.st_ino;
+OwnFolder::OwnFolder(const std::string& file)
+    : isThere_(stat(absolutePath("..", realPath(file).value_or(file)).c_str(), &status_) == 0) {}
+
+bool OwnFolder::is(const struct stat& folder) const {
+    return isThere_ && status_.st_dev == folder.st_dev && status_.st_ino == folder.st_ino;
 }
 
 } // namespace tessgen::standalone

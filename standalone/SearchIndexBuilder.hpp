@@ -28,7 +28,16 @@ IndexBuild buildSearchIndex(const Installation& installation, const std::string&
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output,
                             const std::function<timespec()>& clock);
 
-// Whether `file` (an absolute path; it need not be there) lies in the folder, so that a build changes the folder.
-bool isFolderOf(const std::string& file, const struct stat& folder);
+// The folder that `file` (an absolute path; it need not be there) lies in, which a build of it changes.
+class OwnFolder {
+public:
+    explicit OwnFolder(const std::string& file);
+
+    bool is(const struct stat& folder) const;
+
+private:
+    struct stat status_ {};
+    bool isThere_;
+};
 
 } // namespace tessgen::standalone

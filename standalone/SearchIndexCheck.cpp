@@ -28,7 +28,7 @@ private:
 // The disk with its index, which counts what each of them answers.
 class CountingFileTree final : public FileTree {
 public:
-    CountingFileTree(const SearchIndex& index, std::string file) : index_(index), file_(std::move(file)) {}
+    CountingFileTree(const SearchIndex& index, const std::string& file) : index_(index), own_(file) {}
 
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
         if (auto known = index_.entries(folder, wanted)) {
@@ -37,7 +37,7 @@ public:
         }
         struct stat status {};
         auto found = entriesAndStatus(folder, wanted, &status);
-        if (found && !isFolderOf(file_, status)) {
+        if (found && !own_.is(status)) {
             ++use_.folders;
             use_.changed.push_back(folder);
         }
@@ -49,7 +49,7 @@ public:
 
 private:
     const SearchIndex& index_;
-    const std::string file_;
+    const OwnFolder own_;
     const RealFileTree disk_;
     mutable IndexUse use_;
 };
