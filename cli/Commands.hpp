@@ -36,6 +36,13 @@ int storeVerify(const Request& request);
 // Writes the records of a support store as `storeBuild` reads them.
 int storeExport(const Request& request);
 
+// Writes the search index anew.
+int indexBuild(const Request& request);
+
+// Writes each damage of the search index (exitNothing when there is one) or each folder that it no longer holds for
+// (exitNo).
+int indexVerify(const Request& request);
+
 // Prints every setting of the installation as it takes effect, and where it comes from.
 int config(const Request& request);
 

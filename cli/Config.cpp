@@ -73,6 +73,7 @@ std::vector<Setting> settingsOf(const Installation& installation, ManifestSource
         setting("root", installation.root),
         setting("supportPackageRoot", valueOf(installation.supportPackageRoot)),
         setting("supportStore", valueOf(installation.supportStore)),
+        setting("searchIndex", valueOf(installation.searchIndex)),
         setting("searchPath", installation.searchPath),
         setting("kelPath", installation.kelPath),
         setting("sourceCode", standalone::sourceCodePaths(installation)),

@@ -25,8 +25,12 @@ constexpr std::ptrdiff_t shownPlaces = 10; // of each trap, as text
 
 standalone::Examined examinedBy(const Resolver& resolver) {
     const auto& session = standalone::currentSession();
-    return {session.installation, session.files, session.store ? &*session.store : nullptr, standalone::realPath,
-            [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); }};
+    return {session.installation,
+            session.files,
+            session.store ? &*session.store : nullptr,
+            standalone::realPath,
+            [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); },
+            session.index ? &*session.index : nullptr};
 }
 
 // Trap by trap: its code, why it matters and what to do, then its places. Findings of one trap stand together.

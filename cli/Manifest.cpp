@@ -1,7 +1,6 @@
 #include "cli/Manifest.hpp"
 
 #include "cli/Console.hpp"
-#include "standalone/Installation.hpp"
 #include "standalone/ManifestFile.hpp"
 
 #include <fmt/format.h>
@@ -61,14 +60,14 @@ std::string findManifest(const Request& request) {
     return findManifestAndSource(request).path;
 }
 
-void keepManifest(const std::string& output, const std::string& manifest) {
+void keepManifest(const std::string& output, const std::string& manifest, std::string_view key) {
     std::error_code absent;
     const auto written = std::filesystem::canonical(output, absent);
     if (!absent
         && (written.filename() == standalone::manifestName || std::filesystem::equivalent(manifest, written, absent)
             || std::filesystem::equivalent(std::filesystem::path(manifest) / standalone::manifestName, written,
                                            absent))) {
-        throw std::runtime_error(output + ": is the manifest; name another file with --output");
+        throw std::runtime_error(fmt::format("{}: is the manifest; name another file with {}", output, key));
     }
 }
 
@@ -82,6 +81,14 @@ std::string findStore(const Request& request) {
             fmt::format("{} names no supportStore; name the file of a store", installation.manifest));
     }
     return *installation.supportStore;
+}
+
+std::string searchIndexOf(const standalone::Installation& installation) {
+    if (!installation.searchIndex) {
+        throw std::runtime_error(
+            fmt::format("{} names no searchIndex; give it one to build the index as", installation.manifest));
+    }
+    return *installation.searchIndex;
 }
 
 } // namespace tessgen::cli

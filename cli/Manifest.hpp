@@ -2,8 +2,10 @@
 #pragma once
 
 #include "cli/CommandLine.hpp"
+#include "standalone/Installation.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace tessgen::cli {
 
@@ -24,11 +26,16 @@ FoundManifest findManifestAndSource(const Request& request);
 std::string findManifest(const Request& request);
 
 // Errors: std::runtime_error when writing to `output` would replace a manifest: the one at `manifest` (or in that
-// folder, empty for none), or any other file that goes by the name of manifests, through links too.
-void keepManifest(const std::string& output, const std::string& manifest);
+// folder, empty for none), or any other file that goes by the name of manifests, through links too. `key` is what names
+// the output.
+void keepManifest(const std::string& output, const std::string& manifest, std::string_view key = "--output");
 
 // The store that the request names, else that of the installation.
 // Errors: std::runtime_error when the installation has none.
 std::string findStore(const Request& request);
+
+// The search index of the installation.
+// Errors: std::runtime_error when it has none.
+std::string searchIndexOf(const standalone::Installation& installation);
 
 } // namespace tessgen::cli

@@ -17,6 +17,8 @@ enum class Action : unsigned {
     storeInfo,
     storeVerify,
     storeExport,
+    indexBuild,
+    indexVerify,
     config,
     init,
     batch,

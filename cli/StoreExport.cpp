@@ -2,10 +2,10 @@
 #include "cli/Console.hpp"
 #include "cli/Escape.hpp"
 #include "cli/Manifest.hpp"
+#include "standalone/DatabaseFile.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/SupportRecords.hpp"
 #include "standalone/SupportStore.hpp"
-#include "standalone/SupportStoreFile.hpp"
 #include "standalone/Text.hpp"
 
 #include <fmt/format.h>
@@ -20,7 +20,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// What a damaged store holds before the damage is written, then StoreDamage is thrown.
+// What a damaged store holds before the damage is written, then DatabaseDamage is thrown.
 template <typename Write>
 void exportRecords(const standalone::SupportStore& store, const Write& write) {
     const auto root = standalone::toUTF8(store.root()).value();
@@ -34,7 +34,7 @@ void exportRecords(const standalone::SupportStore& store, const Write& write) {
                 lines.clear();
             }
         });
-    } catch (const standalone::StoreDamage&) {
+    } catch (const standalone::DatabaseDamage&) {
         write(lines);
         throw;
     }

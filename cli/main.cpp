@@ -26,6 +26,10 @@ int run(const Request& request) {
         return storeVerify(request);
     case Action::storeExport:
         return storeExport(request);
+    case Action::indexBuild:
+        return indexBuild(request);
+    case Action::indexVerify:
+        return indexVerify(request);
     case Action::config:
         return config(request);
     case Action::init:

@@ -1,8 +1,11 @@
 #include "standalone/Diagnosis.hpp"
 
+#include "standalone/SearchIndexCheck.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 
 namespace tessgen::standalone {
 
@@ -56,8 +59,14 @@ constexpr auto texts = std::to_array<TrapText>({
      "Take the name out of unsupportedSymbols, unless the file is meant to come last."},
     {"redirect-to-nothing", "The name that the redirect leads to has no candidate.",
      "Mend the record's symbol or take the record out, and build the store anew."},
+    {"search-index-missing", "The search index is not there, so every folder is listed for each question.",
+     "Build it with kelwhich index build, or take searchIndex out of the manifest."},
+    {"search-index-outdated",
+     "Half of the folders or more changed since the search index was built, or are not in it, and are listed for each "
+     "question.",
+     "Build it anew with kelwhich index build; kelwhich index verify names the folders."},
 });
-static_assert(texts.size() == static_cast<std::size_t>(Trap::redirectToNothing) + 1);
+static_assert(texts.size() == static_cast<std::size_t>(Trap::searchIndexOutdated) + 1);
 
 } // namespace
 
@@ -70,9 +79,23 @@ Findings diagnose(const Examined& examined) {
     checkFolders(examined, findings);
     checkFiles(examined, findings);
     checkRecords(examined, findings);
+    checkIndex(examined, findings);
     std::stable_sort(findings.begin(), findings.end(),
                      [](const Finding& a, const Finding& b) { return a.trap < b.trap; });
     return findings;
+}
+
+void checkIndex(const Examined& examined, Findings& findings) {
+    const auto& file = examined.installation.searchIndex;
+    if (file && examined.index == nullptr) {
+        findings.push_back({Trap::searchIndexMissing, *file});
+    } else if (file) {
+        const auto use = useOf(*examined.index, examined.installation);
+        if (use.changed.size() * 2 >= use.folders && use.folders > 0) {
+            findings.push_back({Trap::searchIndexOutdated, *file + ": " + std::to_string(use.changed.size()) + " of "
+                                                               + std::to_string(use.folders) + " folders"});
+        }
+    }
 }
 
 } // namespace tessgen::standalone

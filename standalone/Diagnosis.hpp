@@ -6,6 +6,7 @@
 
 #include "standalone/FileTree.hpp"
 #include "standalone/Installation.hpp"
+#include "standalone/SearchIndex.hpp"
 #include "standalone/SupportStore.hpp"
 
 #include <functional>
@@ -38,6 +39,8 @@ enum class Trap {
     recordInPackageRoot,
     recordRefusesItself,
     redirectToNothing,
+    searchIndexMissing,
+    searchIndexOutdated,
 };
 
 // What is told of every finding of a trap.
@@ -64,16 +67,18 @@ struct Examined {
     const SupportStore* store;                                                   // null when there is none
     std::function<std::optional<std::string>(const std::string& path)> realPath; // on the same disk as `files`
     std::function<bool(const std::u16string& name)> resolves;                    // whether a name has a candidate
+    const SearchIndex* index = nullptr;                                          // null when there is none
 };
 
 // All findings, grouped by trap. A folder that cannot be read is one of them; the rest is looked at all the same.
-// Errors: std::runtime_error, a store that is damaged.
+// Errors: std::runtime_error, a store or an index that is damaged.
 Findings diagnose(const Examined& examined);
 
 // What `diagnose` consists of; each appends what it finds.
 void checkFolders(const Examined& examined, Findings& findings); // the manifest's, by themselves and to each other
 void checkFiles(const Examined& examined, Findings& findings);   // what the search or a record can reach
 void checkRecords(const Examined& examined, Findings& findings);
+void checkIndex(const Examined& examined, Findings& findings); // whether it saves most of the listing
 
 // What `look` gives, or nothing and a finding when the disk fails with a std::system_error.
 template <typename Look>

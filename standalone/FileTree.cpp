@@ -148,8 +148,8 @@ std::string_view adviceOn(int error) {
     }
 }
 
-std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
-                                                                  const Filter& wanted) const {
+std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& folder, const FileTree::Filter& wanted,
+                                                             struct stat* status) {
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
@@ -158,7 +158,10 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         failUnlessAbsent(folder);
         return std::nullopt;
     }
-    std::vector<Entry> found;
+    if (status != nullptr && fstat(opened.descriptor(), status) != 0) {
+        throw DiskError(errno, folder);
+    }
+    std::vector<FileTree::Entry> found;
     const int error = opened.forEach([&](const dirent64& entry) {
         const std::string_view name = entry.d_name;
         if (name == "." || name == ".." || !wanted(name)) {
@@ -173,6 +176,11 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         throw DiskError(error, folder);
     }
     return found;
+}
+
+std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,
+                                                                  const Filter& wanted) const {
+    return entriesAndStatus(folder, wanted, nullptr);
 }
 
 std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -40,6 +41,11 @@ public:
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
     std::optional<Kind> kindOf(const std::string& path) const override;
 };
+
+// As RealFileTree::entries; `status`, unless it is null, becomes what the system says of that very folder before it is
+// listed.
+std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& folder, const FileTree::Filter& wanted,
+                                                             struct stat* status);
 
 // The path that leads to the same place on the disk without links; nothing when there is none.
 // Errors: those of RealFileTree.

@@ -146,14 +146,18 @@ void refuseClashes(const Installation& read, const json& manifest) {
     if (read.supportStore == read.manifest) {
         failAtKey("supportStore", "another file than the manifest", findValue(manifest, "supportStore"));
     }
+    if (read.searchIndex && (read.searchIndex == read.manifest || read.searchIndex == read.supportStore)) {
+        failAtKey("searchIndex", "another file than the manifest and the support store",
+                  findValue(manifest, "searchIndex"));
+    }
 }
 
 Installation readManifest(const json& manifest, const std::string& path) {
     if (!manifest.is_object()) {
         failAtKey("", "an object with the keys of a manifest", &manifest);
     }
-    refuseUnknownKeys(manifest, {"$schema", "root", "supportPackageRoot", "supportStore", "searchPath", "kelPath",
-                                 "sourceCode", "extensions", "builtins"});
+    refuseUnknownKeys(manifest, {"$schema", "root", "supportPackageRoot", "supportStore", "searchIndex", "searchPath",
+                                 "kelPath", "sourceCode", "extensions", "builtins"});
     if (const json* schema = findValue(manifest, "$schema")) {
         readText(schema, "$schema", "the place of the manifest's schema");
     }
@@ -163,6 +167,7 @@ Installation readManifest(const json& manifest, const std::string& path) {
     result.root = readPath(manifest, "root", folder).value_or(folder);
     result.supportPackageRoot = readPath(manifest, "supportPackageRoot", folder);
     result.supportStore = readPath(manifest, "supportStore", folder);
+    result.searchIndex = readPath(manifest, "searchIndex", folder);
     refuseClashes(result, manifest);
 
     const auto& root = result.root;

@@ -23,6 +23,7 @@ struct Installation {
     std::string root;
     std::optional<std::string> supportPackageRoot;
     std::optional<std::string> supportStore;
+    std::optional<std::string> searchIndex;           // need not have been built
     std::vector<std::string> searchPath;              // the host's own search path, in order
     std::vector<std::string> kelPath;                 // folders of the code generator's own files
     std::vector<std::vector<std::string>> sourceCode; // folders of host code, as components below the root

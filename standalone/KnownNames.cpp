@@ -66,9 +66,12 @@ KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) 
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
     }
     const TreeUntil files(session.files, now + (deadline - now) / 2);
-    const FixedSearch search(session.installation, files);
-    for (std::size_t i = 0; i < search.symbols().size(); ++i) {
-        names_.emplace_back(search.symbols().symbolAt(i));
+    try {
+        const FixedSearch search(session.installation, files);
+        for (std::size_t i = 0; i < search.symbols().size(); ++i) {
+            names_.emplace_back(search.symbols().symbolAt(i));
+        }
+    } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the index is damaged where no question met it
     }
 }
 

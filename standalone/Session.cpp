@@ -54,6 +54,11 @@ Installation withRoots(Installation installation) {
     return installation;
 }
 
+std::optional<SearchIndex> openIndex(const Installation& installation) {
+    const auto& file = installation.searchIndex;
+    return file && RealFileTree().kindOf(*file) ? std::optional<SearchIndex>(std::in_place, *file) : std::nullopt;
+}
+
 std::optional<SupportStore> openStore(const Installation& installation) {
     return installation.supportStore
                ? std::optional<SupportStore>(std::in_place, *installation.supportStore, installation.root)
@@ -63,7 +68,8 @@ std::optional<SupportStore> openStore(const Installation& installation) {
 } // namespace
 
 SessionState::SessionState(Installation opened, View view)
-    : installation(withRoots(std::move(opened))), search(installation, files), store(openStore(installation)),
+    : installation(withRoots(std::move(opened))), index(openIndex(installation)),
+      files(index ? &*index : nullptr, disk), search(installation, files), store(openStore(installation)),
       root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
       kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
     if (view == View::fixed) {

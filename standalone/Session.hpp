@@ -19,11 +19,11 @@ enum class View {
 
 class Session {
 public:
-    // Opens the installation that a manifest, or the `installation.json` of a folder, describes. The manifest and the
-    // store are opened once. A fixed view lists every folder of the search path now; names with "/", and packages that
-    // are reached through more than one link, are looked at when they are first asked for. A folder that cannot be
-    // read is an error of the questions that need it, in both views.
-    // Errors: std::runtime_error, one line: a manifest or a store that is not as it should be;
+    // Opens the installation that a manifest, or the `installation.json` of a folder, describes. The manifest, the
+    // store and the search index, if it was built, are opened once. A fixed view lists every folder of the search path
+    // now; names with "/", and packages that are reached through more than one link, are looked at when they are first
+    // asked for. A folder that cannot be read is an error of the questions that need it, in both views.
+    // Errors: std::runtime_error, one line: a manifest, a store or an index that is not as it should be;
     // std::logic_error: this process has an open session.
     explicit Session(const std::string& fileOrFolder, View view = View::live);
     // Opens an installation that need not come from a manifest. Not exported: the type is the host's own.

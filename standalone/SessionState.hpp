@@ -7,6 +7,7 @@
 #include "standalone/FixedSearch.hpp"
 #include "standalone/Installation.hpp"
 #include "standalone/NameSearch.hpp"
+#include "standalone/SearchIndex.hpp"
 #include "standalone/Session.hpp"
 #include "standalone/SupportStore.hpp"
 
@@ -27,7 +28,9 @@ struct SessionState {
     std::vector<FoundPlace> find(std::u16string_view name) const;
 
     const Installation installation;
-    const RealFileTree files;
+    const RealFileTree disk;
+    const std::optional<SearchIndex> index; // when it was built
+    const IndexedFileTree files;
     const NameSearch search;                // in the live view
     std::optional<FixedSearch> fixedSearch; // when the view is fixed
     const std::optional<SupportStore> store;

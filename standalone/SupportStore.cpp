@@ -1,6 +1,7 @@
 #include "standalone/SupportStore.hpp"
 
-#include "standalone/SupportStoreFile.hpp"
+#include "standalone/DatabaseFile.hpp"
+#include "standalone/SupportStoreFormat.hpp"
 #include "standalone/Text.hpp"
 
 #include <utility>
@@ -9,7 +10,7 @@ namespace tessgen::standalone {
 
 namespace {
 
-SupportRecord decode(const SupportStoreFile& file, const StoreEntry& entry) {
+SupportRecord decode(const DatabaseFile& file, const DatabaseEntry& entry) {
     auto record = decodeRecord(entry.key, entry.value);
     if (!record) {
         file.failDamaged("a record is not in the store's format");
@@ -17,13 +18,14 @@ SupportRecord decode(const SupportStoreFile& file, const StoreEntry& entry) {
     return std::move(*record);
 }
 
-SupportStore::Record recordOf(const SupportStoreFile& file, const StoreEntry& entry) {
+SupportStore::Record recordOf(const DatabaseFile& file, const DatabaseEntry& entry) {
     return std::make_shared<const tessapp::internal::screener::meta::SupportEntry>(decode(file, entry).entry);
 }
 
 } // namespace
 
-SupportStore::SupportStore(const std::string& file) : file_(std::make_unique<const SupportStoreFile>(file)) {}
+SupportStore::SupportStore(const std::string& file)
+    : file_(std::make_unique<const DatabaseFile>(file, supportStoreKind)) {}
 
 SupportStore::SupportStore(const std::string& file, std::string_view root) : SupportStore(file) {
     const auto& builtFor = file_->info().root;
@@ -42,14 +44,15 @@ const std::u16string& SupportStore::root() const {
 }
 
 std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
-    const auto entry = StoreSearch(*file_, encodeKey(EntryKind::file, path)).next();
+    const auto entry = DatabaseSearch(*file_, encodeKey(EntryKind::file, path)).next();
     return entry ? std::optional(recordOf(*file_, *entry)) : std::nullopt;
 }
 
 std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view symbol) const {
     std::vector<Record> records;
     std::uint32_t last = 0; // no entry begins there
-    StoreSearch search(*file_, encodeKey(EntryKind::name, symbol));
+    const auto key = encodeKey(EntryKind::name, symbol);
+    DatabaseSearch search(*file_, key);
     while (const auto entry = search.next()) {
         const auto reference = decodeReference(entry->value);
         if (!reference || reference->position <= last) {
@@ -62,7 +65,7 @@ std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view
 }
 
 void SupportStore::forEachRecord(const std::function<void(const SupportRecord&)>& visit) const {
-    StoreWalk walk(*file_);
+    DatabaseWalk walk(*file_);
     std::uint64_t records = 0;
     while (const auto entry = walk.next()) {
         if (isRecord(entry->key)) {

@@ -17,7 +17,7 @@
 
 namespace tessgen::standalone {
 
-class SupportStoreFile;
+class DatabaseFile;
 struct SupportRecord;
 
 class SupportStore {
@@ -49,7 +49,7 @@ public:
     void forEachRecord(const std::function<void(const SupportRecord&)>& visit) const;
 
 private:
-    std::unique_ptr<const SupportStoreFile> file_;
+    std::unique_ptr<const DatabaseFile> file_;
 };
 
 } // namespace tessgen::standalone

@@ -1,10 +1,11 @@
 #include "standalone/SupportStoreBuilder.hpp"
 
+#include "standalone/DatabaseWriter.hpp"
 #include "standalone/JsonInput.hpp"
 #include "standalone/LineReader.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/SupportRecords.hpp"
-#include "standalone/SupportStoreWriter.hpp"
+#include "standalone/SupportStoreFormat.hpp"
 #include "standalone/Text.hpp"
 
 #include <boost/unordered/unordered_flat_map.hpp>
@@ -22,9 +23,9 @@ namespace {
 class KnownFiles {
 public:
     // The line of an earlier record of the same file, if there is one; else the file is known from now on.
-    std::optional<std::uint64_t> lineOf(const std::u16string& path, std::uint64_t line, SupportStoreWriter& written) {
+    std::optional<std::uint64_t> lineOf(const std::u16string& path, std::uint64_t line, DatabaseWriter& written) {
         const auto [known, isNew] = lines_.try_emplace(std::hash<std::u16string>()(path), line);
-        if (isNew || !written.hasFile(path)) {
+        if (isNew || !written.holds(encodeKey(EntryKind::file, path))) {
             return std::nullopt;
         }
         return known->second;
@@ -33,6 +34,14 @@ public:
 private:
     boost::unordered_flat_map<std::size_t, std::uint64_t> lines_;
 };
+
+void add(const SupportRecord& record, DatabaseWriter& writer) {
+    const auto kind = record.entry.isBuiltin ? EntryKind::builtin : EntryKind::file;
+    const auto reference = writer.add(encodeKey(kind, record.entry.path), encodeRecord(record));
+    for (const auto& name : record.names) {
+        writer.add(encodeKey(EntryKind::name, name), encodeReference(reference));
+    }
+}
 
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
@@ -48,7 +57,7 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
                                  + "name another file with --output");
     }
     NewFile file(output);
-    SupportStoreWriter writer(file);
+    DatabaseWriter writer(file);
     KnownFiles known;
     StoreBuildProgress progress;
     progress.size = lines.size();
@@ -67,10 +76,10 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
                                          + std::to_string(*earlier));
             }
         }
-        writer.add(record);
+        add(record, writer);
         ++progress.records;
     }
-    writer.finish(toUTF16(root).value());
+    writer.finish(supportStoreKind, static_cast<std::uint32_t>(progress.records), toUTF16(root).value());
     file.replaceTarget();
     return progress;
 }

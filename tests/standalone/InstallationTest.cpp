@@ -48,6 +48,7 @@ TEST(Installation, ReadsEveryKeyOfTheSchemasExample) {
     EXPECT_EQ(installation.root, "/opt/orvak");
     EXPECT_EQ(installation.supportPackageRoot, "/opt/packages");
     EXPECT_EQ(installation.supportStore, folder.path("support.cdb"));
+    EXPECT_EQ(installation.searchIndex, folder.path("search.cdb"));
     EXPECT_THAT(installation.searchPath, ElementsAre("/home/me/work", "/opt/orvak/library/signal"));
     EXPECT_THAT(installation.kelPath, ElementsAre("/opt/orvak/kel"));
     EXPECT_THAT(installation.sourceCode, ElementsAre(Strings{"library"}));
@@ -59,14 +60,16 @@ TEST(Installation, ReadsEveryKeyOfTheSchemasExample) {
 TEST(Installation, HasDefaultsForEverything) {
     const TemporaryFolder folder;
     const auto installation = readInstallation(folder.write("my.json", "\xEF\xBB\xBF {}\n"));
-    EXPECT_THAT(installation, FieldsAre(folder.path("my.json"), folder.path(), std::nullopt, std::nullopt, IsEmpty(),
-                                        IsEmpty(), IsEmpty(), ElementsAre("vk", "vkx"), IsEmpty(), IsEmpty()));
+    EXPECT_THAT(installation,
+                FieldsAre(folder.path("my.json"), folder.path(), std::nullopt, std::nullopt, std::nullopt, IsEmpty(),
+                          IsEmpty(), IsEmpty(), ElementsAre("vk", "vkx"), IsEmpty(), IsEmpty()));
 }
 
 TEST(Installation, MakesPathsOnce) {
     const TemporaryFolder folder;
     folder.write("real/world.json", R"({
         "root": "./tree//", "supportPackageRoot": "../packages/", "supportStore": "stores/./a.cdb",
+        "searchIndex": "../a.cdb",
         "searchPath": [".", "../work", "/", "/a/../b/"],
         "kelPath": ["kel", "kel/", "/k/./l//", "/"],
         "sourceCode": ["library/", ".", "a/../b//c", ")"
@@ -80,11 +83,12 @@ TEST(Installation, MakesPathsOnce) {
          {folder.path("real/world.json"), link, folder.path("links"), folder.path("entry")}) {
         EXPECT_THAT(readInstallation(manifest),
                     FieldsAre(folder.path("real/world.json"), root, folder.path("packages"),
-                              folder.path("real/stores/a.cdb"), ElementsAre(root, folder.path("real/work"), "/", "/b"),
+                              folder.path("real/stores/a.cdb"), folder.path("a.cdb"),
+                              ElementsAre(root, folder.path("real/work"), "/", "/b"),
                               ElementsAre(root + "/kel", root + "/kel/", "/k/l/", "/"),
                               ElementsAre(Strings{"library"}, Strings{}, Strings{"b", "c"}, Strings{"core"}),
                               ElementsAre("v.k", "v"), IsEmpty(),
-                              ElementsAre("extensions", "kelPath", "root", "searchPath", "sourceCode",
+                              ElementsAre("extensions", "kelPath", "root", "searchIndex", "searchPath", "sourceCode",
                                           "supportPackageRoot", "supportStore")));
     }
 }
@@ -133,7 +137,7 @@ TEST(Installation, OutlivesWhatNoManifestCanBe) {
     EXPECT_EQ(
         errorFor(R"({"root": 1, ")" + std::string(199, 'k') + "\u00e4\": 2}"),
         ":1:13: unknown key \"" + std::string(199, 'k') + R"(..." (201 bytes); known are "$schema", "root", )"
-            + R"("supportPackageRoot", "supportStore", "searchPath", "kelPath", "sourceCode", "extensions", "builtins")");
+            + R"("supportPackageRoot", "supportStore", "searchIndex", "searchPath", "kelPath", "sourceCode", "extensions", "builtins")");
 }
 
 TEST(Installation, SaysWhyThereIsNoManifest) {

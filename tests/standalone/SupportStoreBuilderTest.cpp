@@ -1,7 +1,8 @@
 #include "standalone/SupportStoreBuilder.hpp"
 
 #include "standalone/Checksum.hpp"
-#include "standalone/SupportStoreWriter.hpp"
+#include "standalone/DatabaseWriter.hpp"
+#include "standalone/SupportStoreFormat.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -234,15 +235,15 @@ TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsTo) {
     EXPECT_EQ(status.st_mode & 07777U, 0644U & ~mask);
 }
 
-TEST(SupportStoreWriter, FillsTheFormatsLimitAndNotOneByteMore) {
+TEST(DatabaseWriter, FillsTheFormatsLimitAndNotOneByteMore) {
     const TemporaryFolder folder;
     const auto sizeWithin = [&folder](std::uint64_t limit) {
         NewFile file(folder.path("limited.cdb"));
-        SupportStoreWriter writer(file, limit);
-        for (const auto* path : {u"f", u"g", u"h"}) {
-            writer.add(SupportRecord{{{}, false, false, u"f", path, {}}, {u"f"}});
+        DatabaseWriter writer(file, limit);
+        for (const auto* key : {"f", "g", "h"}) {
+            writer.add(key, "value");
         }
-        writer.finish(u"/opt/orvak");
+        writer.finish(supportStoreKind, 3, u"/opt/orvak");
         file.replaceTarget();
         return std::filesystem::file_size(folder.path("limited.cdb"));
     };

@@ -1,6 +1,6 @@
 #include "standalone/SupportStoreCheck.hpp"
 
-#include "standalone/SupportStoreFile.hpp"
+#include "standalone/SupportStoreFormat.hpp"
 #include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 
@@ -16,8 +16,8 @@ using test::withChecksum;
 
 // The entries of a store, in their order, with their checksums.
 Entries entriesOf(const std::string& store) {
-    const SupportStoreFile file(store);
-    StoreWalk walk(file);
+    const DatabaseFile file(store, supportStoreKind);
+    DatabaseWalk walk(file);
     Entries entries;
     while (const auto entry = walk.next()) {
         entries.push_back(withChecksum(std::string(entry->key), std::string(entry->value)));
@@ -26,7 +26,7 @@ Entries entriesOf(const std::string& store) {
 }
 
 // The format's own library puts every entry in the same place, however many have one key.
-TEST(SupportStoreTables, AreThoseOfTheFormatsOwnLibrary) {
+TEST(DatabaseTables, AreThoseOfTheFormatsOwnLibrary) {
     std::string lines = test::recordsOfEveryForm;
     for (int i = 0; i < 3000; ++i) {
         const auto number = std::to_string(i);
@@ -67,15 +67,15 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
         {"is not the entry for the name", [](Entries& e) { e.erase(e.begin() + nameG); }},
         {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
-        {"no record needs this entry", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
-        {"what is about the store is there twice", [](Entries& e) { e.push_back(e[info]); }},
+        {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
+        {"what is about the file is there twice", [](Entries& e) { e.push_back(e[info]); }},
         {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
         {"is not found by its path",
          [](Entries& e) {
              e[fileG].first = e[fileF].first;
              e[fileG] = e[fileF];
          }},
-        {"a record after the last one",
+        {"an entry after the last one",
          [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
         {"there are 3 records where 4 were", [&](Entries& e) { e[info] = withValue(e[info], infoOf(4)); }},
         {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {})); }},

@@ -135,7 +135,7 @@ TEST(SupportStore, KeepsItsAnswersWhenItIsReplaced) {
 }
 
 Entries infoEntry(std::u16string_view magic, std::uint32_t version, const std::string& more = "") {
-    return {withChecksum(encodeKey(EntryKind::info),
+    return {withChecksum(std::string(databaseInfoKey),
                          encodeInfo({std::u16string(magic), version, 0, u"/opt/orvak"}) + more)};
 }
 
@@ -159,7 +159,7 @@ TEST(SupportStore, SaysWhatIsWrongWithTheFile) {
          R"(support.cdb: was built for the root "/opt/orvak", not for "/opt/orvak2")"},
         {openingError(folder.write("zeros", std::string(2048, '\0'))), "zeros: is not a support store, or is damaged"},
         {crafted({}), "crafted.cdb: is not a support store"},
-        {crafted({{encodeKey(EntryKind::info), ""}}), "crafted.cdb: is damaged: an entry is too short"},
+        {crafted({{std::string(databaseInfoKey), ""}}), "crafted.cdb: is damaged: an entry is too short"},
         {crafted(infoEntry(u"another store", storeVersion)), "crafted.cdb: is not a support store"},
         {crafted(infoEntry(storeMagic, storeVersion, "more")), "crafted.cdb: is not a support store"},
         {crafted(infoEntry(storeMagic, storeVersion + 1, "more")),

@@ -1,4 +1,4 @@
-// A support store's file, opened for reading: its entries, each checked before it is handed out.
+// A constant database of the host's own, opened for reading: its entries, each checked before it is handed out.
 //
 // The file is mapped. A build replaces it and never writes into it, so what is mapped stays what it was.
 // Threads: any, at the same time.
@@ -6,7 +6,7 @@
 // Errors: std::runtime_error, one line that names the file and says what to do.
 #pragma once
 
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/DatabaseFormat.hpp"
 
 #include <cdb.h>
 #include <cstdint>
@@ -18,37 +18,39 @@
 
 namespace tessgen::standalone {
 
-// What is damaged inside a store that could be opened.
-class StoreDamage : public std::runtime_error {
+// What is damaged inside a file that could be opened.
+class DatabaseDamage : public std::runtime_error {
 public:
-    StoreDamage(const std::string& what, std::string problem) : std::runtime_error(what), damage(std::move(problem)) {}
+    DatabaseDamage(const std::string& what, std::string problem)
+        : std::runtime_error(what), damage(std::move(problem)) {}
 
     std::string damage; // without the file and the advice
 };
 
-struct StoreEntry {
+struct DatabaseEntry {
     std::string_view key;
     std::string_view value; // without its checksum
     std::uint32_t checksum;
 };
 
-class SupportStoreFile {
+class DatabaseFile {
 public:
-    // Errors: no such file, not a regular file, not a store, another version, cut short.
-    explicit SupportStoreFile(std::string file);
-    SupportStoreFile(const SupportStoreFile&) = delete;
-    SupportStoreFile& operator=(const SupportStoreFile&) = delete;
-    ~SupportStoreFile() = default;
+    // `kind` outlives it.
+    // Errors: no such file, not a regular file, not of that kind, another version, cut short.
+    DatabaseFile(std::string file, const DatabaseKind& kind);
+    DatabaseFile(const DatabaseFile&) = delete;
+    DatabaseFile& operator=(const DatabaseFile&) = delete;
+    ~DatabaseFile() = default;
 
-    const StoreInfo& info() const { return info_; }
+    const DatabaseInfo& info() const { return info_; }
 
     // The entry that a reference leads to.
     // Errors: there is no such entry, or it is damaged.
-    StoreEntry entryAt(const EntryReference& reference) const;
+    DatabaseEntry entryAt(const EntryReference& reference) const;
 
     // Throws an error that says what is wrong with the file and how to get a good one.
     [[noreturn]] void fail(const std::string& what) const;
-    // The same, as StoreDamage.
+    // The same, as DatabaseDamage.
     [[noreturn]] void failDamaged(const std::string& damage) const;
 
     // What lies between the slots and the hash tables ends there.
@@ -59,8 +61,8 @@ public:
     void release(std::uint32_t begin, std::uint32_t end) const;
 
 private:
-    friend class StoreSearch;
-    friend class StoreWalk;
+    friend class DatabaseSearch;
+    friend class DatabaseWalk;
 
     struct Mapping {
         Mapping() = default;
@@ -73,49 +75,51 @@ private:
     void map();
     void checkTableSlots(std::uint64_t fileSize) const;
     void readInfo();
-    StoreEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
+    std::string advice() const;
+    DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 
     std::string file_;
+    const DatabaseKind* kind_;
     Mapping mapping_;
-    StoreInfo info_;
+    DatabaseInfo info_;
 };
 
 // Finds the entries of one key, in the order in which they were written.
-// Lifetime: the file outlives the search. Threads: one.
-class StoreSearch {
+// Lifetime: the file and the key outlive the search. Threads: one.
+class DatabaseSearch {
 public:
-    StoreSearch(const SupportStoreFile& file, std::string key);
-    StoreSearch(const StoreSearch&) = delete;
-    StoreSearch& operator=(const StoreSearch&) = delete;
+    DatabaseSearch(const DatabaseFile& file, std::string_view key);
+    DatabaseSearch(const DatabaseSearch&) = delete;
+    DatabaseSearch& operator=(const DatabaseSearch&) = delete;
 
     // The next entry, or nothing after the last.
     // Errors: a damaged entry or table.
-    std::optional<StoreEntry> next();
+    std::optional<DatabaseEntry> next();
 
 private:
-    const SupportStoreFile* file_;
-    std::string key_;
+    const DatabaseFile* file_;
+    std::string_view key_;
     std::uint32_t hash_;
-    std::string_view table_;  // the hash table that may lead to the key
+    std::string_view table_; // the hash table that may lead to the key
     std::size_t place_ = 0;   // in it, the next one to look at
-    std::size_t unseen_ = 0;  // how many places are still to be looked at
+    std::size_t unseen_ = 0; // how many places are still to be looked at
 };
 
 // Goes through all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the
 // file at a time.
 // Lifetime: the file outlives the walk. Threads: one.
-class StoreWalk {
+class DatabaseWalk {
 public:
-    explicit StoreWalk(const SupportStoreFile& file) : file_(&file) {}
+    explicit DatabaseWalk(const DatabaseFile& file) : file_(&file) {}
 
     // The next entry, or nothing after the last.
     // Errors: a damaged entry. The next call goes on behind it; where that is not known, there is no next.
-    std::optional<StoreEntry> next();
+    std::optional<DatabaseEntry> next();
     // Where the entry that `next` handed out last, or threw at, begins.
     std::uint32_t position() const { return position_; }
 
 private:
-    const SupportStoreFile* file_;
+    const DatabaseFile* file_;
     std::uint32_t position_ = databaseHeaderSize;
     std::uint32_t following_ = databaseHeaderSize;
     std::uint32_t released_ = 0;

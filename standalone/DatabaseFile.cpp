@@ -1,4 +1,4 @@
-#include "standalone/SupportStoreFile.hpp"
+#include "standalone/DatabaseFile.hpp"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -13,24 +13,23 @@ namespace tessgen::standalone {
 
 namespace {
 
-constexpr const char* advice = "; build it anew with: kelwhich store build RECORDS.jsonl";
-
 std::string errorText(int error) {
     return std::generic_category().message(error);
 }
 
 } // namespace
 
-SupportStoreFile::SupportStoreFile(std::string file) : file_(std::move(file)) {
+DatabaseFile::DatabaseFile(std::string file, const DatabaseKind& kind) : file_(std::move(file)), kind_(&kind) {
     map();
     readInfo();
 }
 
-void SupportStoreFile::map() {
+void DatabaseFile::map() {
     // Without O_NONBLOCK, opening a FIFO would wait for a writer.
     const int descriptor = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
-        fail(errno == ENOENT ? "there is no such support store" : "cannot be opened: " + errorText(errno));
+        fail(errno == ENOENT ? "there is no such " + std::string(kind_->name)
+                             : "cannot be opened: " + errorText(errno));
     }
     struct stat status {};
     const bool known = fstat(descriptor, &status) == 0;
@@ -45,13 +44,13 @@ void SupportStoreFile::map() {
         fail("is not a regular file");
     }
     if (!large) {
-        fail("is not a support store, or is cut short");
+        fail("is not a " + std::string(kind_->name) + ", or is cut short");
     }
     checkTableSlots(static_cast<std::uint64_t>(status.st_size));
 }
 
 // The hash tables lie one after the other between the entries and the end of the file, so every cut shows here.
-void SupportStoreFile::checkTableSlots(std::uint64_t fileSize) const {
+void DatabaseFile::checkTableSlots(std::uint64_t fileSize) const {
     const auto slots = bytes(0, databaseHeaderSize);
     std::uint64_t tablesEnd = numberFrom(slots);
     bool consistent = tablesEnd >= databaseHeaderSize;
@@ -60,7 +59,7 @@ void SupportStoreFile::checkTableSlots(std::uint64_t fileSize) const {
         tablesEnd += std::uint64_t{numberFrom(slots.substr(slot + databaseSlotSize / 2))} * databasePlaceSize;
     }
     if (!consistent) {
-        fail("is not a support store, or is damaged");
+        fail("is not a " + std::string(kind_->name) + ", or is damaged");
     }
     if (tablesEnd != fileSize) {
         fail("is cut short or has grown: it holds " + std::to_string(fileSize) + " bytes where "
@@ -68,19 +67,19 @@ void SupportStoreFile::checkTableSlots(std::uint64_t fileSize) const {
     }
 }
 
-void SupportStoreFile::readInfo() {
-    const auto entry = StoreSearch(*this, encodeKey(EntryKind::info)).next();
-    const auto info = entry ? decodeInfo(entry->value) : std::nullopt;
+void DatabaseFile::readInfo() {
+    const auto entry = DatabaseSearch(*this, databaseInfoKey).next();
+    const auto info = entry ? decodeInfo(*kind_, entry->value) : std::nullopt;
     if (!info) {
-        fail("is not a support store");
+        fail("is not a " + std::string(kind_->name));
     }
-    if (info->version != storeVersion) {
+    if (info->version != kind_->version) {
         fail("has the format of another version of this program");
     }
     info_ = *info;
 }
 
-std::string_view SupportStoreFile::bytes(std::uint32_t position, std::uint32_t length) const {
+std::string_view DatabaseFile::bytes(std::uint32_t position, std::uint32_t length) const {
     const auto* const begin = static_cast<const char*>(cdb_get(&mapping_.database, length, position));
     if (begin == nullptr) {
         failDamaged("an entry would lie outside the file");
@@ -88,7 +87,7 @@ std::string_view SupportStoreFile::bytes(std::uint32_t position, std::uint32_t l
     return {begin, length};
 }
 
-void SupportStoreFile::release(std::uint32_t begin, std::uint32_t end) const {
+void DatabaseFile::release(std::uint32_t begin, std::uint32_t end) const {
     constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
     begin -= begin % block;
     end -= end % block;
@@ -96,7 +95,7 @@ void SupportStoreFile::release(std::uint32_t begin, std::uint32_t end) const {
     madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
 }
 
-StoreEntry SupportStoreFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
+DatabaseEntry DatabaseFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
     if (bytes.size() < std::size_t{keyLength} + checksumSize) {
         failDamaged("an entry is too short");
     }
@@ -108,7 +107,7 @@ StoreEntry SupportStoreFile::checkedEntry(std::string_view bytes, std::uint32_t 
     return {content.substr(0, keyLength), content.substr(keyLength), checksum};
 }
 
-StoreEntry SupportStoreFile::entryAt(const EntryReference& reference) const {
+DatabaseEntry DatabaseFile::entryAt(const EntryReference& reference) const {
     const auto header = bytes(reference.position, databaseEntryHeaderSize);
     const auto keyLength = numberFrom(header);
     const auto valueLength = numberFrom(header.substr(databaseEntryHeaderSize / 2));
@@ -122,16 +121,20 @@ StoreEntry SupportStoreFile::entryAt(const EntryReference& reference) const {
     return entry;
 }
 
-void SupportStoreFile::fail(const std::string& what) const {
-    throw std::runtime_error(file_ + ": " + what + advice);
+std::string DatabaseFile::advice() const {
+    return "; build it anew with: " + std::string(kind_->command);
 }
 
-void SupportStoreFile::failDamaged(const std::string& damage) const {
-    throw StoreDamage(file_ + ": is damaged: " + damage + advice, damage);
+void DatabaseFile::fail(const std::string& what) const {
+    throw std::runtime_error(file_ + ": " + what + advice());
+}
+
+void DatabaseFile::failDamaged(const std::string& damage) const {
+    throw DatabaseDamage(file_ + ": is damaged: " + damage + advice(), damage);
 }
 
 // By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as long.
-StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key) : file_(&file), key_(std::move(key)), hash_(0) {
+DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) : file_(&file), key_(key), hash_(0) {
     if (key_.size() > databaseSizeLimit) {
         return; // such a key is in no entry
     }
@@ -145,7 +148,7 @@ StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key) : file_(
     }
 }
 
-std::optional<StoreEntry> StoreSearch::next() {
+std::optional<DatabaseEntry> DatabaseSearch::next() {
     for (; unseen_ > 0; --unseen_) {
         const auto place = table_.substr(place_ * databasePlaceSize, databasePlaceSize);
         place_ = (place_ + 1) * databasePlaceSize == table_.size() ? 0 : place_ + 1;
@@ -174,7 +177,7 @@ std::optional<StoreEntry> StoreSearch::next() {
     return std::nullopt;
 }
 
-std::optional<StoreEntry> StoreWalk::next() {
+std::optional<DatabaseEntry> DatabaseWalk::next() {
     const auto end = file_->entriesEnd();
     if (following_ == end) {
         return std::nullopt;

@@ -13,7 +13,7 @@
 
 namespace tessgen::standalone {
 
-class SupportStoreTables {
+class DatabaseTables {
 public:
     static constexpr std::size_t count = 256;
 

@@ -1,6 +1,6 @@
-#include "standalone/SupportStoreTables.hpp"
+#include "standalone/DatabaseTables.hpp"
 
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/DatabaseFormat.hpp"
 
 #include <cdb.h>
 #include <cstring>
@@ -15,7 +15,7 @@ std::uint32_t hashOf(std::string_view key) {
 }
 
 std::size_t tableOf(std::uint32_t hash) {
-    return hash % SupportStoreTables::count;
+    return hash % DatabaseTables::count;
 }
 
 // Which places of a table are free, asked for one after the other. Each place knows one that is free or nearer to a
@@ -41,12 +41,12 @@ private:
 
 } // namespace
 
-void SupportStoreTables::add(std::string_view key, std::uint32_t position) {
+void DatabaseTables::add(std::string_view key, std::uint32_t position) {
     const auto hash = hashOf(key);
     entries_[tableOf(hash)].push_back({hash, position});
 }
 
-std::vector<std::uint32_t> SupportStoreTables::positionsFor(std::string_view key) const {
+std::vector<std::uint32_t> DatabaseTables::positionsFor(std::string_view key) const {
     const auto hash = hashOf(key);
     std::vector<std::uint32_t> positions;
     for (const auto& entry : entries_[tableOf(hash)]) {
@@ -57,7 +57,7 @@ std::vector<std::uint32_t> SupportStoreTables::positionsFor(std::string_view key
     return positions;
 }
 
-std::string SupportStoreTables::slots(std::uint32_t entriesEnd) const {
+std::string DatabaseTables::slots(std::uint32_t entriesEnd) const {
     std::string slots;
     auto position = entriesEnd;
     for (const auto& entries : entries_) {
@@ -68,7 +68,7 @@ std::string SupportStoreTables::slots(std::uint32_t entriesEnd) const {
     return slots;
 }
 
-std::string SupportStoreTables::table(std::size_t index) const {
+std::string DatabaseTables::table(std::size_t index) const {
     const auto& entries = entries_.at(index);
     const auto places = entries.size() * 2;
     std::string table(places * databasePlaceSize, '\0');

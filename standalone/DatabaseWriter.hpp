@@ -1,0 +1,38 @@
+// Writes a constant database of the host's own, one entry after the other.
+//
+// Threads: one. Memory: that of the hash tables, however large the entries are.
+#pragma once
+
+#include "standalone/DatabaseFormat.hpp"
+#include "standalone/DatabaseTables.hpp"
+#include "standalone/NewFile.hpp"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tessgen::standalone {
+
+class DatabaseWriter {
+public:
+    // Writes to `file`, which must outlive the writer, no more than `sizeLimit` bytes.
+    explicit DatabaseWriter(NewFile& file, std::uint64_t sizeLimit = databaseSizeLimit);
+
+    // Adds the checksum to the value.
+    // Errors: std::runtime_error, one line: the file would be too large, or cannot be written.
+    EntryReference add(const std::string& key, std::string value);
+    // Whether an entry with that key was added. Slow: looks through the entries that were written.
+    bool holds(const std::string& key);
+    // Writes what follows the entries, the one about the file first.
+    // Errors: as `add`.
+    void finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root);
+
+private:
+    NewFile* file_;
+    DatabaseTables tables_;
+    std::uint64_t sizeLimit_;
+    std::uint64_t size_ = databaseHeaderSize; // of the file so far, with the tables of its entries
+    std::uint64_t position_ = databaseHeaderSize;
+};
+
+} // namespace tessgen::standalone

@@ -1,0 +1,49 @@
+#include "standalone/SearchIndex.hpp"
+
+#include "standalone/SearchIndexFormat.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessgen::standalone {
+
+namespace {
+
+// Whether the folder is the one with that stamp, and the user may list it, who need not be the one who built the index.
+bool isThere(const std::string& folder, const FolderStamp& stamp) {
+    constexpr auto readableByAll = S_IRUSR | S_IRGRP | S_IROTH;
+    struct stat status {};
+    return stat(folder.c_str(), &status) == 0 && stampOf(status) == stamp
+           && ((status.st_mode & readableByAll) == readableByAll
+               || faccessat(AT_FDCWD, folder.c_str(), R_OK, AT_EACCESS) == 0);
+}
+
+} // namespace
+
+SearchIndex::SearchIndex(const std::string& file) : file_(file, searchIndexKind) {}
+
+std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::string& folder,
+                                                                 const FileTree::Filter& wanted) const {
+    const auto entry = DatabaseSearch(file_, folder).next();
+    if (!entry) {
+        return std::nullopt;
+    }
+    const auto stamp = decodeStamp(entry->value);
+    if (stamp && !isThere(folder, *stamp)) {
+        return std::nullopt;
+    }
+    auto entries = decodeEntries(entry->value, wanted);
+    if (!entries) {
+        file_.failDamaged("a folder is not in the index's format");
+    }
+    return entries;
+}
+
+std::optional<std::vector<FileTree::Entry>> IndexedFileTree::entries(const std::string& folder,
+                                                                     const Filter& wanted) const {
+    auto known = index_ == nullptr ? std::nullopt : index_->entries(folder, wanted);
+    return known ? std::move(known) : disk_->entries(folder, wanted);
+}
+
+} // namespace tessgen::standalone
