@@ -1,0 +1,218 @@
+#!/usr/bin/env python3
+"""Changes the library's sources one place at a time and sees whether its tests notice.
+
+Each mutant is compiled by itself, linked with the tests' objects and tested until the first failure. Survivors are
+demanded to stand in tests/mutation-survivors.txt, each below the reason why no test can or need see it.
+Exit codes: 0 enough are killed and every survivor is explained; 1 not so; 2 the tests fail without a mutant.
+"""
+import argparse
+import concurrent.futures
+import json
+import os
+import pathlib
+import queue
+import random
+import re
+import resource
+import shlex
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build" / "mutants"
+SOURCES = ["resolver", "entry", "host", "adaptors"]
+DEMANDED = 90  # percent of the mutants that compile
+SURVIVORS = ROOT / "tests" / "mutation-survivors.txt"
+
+SWAPS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||", "||": "&&", "+": "-", "-": "+",
+         "true": "false", "false": "true"}
+TOKEN = re.compile(r"""(?P<comment>//[^\n]*) | (?P<directive>^\#[^\n]*)
+    | (?P<skipped>^(?:template|using|namespace)\b[^\n]*)
+    | (?P<text>u?"(?:\\.|[^"\\])*") | (?P<unit>u?'(?:\\.|[^'\\])+')
+    | (?P<word>(?<=[ (\[{,!])(?:true|false)\b) | (?P<number>(?<=[ (\[{])\d+U?\b)
+    | (?P<operator>(?<=\ )(?:==|!=|<=|>=|<|>|&&|\|\||\+|-)(?=\ ))
+    | (?P<negation>(?<=[ (\[])!(?=[\w(]))
+    """, re.X | re.M)
+# A statement by itself, from after the one before to its ";".
+STATEMENT = re.compile(r"""(?<=[;{}\n])[ ]+
+    (?P<body>return [^;]+ | (?:\+\+|--)?[\w.\->:\[\]*]+(?:\([^;{]*\)|[ ]\+?=[ ][^;{]+|(?=;)));""", re.X)
+NO_CALL = re.compile(r"^(?:return|throw|using|const|auto|constexpr|break|continue|default|case|case\b.*|struct|enum)\b")
+
+
+class Mutant:
+    def __init__(self, path, text, begin, end, replacement):
+        self.path, self.begin = path, begin
+        self.content = text[:begin] + replacement + text[end:]
+        self.line = text.count("\n", 0, begin) + 1
+        first = text.rfind("\n", 0, begin) + 1
+        last = text.find("\n", end)
+        self.old = " ".join(text[first:last].split())
+        self.new = " ".join((text[first:begin] + replacement + text[end:last]).split())
+
+    def key(self):
+        return f"{self.path}: {self.old} => {self.new}"
+
+    def __str__(self):
+        return f"{self.path}:{self.line}\n    - {self.old}\n    + {self.new}"
+
+
+def replacement_of(match):
+    kind, token = match.lastgroup, match.group()
+    if kind in ("operator", "word"):
+        return SWAPS[token]
+    if kind == "negation":
+        return ""
+    if kind == "number":
+        number = int(token.rstrip("U"))
+        return "0" if number == 1 else str(number + 1)
+    if kind == "text": # another last character, or one where there is none
+        return token[: max(token.index('"') + 1, len(token) - 2)] + '?"'
+    if kind == "unit":
+        return token[: token.index("'")] + "'?'"
+    return None  # comments and the like
+
+
+def mutants_of(path):
+    text = (ROOT / path).read_text()
+    quiet = []  # comments, directives: nothing in them counts
+    for match in TOKEN.finditer(text):
+        if match.lastgroup in ("comment", "directive", "skipped"):
+            quiet.append(match.span())
+        elif (replacement := replacement_of(match)) is not None:
+            yield Mutant(path, text, *match.span(), replacement)
+    for match in STATEMENT.finditer(text):
+        begin, end = match.span("body")
+        body = match.group("body")
+        if any(a <= begin < b for a, b in quiet) or text[text.rfind("\n", 0, begin) + 1 :].lstrip().startswith("for ("):
+            continue
+        if body.startswith("return "):
+            if body not in ("return {}", "return true", "return false", "return std::nullopt"):
+                yield Mutant(path, text, begin, end, "return {}")
+        elif not NO_CALL.match(body):
+            yield Mutant(path, text, begin, end, "")
+
+
+class Tests:
+    """The test program's link, with any of the library's objects in place of the built ones."""
+
+    def __init__(self, worlds):
+        cache = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_CXX_FLAGS_DEBUG": "-O1 -D_GLIBCXX_ASSERTIONS",
+                 "KELWHICH_RANDOM_WORLDS": worlds}
+        run(["cmake", "-G", "Ninja", "-S", ROOT, "-B", BUILD, *[f"-D{name}={value}" for name, value in cache.items()]])
+        run(["cmake", "--build", BUILD, "--target", "library_tests", "--", "--quiet"])
+        self.compile = {}
+        for entry in json.loads((BUILD / "compile_commands.json").read_text()):
+            source = os.path.relpath(entry["file"], ROOT)
+            if source.split("/")[0] in SOURCES:
+                command = shlex.split(entry["command"])
+                self.compile[source] = command[command[0].endswith("ccache") :]
+        commands = run(["ninja", "-C", BUILD, "-t", "commands", "-s", "tests/library_tests"]).stdout
+        self.link = [*shlex.split(commands.split("&&")[1]), "-fuse-ld=gold"]
+        self.includers = {source: self.included(command) for source, command in self.compile.items()}
+
+    @staticmethod
+    def included(command):
+        listed = run([*command[: command.index("-o")], "-MM", command[-1]], cwd=BUILD).stdout
+        return {os.path.relpath(name, ROOT) for name in listed.replace("\\\n", " ").split()[1:]}
+
+    def outcome(self, mutant, folder):
+        """`not compiled`, `killed` or `survived`."""
+        changed = folder / mutant.path
+        changed.parent.mkdir(parents=True, exist_ok=True)
+        changed.write_text(mutant.content)
+        try:
+            link = list(self.link)
+            for source in [s for s in self.compile if mutant.path in self.includers[s]]:
+                command = self.compile[source]
+                built = folder / (source.replace("/", "_") + ".o")
+                given = changed if source == mutant.path else ROOT / source
+                anew = [command[0], f"-I{folder}", *command[1 : command.index("-o")], "-w", "-O0", "-o", built]
+                if subprocess.run([*anew, "-c", given], cwd=BUILD, capture_output=True).returncode != 0:
+                    return "not compiled"
+                link[link.index(command[command.index("-o") + 1])] = str(built)
+            program = folder / "library_tests"
+            link[link.index("-o") + 1] = str(program)
+            run(link, cwd=BUILD)
+            return "survived" if self.pass_with(program) else "killed"
+        finally:
+            changed.unlink()
+
+    @staticmethod
+    def pass_with(program):
+        limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
+        try:
+            return subprocess.run([program, "--gtest_fail_fast", "--gtest_brief=1"], capture_output=True, timeout=60,
+                                  preexec_fn=limit).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
+
+def run(command, **options):
+    done = subprocess.run([str(part) for part in command], capture_output=True, text=True, **options)
+    if done.returncode != 0:
+        sys.exit(f"mutate.py: {command[0]} failed:\n{done.stdout}{done.stderr}")
+    return done
+
+
+def explained():
+    lines = SURVIVORS.read_text().splitlines() if SURVIVORS.exists() else []
+    return {line for line in lines if line and not line.startswith("#")}
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    options.add_argument("paths", nargs="*", help="sources to mutate (default: all of the library's)")
+    options.add_argument("--sample", type=int, help="how many mutants to try (default: all)")
+    options.add_argument("--seed", type=int, default=1, help="which ones, and in which order")
+    options.add_argument("--worlds", type=int, default=2000, help="random worlds a mutant is asked about")
+    options.add_argument("--jobs", type=int, default=2)
+    options.add_argument("--progress", action="store_true", help="tell of each 20 mutants on standard error")
+    options.add_argument("--list", action="store_true", help="only list the mutants")
+    given = options.parse_args()
+
+    paths = given.paths or sorted(str(p.relative_to(ROOT)) for folder in SOURCES for p in (ROOT / folder).glob("*.?pp"))
+    mutants = [mutant for path in paths for mutant in mutants_of(path)]
+    random.Random(given.seed).shuffle(mutants)
+    mutants = mutants[: given.sample]
+    if given.list:
+        print(*mutants, f"{len(mutants)} mutants", sep="\n")
+        return 0
+    tests = Tests(given.worlds)
+    if not tests.pass_with(BUILD / "tests" / "library_tests"):
+        print("mutate.py: the tests fail without a mutant", file=sys.stderr)
+        return 2
+
+    folders = queue.Queue()
+    for job in range(given.jobs):
+        folders.put(BUILD / f"mutant{job}")
+
+    def attempt(mutant):
+        folder = folders.get()
+        try:
+            return mutant, tests.outcome(mutant, folder)
+        finally:
+            folders.put(folder)
+
+    counts = {"killed": 0, "survived": 0, "not compiled": 0}
+    known, unexplained, survivors = explained(), 0, set()
+    with concurrent.futures.ThreadPoolExecutor(given.jobs) as pool:
+        for mutant, outcome in pool.map(attempt, mutants):
+            counts[outcome] += 1
+            if given.progress and sum(counts.values()) % 20 == 0:
+                print(counts, file=sys.stderr, flush=True)
+            if outcome == "survived":
+                unexplained += mutant.key() not in known
+                print("survived" + (", explained" if mutant.key() in known else ""), mutant, flush=True)
+                survivors.add(mutant.key())
+    if not given.paths and not given.sample:
+        for key in sorted(known - survivors):
+            print(f"{SURVIVORS.relative_to(ROOT)}: no longer survives: {key}")
+    tried = counts["killed"] + counts["survived"]
+    percent = 100 * counts["killed"] / tried if tried else 0
+    print(f"mutants: {counts['killed']} of {tried} killed ({percent:.1f} %), {counts['survived']} survived, "
+          f"{unexplained} of them unexplained, {counts['not compiled']} not compiled")
+    return 0 if percent >= DEMANDED and unexplained == 0 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,166 @@
+"""The table of scripts/proof.sh: each row is run in a copy of the sources, as they are and with a fault planted."""
+import dataclasses
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+COPY = ROOT / "build" / "proof"
+DOCUMENT = ROOT / "docs" / "reliability.md"
+MARKS = ("<!-- the table of scripts/proof.sh --write -->\n", "<!-- its end -->\n")
+
+QUICK = "--quick" in sys.argv
+WORDS = [word for word in sys.argv[1:] if not word.startswith("--")]
+FUZZING = 20 if QUICK else 300  # seconds in all
+
+
+@dataclasses.dataclass
+class Row:
+    what: str
+    build: str  # a shell command; fails only when something does not compile
+    run: str
+    figure: str  # matches the numbers to be added up; without a group, the line that is shown
+    fault: str  # in words
+    path: str = ""  # where it is planted
+    old: str = ""
+    new: str = ""
+
+
+def unit(program, tests, preset="dev"):
+    return {"build": f"scripts/configure.sh {preset} && cmake --build --preset {preset} --target {program} -- --quiet",
+            "run": f"build/{preset}/tests/{program} --gtest_brief=1 --gtest_filter='{tests}'"}
+
+
+def faults(script):
+    return {"build": "scripts/configure.sh dev && cmake --build --preset dev --target kelwhich_program -- --quiet",
+            "run": f"tests/faults/{script}.sh build/dev/cli/kelwhich"}
+
+
+DEAD = "".join(f"if (name.size() == {size}) {{\n return false;\n}}\n" for size in range(100000, 100020))
+ROWS = [
+    Row("failing allocations of the library", **unit("library_tests", "FaultSweep.OfEveryAllocation"),
+        figure=r"sweep: (\d+) failing", fault="the answer is kept before it is copied out",
+        path="adaptors/remembered.hpp", old="    cache.emplace(key, answer);\n    return answer;",
+        new="    return cache.emplace(key, std::move(answer)).first->second;"),
+    Row("failing allocations of the stand-alone host", **unit("standalone_tests", "HostSweep.OfEveryAllocation"),
+        figure=r"sweep: (\d+) failing", fault="memory that is out is answered with an empty list",
+        path="standalone/Session.cpp", old="    return fixedSearch ? fixedSearch->find(name) : search.find(name);",
+        new="    try {\n        return fixedSearch ? fixedSearch->find(name) : search.find(name);\n    }"
+            " catch (const std::bad_alloc&) {\n        return {};\n    }"),
+    Row("failing questions to collaborators and host", **unit("library_tests", "FaultSweep.OfEveryQuestion"),
+        figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no",
+        path="adaptors/CachedFileSystemAdaptor.cpp", old="{ return inner_->exists(path); }",
+        new="{ try { return inner_->exists(path); } catch (...) { return false; } }"),
+    Row("random worlds compared with the model", **unit("library_tests", "RandomWorlds.*"),
+        figure=r"worlds: (\d+) as", fault="a class without a name is none",
+        path="host/Paths.cpp", old="if (name.empty() || name.front() != u'@')",
+        new="if (name.size() < 2 || name.front() != u'@')"),
+    Row("meetings of six threads in the library", **unit("library_tests", "Threads.*", "tsan"),
+        figure=r"threads: (\d+) meetings", fault="a cache without its lock",
+        path="adaptors/remembered.hpp", old="    const std::lock_guard guard(lock);\n",
+        new="    static_cast<void>(lock);\n"),
+    Row("meetings of six threads in one session", **unit("standalone_tests", "HostSweep.*", "tsan"),
+        figure=r"threads: (\d+) meetings", fault="a view of the disk without its lock",
+        path="standalone/RememberingFileTree.cpp", old="    const std::lock_guard guard(lock_);\n", new=""),
+    Row("faults of system calls in look-ups", **faults("lookup"),
+        figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole",
+        path="standalone/FileTree.cpp",
+        old="    if (const int error = errno; error != 0) {\n        throw DiskError(error, folder);\n",
+        new="    if (const int error = errno; error < 0) {\n        throw DiskError(error, folder);\n"),
+    Row("kills and errors of system calls in store builds", **faults("store-build"),
+        figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen",
+        path="standalone/NewFile.cpp", old="fsync(descriptor_) != 0", new="fsync(descriptor_) > 0"),
+    Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}",
+        figure=r"(\d+) (?:runs|inputs)\b", fault="a class without a name is none", path="host/Paths.cpp",
+        old="if (name.empty() || name.front() != u'@')", new="if (name.size() < 2 || name.front() != u'@')"),
+    Row("coverage of the library", build="true", run="scripts/coverage.sh",
+        figure=r"(?m)^.*\d %.*$", fault="branches that no test takes", path="resolver/Predicates.cpp",
+        old="bool isPlainName(const std::u16string& name) {\n",
+        new=f"bool isPlainName(const std::u16string& name) {{\n    if (name.size() >= 100000) {{\n{DEAD}    }}\n"),
+    Row("lines of the public types' layout", build="true", run="scripts/check-abi.sh && wc -l tests/abi/layout.txt",
+        figure=r"(\d+) tests", fault="a member more in a result", path="include/tessgen/kelwhich/WhichResult.hpp",
+        old="    WhichResultType type;\n", new="    bool planted;\n    WhichResultType type;\n"),
+    Row("mutants killed", build="true", run="scripts/mutate.py", figure=r"(?m)^mutants: (.*killed.*)$",
+        fault="each mutant is one"),
+]
+
+
+def copy_sources():
+    """Into the copy, what git knows or would add; files that are the same keep their times."""
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, capture_output=True, text=True)
+    names = {name for name in listed.stdout.split("\n") if name and (ROOT / name).is_file()}
+    for name in names:
+        target = COPY / name
+        if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
+            target.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(ROOT / name, target)
+    for stale in [p for p in COPY.rglob("*") if p.is_file() and "build" not in p.relative_to(COPY).parts[:1]]:
+        if str(stale.relative_to(COPY)) not in names:
+            stale.unlink()
+
+
+def shell(command):
+    done = subprocess.run(["bash", "-c", f"exec 2>&1; {command}"], cwd=COPY, stdout=subprocess.PIPE, text=True,
+                          errors="replace")
+    return done.returncode, done.stdout
+
+
+def figure_of(row, output):
+    found = re.findall(row.figure, output)
+    if found and all(text.isdigit() for text in found):
+        return f"{sum(map(int, found)):,}"
+    return found[-1].strip() if found else ""
+
+
+def caught(row):
+    """Whether the row's own command tells of the planted fault."""
+    path = COPY / row.path
+    text = path.read_text()
+    if text.count(row.old) != 1:
+        return f"NOT PLANTED: {row.path} is another one"
+    path.write_text(text.replace(row.old, row.new))
+    try:
+        status, output = shell(row.build)
+        if status != 0:
+            return "NOT PLANTED: it does not compile"
+        status, output = shell(row.run)
+        return "NO" if status == 0 else "yes"
+    finally:
+        path.write_text(text)
+
+
+def prove(row):
+    script = row.run.split()[0]
+    if script.startswith("scripts/") and not (ROOT / script).exists():
+        return ["", "not run: no " + script, "", ""]
+    if QUICK and row.run.startswith("scripts/mutate"):
+        return ["", "not run: --quick", row.fault, ""]
+    status, output = shell(row.build)
+    if status == 0:
+        status, output = shell(row.run)
+    figure = figure_of(row, output)
+    if status != 0 or not figure:
+        sys.stderr.write(output[-3000:])
+        return [figure, "FAILED", row.fault, ""]
+    return [figure, "passed", row.fault, caught(row) if row.path else "yes"]
+
+
+def main():
+    COPY.mkdir(parents=True, exist_ok=True)
+    copy_sources()
+    lines = ["| what | how many | result | planted fault | caught |", "|---|---|---|---|---|"]
+    for row in [row for row in ROWS if all(word in row.what for word in WORDS)]:
+        lines.append("| " + " | ".join([row.what, *prove(row)]) + " |")
+        print(lines[-1] if len(lines) > 3 else "\n".join(lines), flush=True)
+    if "--write" in sys.argv:
+        before, rest = DOCUMENT.read_text().split(MARKS[0])
+        DOCUMENT.write_text(before + MARKS[0] + "\n" + "\n".join(lines) + "\n\n" + MARKS[1] + rest.split(MARKS[1])[1])
+    bad = [line for line in lines[2:] if re.search(r"\| (FAILED|NO|NOT PLANTED|not run: no)", line)]
+    if bad:
+        sys.exit("proof.sh: " + str(len(bad)) + " of the rows prove nothing")
+
+
+if __name__ == "__main__":
+    main()
