@@ -4,7 +4,7 @@
 #include "fuzz/StoreInput.hpp"
 #include "standalone/SupportStore.hpp"
 #include "standalone/SupportStoreCheck.hpp"
-#include "standalone/SupportStoreFile.hpp"
+#include "standalone/DatabaseFile.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "standalone/SupportStoreFormat.hpp"
-#include "standalone/SupportStoreTables.hpp"
+#include "standalone/DatabaseTables.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -32,7 +32,7 @@ public:
 
     std::string file() {
         std::vector<std::uint32_t> records;
-        standalone::SupportStoreTables made;
+        standalone::DatabaseTables made;
         auto at = standalone::databaseHeaderSize;
         for (Entry entry; at < end() && readEntry(at, entry); at = entry.end) {
             if (standalone::isRecord(entry.key)) {
@@ -40,7 +40,7 @@ public:
             } else if ((mode_ & references) != 0 && !records.empty() && entry.key.starts_with('S')) {
                 refer(entry, records);
             }
-            if ((mode_ & checksums) != 0) {
+            if ((mode_ & checksums) != 0 && entry.end - entry.begin >= standalone::checksumSize) {
                 const auto sum = entry.end - standalone::checksumSize;
                 put(sum, standalone::checksumOf(std::string_view(file_).substr(entry.begin, sum - entry.begin)));
             }
@@ -49,7 +49,7 @@ public:
         if ((mode_ & tables) != 0) {
             file_.resize(at);
             file_.replace(0, standalone::databaseHeaderSize, made.slots(at));
-            for (std::size_t i = 0; i < standalone::SupportStoreTables::count; ++i) {
+            for (std::size_t i = 0; i < standalone::DatabaseTables::count; ++i) {
                 file_ += made.table(i);
             }
         }
@@ -74,7 +74,7 @@ private:
     // False when there is no whole one.
     bool readEntry(std::uint32_t at, Entry& entry) const {
         const std::uint64_t begin = std::uint64_t{at} + standalone::databaseEntryHeaderSize;
-        if (begin > end() || begin + number(at) + number(at + 4) > end() || number(at + 4) < standalone::checksumSize) {
+        if (begin > end() || begin + number(at) + number(at + 4) > end()) {
             return false;
         }
         entry.key = std::string_view(file_).substr(begin, number(at));

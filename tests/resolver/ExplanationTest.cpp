@@ -30,6 +30,15 @@ std::size_t firstDifference(const Tuple& a, const Tuple& b) {
     return I;
 }
 
+// Whether each key prefers the same of two candidates, whichever is named first, and the one that decides `first`.
+void expectPreferred(const Candidate& first, const Candidate& second) {
+    for (const auto key : Explanation::keys) {
+        const auto order = Explanation::compare(key, first, second);
+        EXPECT_TRUE(Explanation::compare(key, second, first) == (0 <=> order));
+        EXPECT_TRUE(key != first.ahead || order < 0);
+    }
+}
+
 // Whether candidates stand as the keys that are told of them say, and are what was gathered.
 void expectSortedByKeys(const Explanation::Resolution& resolution, Results gathered) {
     const auto& candidates = resolution.candidates;
@@ -42,6 +51,7 @@ void expectSortedByKeys(const Explanation::Resolution& resolution, Results gathe
             ASSERT_LT(keys(candidate), keys(candidates[i + 1]));
             EXPECT_EQ(static_cast<std::size_t>(*candidate.ahead),
                       firstDifference(keys(candidate), keys(candidates[i + 1])));
+            expectPreferred(candidate, candidates[i + 1]);
         }
     }
 }
