@@ -159,6 +159,8 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::str
         return std::nullopt;
     }
     std::vector<Entry> found;
+    constexpr std::size_t usualCount = 32;
+    found.reserve(usualCount);
     const int error = opened.forEach([&](const dirent64& entry) {
         const std::string_view name = entry.d_name;
         if (name == "." || name == ".." || !wanted(name)) {
