@@ -199,7 +199,7 @@ class Bench:
         results = self.beside(*asked, self.ask(self.small, "installation", name), self.empty)
         times = [time for time, _, _ in results]
         for count, elapsed in zip(self.counts, times):
-            self.point("N", count, {"one question": elapsed})
+            self.point("N", count, {"one question": elapsed, "an empty program": times[4]})
         self.add("3", f"N={self.counts[2]} beside N={self.counts[0]}", f"{times[2]:.0f} us", times[2] / times[0], 1.15)
         self.add("3", f"the look-up among N={self.counts[2]}, in E", f"{times[2] - times[3]:.0f} us",
                  (times[2] - times[3]) / times[4], 0.10)
