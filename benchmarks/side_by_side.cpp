@@ -1,9 +1,9 @@
 // Runs programs in turn, round after round, and tells the median time of each and the most memory that it took.
 //
-// Usage: side_by_side ROUNDS PROGRAM ARGUMENT... --- PROGRAM ARGUMENT... --- ...
-// In an argument, %R stands for the number of the round, from 0. Output is thrown away. On standard output, for each
-// program: the median of its times from start to end in microseconds, its peak memory in KiB, and of that, what was its
-// own at its end (neither shared nor of a file). A program that fails ends it all.
+// Usage: side_by_side ROUNDS WORDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]
+// In an argument, %W stands for a word of the file WORDS, another one in each round. Output is thrown away. On standard
+// output, for each program: the median of its times from start to end in microseconds, its peak memory in KiB, of that
+// what was its own at its end (neither shared nor of a file), and its exit code, which is that of every round.
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
@@ -23,18 +23,21 @@
 
 namespace {
 
+constexpr int cannotRun = 127;
+
 struct Program {
     std::vector<std::string> words;
     std::vector<double> times;
     long peak = 0;
     long own = 0;
+    int exitCode = 0;
 };
 
-std::vector<std::string> wordsOf(const Program& program, int round) {
+std::vector<std::string> wordsOf(const Program& program, const std::string& wordOfRound) {
     auto words = program.words;
     for (auto& word : words) {
-        if (const auto at = word.find("%R"); at != std::string::npos) {
-            word = word.substr(0, at) + std::to_string(round) + word.substr(at + 2);
+        if (const auto at = word.find("%W"); at != std::string::npos) {
+            word = word.substr(0, at) + wordOfRound + word.substr(at + 2);
         }
     }
     return words;
@@ -54,12 +57,14 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
 }
 
 // One run: its time is taken.
-void run(Program& program, int round) {
-    auto words = wordsOf(program, round);
+void run(Program& program, const std::string& wordOfRound) {
+    auto words = wordsOf(program, wordOfRound);
     auto arguments = pointersTo(words);
     posix_spawn_file_actions_t toNowhere;
     posix_spawn_file_actions_init(&toNowhere);
-    posix_spawn_file_actions_addopen(&toNowhere, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+        posix_spawn_file_actions_addopen(&toNowhere, stream, "/dev/null", O_WRONLY, 0);
+    }
     pid_t child = 0;
     const auto begin = std::chrono::steady_clock::now();
     if (const int error = posix_spawnp(&child, arguments[0], &toNowhere, nullptr, arguments.data(), environ)) {
@@ -70,7 +75,7 @@ void run(Program& program, int round) {
     wait4(child, &status, 0, &used);
     const std::chrono::duration<double, std::micro> time = std::chrono::steady_clock::now() - begin;
     posix_spawn_file_actions_destroy(&toNowhere);
-    if (status != 0) {
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != program.exitCode) {
         fail(program, "ends with status " + std::to_string(status));
     }
     program.times.push_back(time.count());
@@ -78,15 +83,17 @@ void run(Program& program, int round) {
 }
 
 // One more, stopped when it ends, since the system then still tells whose its memory is.
-void lookAtMemory(Program& program) {
-    auto words = wordsOf(program, 0);
+void lookAtMemory(Program& program, const std::string& wordOfRound) {
+    auto words = wordsOf(program, wordOfRound);
     auto arguments = pointersTo(words);
     const pid_t child = fork();
     if (child == 0) {
-        dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDOUT_FILENO);
+        dup2(nowhere, STDERR_FILENO);
         ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
         execvp(arguments[0], arguments.data());
-        _exit(127);
+        _exit(cannotRun);
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -101,6 +108,10 @@ void lookAtMemory(Program& program) {
     }
     ptrace(PTRACE_CONT, child, nullptr, nullptr);
     waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) == cannotRun) {
+        fail(program, "cannot be run");
+    }
+    program.exitCode = WEXITSTATUS(status);
 }
 
 double median(std::vector<double> values) {
@@ -109,39 +120,44 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-void measure(int rounds, std::vector<Program>& programs) {
+void measure(std::size_t rounds, const std::vector<std::string>& words, std::vector<Program>& programs) {
     for (auto& program : programs) {
-        lookAtMemory(program); // also the warming round
+        lookAtMemory(program, words.at(rounds % words.size())); // also the warming round
     }
-    for (int round = 0; round < rounds; ++round) {
+    for (std::size_t round = 0; round < rounds; ++round) {
         for (std::size_t i = 0; i < programs.size(); ++i) { // each after each other one as often
-            run(programs[(static_cast<std::size_t>(round) + i) % programs.size()], round);
+            run(programs[(round + i) % programs.size()], words[round % words.size()]);
         }
     }
     for (const auto& program : programs) {
-        std::cout << median(program.times) << ' ' << program.peak << ' ' << program.own << '\n';
+        std::cout << median(program.times) << ' ' << program.peak << ' ' << program.own << ' ' << program.exitCode
+                  << '\n';
     }
+}
+
+std::vector<std::string> linesOf(const char* file) {
+    std::ifstream stream(file);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 } // namespace
 
 int main(int count, char** words) {
     std::vector<Program> programs(1);
-    for (int i = 2; i < count; ++i) {
+    for (int i = 3; i < count; ++i) {
         if (std::strcmp(words[i], "---") == 0) {
             programs.emplace_back();
         } else {
             programs.back().words.emplace_back(words[i]);
         }
     }
-    const int rounds = count > 2 ? std::atoi(words[1]) : 0; // NOLINT(cert-err34-c): 0 when it is no number
     try {
-        for (const auto& program : programs) {
-            if (rounds <= 0 || program.words.empty()) {
-                throw std::runtime_error("usage: side_by_side ROUNDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]");
-            }
-        }
-        measure(rounds, programs);
+        const auto rounds = std::stoul(count > 3 ? words[1] : "");
+        measure(rounds, linesOf(words[2]), programs);
     } catch (const std::exception& error) {
         std::cerr << "side_by_side: " << error.what() << '\n';
         return 2;

@@ -5,13 +5,14 @@ Usage: world.py tree FOLDER M    an installation whose search for a plain name m
        world.py records N        N support records, as JSON Lines, on standard output
 
 A tree's search folders hold three class folders, a private one and a package each, and every folder 20 definitions. A
-quarter of a folder's definitions are shared: their names, c0, c1, ..., are found in one folder of every kind but the
-package. The others, s0, s1, ..., stand alone, or in the package as area.s0, ... Every fifth has the second extension.
-FOLDER/expected tells each name's files in the order in which they must be answered, "NAME PATH" a line, for the first
-10,000 records: the file of a KEL record stands behind the definitions of the name and before the methods.
+quarter of a folder's definitions are shared: their names, which begin with "c", are found in one folder of every kind
+but the package. The others, which begin with "s", stand alone; those of the package are asked for as area.s... Every
+fifth has the second extension. FOLDER/expected tells each name's candidates in the order in which they must be
+answered, "NAME PATH" a line, with at least 10,000 records: the record's file or built-in stands behind the definitions
+of the name and before the methods.
 
-Record i is the KEL file of the name c<i>; every thousandth is a built-in instead, every seventh has a second name,
-every hundredth redirects to the next one.
+Record i is the KEL file of the i-th shared name; every thousandth is a built-in instead, every seventh has a second
+name, every hundredth redirects to the next one.
 """
 import json
 import os
@@ -21,14 +22,25 @@ KINDS = ["", "@Alone{0}", "@Shared", "@Both{1}", "private", "+area"]  # of folde
 AREAS = 10  # KEL folders
 
 
+def spelled(first, i):
+    """The i-th name with that first letter. As names are in programs, those that follow each other are not alike."""
+    left = i * 2654435761 % 2**32
+    word = first
+    for _ in range(7):
+        left, letter = divmod(left, 26)
+        word += chr(ord("a") + letter)
+    return word
+
+
 def record(i):
+    name = spelled("c", i)
     if i % 1000 == 999:
-        return {"path": f"c{i}", "builtin": True, "supportFlags": [True] * 6}
-    made = {"path": f"kel/area{i % AREAS}/c{i}.vk"}
+        return {"path": name, "builtin": True, "supportFlags": [True] * 6}
+    made = {"path": f"kel/area{i % AREAS}/{name}.vk"}
     if i % 7 == 0:
-        made["name"] = [f"c{i}", f"shared{i // 7000}"]
+        made["name"] = [name, f"shared{i // 7000}"]
     if i % 100 == 50:
-        made.update(redirect=True, symbol=f"c{i + 1}", unsupportedSymbols=[f"c{i}"])
+        made.update(redirect=True, symbol=spelled("c", i + 1), unsupportedSymbols=[name])
     elif i % 3 == 0:
         made["supportFlags"] = [True, False, False, True, False, False]
     return made
@@ -38,22 +50,24 @@ def definitions(groups, kind, group):
     """The names that a folder defines: five shared ones, then fifteen of its own."""
     first = (group * 5 + kind * 35) % (groups * 5)
     number = (kind * groups + group) * 15
-    shared = [] if kind == 5 else [f"c{(first + i) % (groups * 5)}" for i in range(5)]
-    return shared + [f"s{number + i}" for i in range(20 - len(shared))]
+    shared = [] if kind == 5 else [spelled("c", (first + i) % (groups * 5)) for i in range(5)]
+    return shared + [spelled("s", number + i) for i in range(20 - len(shared))]
 
 
-def expected(answers, root):
+def expected(answers, root, shared):
     """The lines of all names. An answer is its plain definitions, then its methods."""
-    def own(name):
-        plain, methods = answers.get(name, ([], []))
-        i = int(name[1:]) if name[0] == "c" else 10000
-        kel = [] if i >= 10000 else [name if "builtin" in record(i) else f"{root}/{record(i)['path']}"]
-        return plain + kel + methods
+    def own(name, i):
+        plain, methods = answers[name]
+        if i is None or i >= 10000:
+            return plain + methods
+        recorded = record(i)
+        return plain + [name if "builtin" in recorded else f"{root}/{recorded['path']}"] + methods
 
+    numbers = {spelled("c", i): i for i in range(shared)}
     for name in answers:
-        i = int(name[1:]) if name[0] == "c" else 0
-        redirected = own(record(i)["symbol"]) if name[0] == "c" and record(i).get("redirect") else []
-        for path in redirected + own(name):
+        i = numbers.get(name)
+        redirects = i is not None and i < 10000 and "redirect" in record(i)
+        for path in (own(spelled("c", i + 1), i + 1) if redirects else []) + own(name, i):
             yield f"{name} {path}\n"
 
 
@@ -75,7 +89,7 @@ def make_tree(root, folders):
     manifest = {"searchPath": [f"s{g}" for g in range(groups)], "kelPath": [f"kel/area{a}" for a in range(AREAS)]}
     for file, lines in {
         "installation.json": [json.dumps(manifest)],
-        "expected": expected(answers, root),
+        "expected": expected(answers, root, groups * 5),
         "names": (name + "\n" for name in answers),
         "folders": [f for f in searched if "/+" not in f],  # that the search for a plain name reads
         "all-folders": searched,  # that a fixed view reads

@@ -29,7 +29,8 @@ WhichResult classify(const std::u16string& name, std::u16string&& line, std::u16
 } // namespace
 
 std::vector<WhichResult> ORVAKWhichResolver::which(const std::u16string& name) const {
-    const auto outputs = evaluate("tessapp.internal.screener.resolver.callWhichString", {toStringArray(name)}, 2);
+    static const std::string function = "tessapp.internal.screener.resolver.callWhichString";
+    const auto outputs = evaluate(function, {toStringArray(name)}, 2);
     auto lines = toStrings(outputs[0]);
     const auto partners = toStrings(outputs[1]);
 

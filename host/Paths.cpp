@@ -32,7 +32,8 @@ std::u16string replacePrefix(std::u16string_view text, std::u16string_view from,
     }
     std::u16string replaced;
     replaced.reserve(to.size() + text.size() - from.size());
-    return replaced.append(to).append(text.substr(from.size()));
+    replaced.append(to).append(text.substr(from.size()));
+    return replaced;
 }
 
 std::u16string_view parentDirectory(std::u16string_view path) noexcept {
@@ -100,7 +101,8 @@ std::u16string qualifiedNameForPath(const std::u16string& text) {
     qualified.reserve(prefixes.size() * usualPrefixLength + stem.size());
     std::for_each(prefixes.rbegin(), prefixes.rend(),
                   [&](std::u16string_view prefix) { qualified.append(prefix).push_back(u'.'); });
-    return qualified.append(stem);
+    qualified.append(stem);
+    return qualified; // not what `append` returns, which would be copied
 }
 
 } // namespace tessgen::kelwhich

@@ -23,6 +23,9 @@ namespace views = ranges::views;
 using BasicSupportEntry = KELWhichResolver::BasicSupportEntry;
 
 std::vector<WhichResult> removeDuplicateResults(std::vector<WhichResult> list) {
+    if (list.size() < 2) {
+        return list;
+    }
     DistinctResults distinct(list.size());
     std::vector<bool> isNew(list.size()); // all of them first, since `distinct` holds views of the texts
     std::transform(list.begin(), list.end(), isNew.begin(),

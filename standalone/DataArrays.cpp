@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <numeric>
 #include <stdexcept>
@@ -17,10 +16,6 @@
 namespace foundation::orvakdata {
 
 namespace {
-
-std::size_t elementCount(const ArrayDimensions& dimensions) {
-    return std::accumulate(dimensions.begin(), dimensions.end(), std::size_t{1}, std::multiplies<>());
-}
 
 template <typename Elements>
 const Elements* elementsOf(const ArrayData* data) noexcept {
@@ -34,7 +29,7 @@ Array::Array() noexcept = default;
 Array::Array(std::shared_ptr<const ArrayData> data) noexcept : data_(std::move(data)) {}
 
 bool Array::isEmpty() const noexcept {
-    return !data_ || elementCount(data_->dimensions) == 0;
+    return !data_ || std::visit([](const auto& elements) { return elements.empty(); }, data_->elements);
 }
 
 CharArray::CharArray(const Array& array) : Array(array) {
@@ -81,10 +76,11 @@ StringIterator StringArray::end() const noexcept {
 }
 
 StringArray ArrayFactory::createStringArray(const ArrayDimensions& dimensions, StringElements elements) {
-    if (elementCount(dimensions) != elements.size()) {
+    const auto count = std::accumulate(dimensions.begin(), dimensions.end(), std::size_t{1}, std::multiplies<>());
+    if (count != elements.size()) {
         throw std::invalid_argument("the dimensions of the string array do not fit its number of elements");
     }
-    return StringArray(Array(std::make_shared<ArrayData>(ArrayData{dimensions, std::move(elements)})));
+    return StringArray(Array(std::make_shared<ArrayData>(ArrayData{std::move(elements)})));
 }
 
 } // namespace foundation::orvakdata
@@ -94,14 +90,11 @@ namespace tessgen::standalone {
 using namespace foundation::orvakdata; // NOLINT(google-build-using-namespace)
 
 Array makeCharArray(std::u16string text) {
-    const auto length = text.size();
-    return Array(std::make_shared<ArrayData>(ArrayData{{1, length}, std::move(text)}));
+    return Array(std::make_shared<ArrayData>(ArrayData{std::move(text)}));
 }
 
-Array makeStringColumn(std::vector<std::u16string> texts) {
-    const auto count = texts.size();
-    StringElements elements(std::make_move_iterator(texts.begin()), std::make_move_iterator(texts.end()));
-    return Array(std::make_shared<ArrayData>(ArrayData{{count, 1}, std::move(elements)}));
+Array makeStringColumn(StringElements elements) {
+    return Array(std::make_shared<ArrayData>(ArrayData{std::move(elements)}));
 }
 
 } // namespace tessgen::standalone

@@ -1,4 +1,4 @@
-// What stands behind a host data array here: its extent and its elements.
+// What stands behind a host data array here: its elements.
 #pragma once
 
 #include "foundation/orvakdata/Array.hpp"
@@ -15,7 +15,6 @@ using StringElements = std::vector<orvak::data::optional<std::u16string>>;
 
 class ArrayData {
 public:
-    ArrayDimensions dimensions;
     std::variant<StringElements, std::u16string> elements; // a string array, or a character array
 };
 
@@ -27,6 +26,6 @@ namespace tessgen::standalone {
 foundation::orvakdata::Array makeCharArray(std::u16string text);
 
 // A string array of one column.
-foundation::orvakdata::Array makeStringColumn(std::vector<std::u16string> texts);
+foundation::orvakdata::Array makeStringColumn(foundation::orvakdata::StringElements elements);
 
 } // namespace tessgen::standalone

@@ -28,13 +28,13 @@ Arrays callWhichString(const Arrays& arguments) {
     const std::u16string name = argument.begin().getRef();
 
     auto places = currentSession().find(name);
-    std::vector<std::u16string> lines;
-    std::vector<std::u16string> partners;
+    foundation::orvakdata::StringElements lines;
+    foundation::orvakdata::StringElements partners;
     lines.reserve(places.size());
     partners.reserve(places.size());
     for (auto& place : places) {
-        lines.push_back(std::move(place.line));
-        partners.push_back(std::move(place.partner));
+        lines.emplace_back(std::move(place.line));
+        partners.emplace_back(std::move(place.partner));
     }
     return {makeStringColumn(std::move(lines)), makeStringColumn(std::move(partners))};
 }

@@ -162,6 +162,8 @@ std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& 
         throw DiskError(errno, folder);
     }
     std::vector<FileTree::Entry> found;
+    constexpr std::size_t usualCount = 32;
+    found.reserve(usualCount);
     const int error = opened.forEach([&](const dirent64& entry) {
         const std::string_view name = entry.d_name;
         if (name == "." || name == ".." || !wanted(name)) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <system_error>
 
@@ -19,7 +20,7 @@ using Kind = FileTree::Kind;
 
 struct SymbolFile {
     std::string_view symbol;
-    std::string_view extension;
+    std::uint32_t extension; // its place in the list
 };
 
 // The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
@@ -29,10 +30,11 @@ std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::
     if (dot == std::string_view::npos || dot == 0) {
         return std::nullopt;
     }
-    const std::string_view extension = name.substr(dot + 1);
-    return std::find(extensions.begin(), extensions.end(), extension) == extensions.end()
+    const auto extension = std::find(extensions.begin(), extensions.end(), name.substr(dot + 1));
+    return extension == extensions.end()
                ? std::nullopt
-               : std::optional(SymbolFile{name.substr(0, dot), extension});
+               : std::optional(SymbolFile{name.substr(0, dot),
+                                          static_cast<std::uint32_t>(std::distance(extensions.begin(), extension))});
 }
 
 // What a question may ask for in a listing.
@@ -158,12 +160,13 @@ private:
     std::vector<SymbolFile> symbolFiles(const std::string& folder, const std::vector<Entry>& entries,
                                         const std::string& prefix, const std::string& otherPrefix) {
         std::vector<SymbolFile> found;
+        found.reserve(entries.size());
         for (const Entry& entry : entries) {
             const auto file = symbolFile(entry, extensions_);
             if (!file) {
                 continue;
             }
-            const bool isSure = sureOr(prefix.empty() ? std::string(file->symbol) : prefix, [&] {
+            const bool isSure = sureOr(prefix.empty() ? file->symbol : prefix, [&] {
                 if (leadsTo(Kind::file, search_.files_, folder, &entry)) {
                     found.push_back(*file);
                 }
@@ -184,7 +187,7 @@ private:
                   Wanted wanted) {
         for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
             for (const SymbolFile& file : files) {
-                if (file.extension == extensions_[extension] && wanted(file.symbol)) {
+                if (file.extension == extension && wanted(file.symbol)) {
                     search_.index_.add(prefix, file.symbol, folder, extension);
                 }
             }
@@ -198,7 +201,7 @@ private:
 
     // Whether `look` could; the names that begin with `names` are unsure otherwise.
     template <typename Look>
-    bool sureOr(const std::string& names, Look look) {
+    bool sureOr(std::string_view names, Look look) {
         try {
             look();
             return true;
@@ -208,7 +211,7 @@ private:
         }
     }
 
-    void markUnsure(const std::string& names) { search_.unsure_.insert(names.substr(0, names.find('.'))); }
+    void markUnsure(std::string_view names) { search_.unsure_.emplace(names.substr(0, names.find('.'))); }
 
     const std::vector<std::string>& extensions_;
     FixedSearch& search_;

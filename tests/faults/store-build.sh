@@ -18,8 +18,8 @@ if ! strace -o trace true 2>/dev/null; then
 fi
 
 # Large enough for several writes.
-"$here/../../benchmarks/records.sh" 1500 >old.jsonl
-"$here/../../benchmarks/records.sh" 1600 >new.jsonl
+"$here/../../benchmarks/world.py" records 1500 >old.jsonl
+"$here/../../benchmarks/world.py" records 1600 >new.jsonl
 world() { # world FOLDER: makes an installation with the old store
   mkdir -p "$1/root" "$1/store"
   echo '{"root": "'"$top"'", "supportStore": "store/support.cdb"}' >"$1/installation.json"

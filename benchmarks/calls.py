@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Counts the system calls of the program, which no noise changes. Usage: calls.py PROGRAM [FOLDERS]
+
+A question without the index may make five for each folder that it lists and one for each candidate, those of the start
+included. Asking names again, where many are answered, makes none. Prints each count and ends with 1 when one is too
+high.
+"""
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+
+def count(*command):
+    """How often the command makes each system call."""
+    with tempfile.NamedTemporaryFile("r") as summary:
+        subprocess.run(["strace", "-f", "-c", "-o", summary.name, *command], check=True, stdout=subprocess.DEVNULL)
+        rows = re.findall(r"^ *[\d.]+ +[\d.]+ +\d+ +(\d+) .*?(\w+)$", summary.read(), re.M)
+    return {name: int(number) for number, name in rows if name != "total"}
+
+
+def names_of(world, first="c"):
+    """Names with that first letter, with the number of their candidates."""
+    counts = {}
+    with open(os.path.join(world, "expected"), encoding="utf-8") as lines:
+        for line in lines:
+            name = line.split(" ")[0]
+            if name.startswith(first):
+                counts[name] = counts.get(name, 0) + 1
+    return counts
+
+
+def one_question(program, manifest, world):
+    """The calls of one question, and how many it may make without the index and with it."""
+    name, candidates = next(iter(names_of(world).items()))
+    with open(os.path.join(world, "folders"), encoding="utf-8") as lines:
+        folders = sum(1 for _ in lines)
+    with open(os.path.join(world, "all-folders"), encoding="utf-8") as lines:
+        all_folders = sum(1 for _ in lines)
+    calls = sum(count(program, "-i", manifest, name).values())
+    return calls, 5 * folders + candidates, all_folders + 40 + 2 * candidates
+
+
+def asked_again(program, manifest, world, folder):
+    """The calls that names make when they are asked a second time; those that read and write lines do not count."""
+    calls = []
+    for times in (1, 2):
+        path = os.path.join(folder, f"names{times}")
+        with open(os.path.join(world, "names"), encoding="utf-8") as names, open(path, "w", encoding="utf-8") as out:
+            out.write(names.read() * times)
+        counted = count(program, "-i", manifest, "--quiet", "--from", path)
+        calls.append(sum(number for call, number in counted.items() if call not in ("read", "brk")))
+    return calls[1] - calls[0]
+
+
+def main(program, folders):
+    here = os.path.dirname(os.path.realpath(__file__))
+    with tempfile.TemporaryDirectory() as folder:
+        world = os.path.join(folder, "world")
+        subprocess.run([sys.executable, os.path.join(here, "world.py"), "tree", world, folders], check=True)
+        manifest = os.path.join(world, "installation.json")
+        calls, most, _ = one_question(program, manifest, world)
+        again = asked_again(program, manifest, world, folder)
+    print(f"one question in {folders} folders: {calls} system calls, at most {most}")
+    print(f"all names asked again: {again} system calls, at most 0")
+    return 0 if calls <= most and again <= 0 else 1
+
+
+if __name__ == "__main__":
+    if len(sys.argv) not in (2, 3):
+        sys.exit(__doc__)
+    if not shutil.which("strace"):
+        sys.exit("calls.py: strace is missing: scripts/setup.sh test installs it")
+    sys.exit(main(sys.argv[1], sys.argv[2] if len(sys.argv) == 3 else "100"))
