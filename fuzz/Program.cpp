@@ -57,11 +57,11 @@ std::string unquoted(std::string word) {
     return word;
 }
 
-// One line, UTF-8, no control character.
+// One line, UTF-8, no control character, no mark that turns the direction of writing.
 bool isSafe(std::string_view line) {
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; };
     return utf8::is_valid(line.begin(), line.end()) && std::none_of(line.begin(), line.end(), isControl)
-           && line.find("\u202E") == std::string_view::npos && line.find("\u0085") == std::string_view::npos;
+           && line.find("\xE2\x80\xAE") == std::string_view::npos && line.find("\xC2\x85") == std::string_view::npos;
 }
 
 void requireSafeText(const std::string& word) {

@@ -175,7 +175,7 @@ private:
         }
         auto name = std::move(stem);
         for (; !parts.empty() && (starts(parts.back(), u"+") || starts(parts.back(), u"@")); parts.pop_back()) {
-            name = parts.back().substr(1) + u"." + name;
+            name.insert(0, parts.back().substr(1) + u".");
         }
         return name;
     }
