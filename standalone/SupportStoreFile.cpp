@@ -130,7 +130,8 @@ void SupportStoreFile::failDamaged(const std::string& damage) const {
     throw StoreDamage(file_ + ": is damaged: " + damage + advice, damage);
 }
 
-// By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as long.
+// By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as
+// long.
 StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key) : file_(&file), key_(std::move(key)), hash_(0) {
     if (key_.size() > databaseSizeLimit) {
         return; // such a key is in no entry

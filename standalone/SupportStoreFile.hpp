@@ -96,9 +96,9 @@ private:
     const SupportStoreFile* file_;
     std::string key_;
     std::uint32_t hash_;
-    std::string_view table_;  // the hash table that may lead to the key
-    std::size_t place_ = 0;   // in it, the next one to look at
-    std::size_t unseen_ = 0;  // how many places are still to be looked at
+    std::string_view table_; // the hash table that may lead to the key
+    std::size_t place_ = 0;  // in it, the next one to look at
+    std::size_t unseen_ = 0; // how many places are still to be looked at
 };
 
 // Goes through all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the
