@@ -52,7 +52,8 @@ class Disk final : public FileSystem {
 };
 
 const KELWhichResolver& resolver() {
-    static const KELWhichResolver made(std::make_unique<Host>(), std::make_unique<Metadata>(), std::make_unique<Disk>());
+    static const KELWhichResolver made(std::make_unique<Host>(), std::make_unique<Metadata>(),
+                                       std::make_unique<Disk>());
     return made;
 }
 

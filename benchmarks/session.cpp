@@ -1,9 +1,9 @@
 // The library over the stand-alone host in a fixed view: what one name costs where many are asked.
 //
-// Usage: bench_session MANIFEST NAMES [OPTIONS of Google Benchmark]; NAMES has a name on each line, in the order in which
-// they are asked.
-#include "host/Paths.hpp"
+// Usage: bench_session MANIFEST NAMES [OPTIONS of Google Benchmark]; NAMES has a name on each line, in the order in
+// which they are asked.
 #include "standalone/Session.hpp"
+#include "host/Paths.hpp"
 #include "standalone/Text.hpp"
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"

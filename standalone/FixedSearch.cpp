@@ -20,7 +20,7 @@ using Kind = FileTree::Kind;
 
 struct SymbolFile {
     std::string_view symbol;
-    std::uint32_t extension; // its place in the list
+    std::uint32_t extension; // its first place in the list, which may hold it again
 };
 
 // The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
@@ -187,7 +187,7 @@ private:
                   Wanted wanted) {
         for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
             for (const SymbolFile& file : files) {
-                if (file.extension == extension && wanted(file.symbol)) {
+                if (extensions_[file.extension] == extensions_[extension] && wanted(file.symbol)) {
                     search_.index_.add(prefix, file.symbol, folder, extension);
                 }
             }

@@ -18,7 +18,8 @@ using standalone::makeStringColumn;
 
 Results which(const Texts& lines, const Texts& partners) {
     RecordingHost::reset().answer = [&](const auto&) -> std::vector<Array> {
-        return {makeStringColumn({lines.begin(), lines.end()}), makeStringColumn({partners.begin(), partners.end()}), makeCharArray(u"more than was asked for")};
+        return {makeStringColumn({lines.begin(), lines.end()}), makeStringColumn({partners.begin(), partners.end()}),
+                makeCharArray(u"more than was asked for")};
     };
     return kelwhich::ORVAKWhichResolver().which(u"f");
 }
