@@ -59,9 +59,9 @@ std::string unquoted(std::string word) {
 
 // One line, UTF-8, no control character, no mark that turns the direction of writing.
 bool isSafe(std::string_view line) {
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; };
-    return utf8::is_valid(line.begin(), line.end()) && std::none_of(line.begin(), line.end(), isControl)
-           && line.find("\xE2\x80\xAE") == std::string_view::npos && line.find("\xC2\x85") == std::string_view::npos;
+    const auto units = standalone::toUTF16(line);
+    const auto isUnsafe = [](char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x202E; };
+    return units && std::none_of(units->begin(), units->end(), isUnsafe);
 }
 
 void requireSafeText(const std::string& word) {

@@ -5,11 +5,11 @@ set -euo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
 copy=build/planted
-rm -rf "$copy/fuzz/seeds"
 mkdir -p "$copy"
+rm -rf "$copy/fuzz/seeds"
+sed -n 's|^+++ b/||p' fuzz/planted.patch | (cd "$copy" && xargs rm -f) # they may hold the faults already
 git ls-files -z | xargs -0 cp -pu --parents -t "$copy"
 patch -d "$copy" -p1 -s <fuzz/planted.patch
-trap 'patch -d "$copy" -p1 -s -R <fuzz/planted.patch' EXIT
 "$copy/scripts/fuzz.sh" "${1:-60}" | tee "$copy/report" || true
 found=$(grep -c ' CRASH$' "$copy/report" || true)
 echo "$found of 5 planted faults found"
