@@ -53,6 +53,7 @@ TEST(RandomWorlds, AreResolvedAsTheModelSays) {
         all.chains += model.counts.chains;
         all.cycles += model.counts.cycles;
         all.deepPackages += model.counts.deepPackages;
+        all.files += model.counts.files;
     }
     std::cout << "worlds: " << worlds << " as the model says\n";
     // The worlds are worth something: long lists are many, and every rule decides often.
@@ -61,7 +62,7 @@ TEST(RandomWorlds, AreResolvedAsTheModelSays) {
          {all.redirects, all.repeats, all.privateFiles, all.movedRecords, all.movedQueries, all.unsupportedNames}) {
         EXPECT_GT(count, worlds / 50);
     }
-    for (const auto count : {all.chains, all.cycles, all.deepPackages}) {
+    for (const auto count : {all.chains, all.cycles, all.deepPackages, all.files}) {
         EXPECT_GT(count, worlds / 500);
     }
 }

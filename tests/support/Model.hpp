@@ -35,6 +35,7 @@ public:
         std::size_t chains = 0; // redirects to a name that redirects
         std::size_t cycles = 0; // back to where they came from
         std::size_t deepPackages = 0;
+        std::size_t files = 0; // names that are a file with a record
     };
     mutable Counts counts;
 
@@ -217,6 +218,7 @@ private:
         std::vector<RecordPtr> found;
         if (world_->files.contains(name)) {
             if (auto record = recordOf(name)) {
+                ++counts.files;
                 found.push_back(record);
             }
             return found;

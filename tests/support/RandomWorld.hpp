@@ -46,6 +46,9 @@ public:
             // The other side of the rewrites.
             mark(world, kelwhich::replacePrefix(paths.back(), world.orvakroot, world.spkgroot.value_or(u"/s")));
         }
+        if (chance(2)) {
+            made.names.push_back(any(paths));
+        }
         for (auto count = below(7); count > 0; --count) {
             world.add({any(made.names), name()}, record(paths, made.names));
         }

@@ -4,12 +4,15 @@
 #include "tessgen/kelwhich/kelwhich.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/sweeps/Threads.hpp"
+#include "zelt/enumeration.hpp"
 #ifdef KELWHICH_SWEEPS_ALLOCATIONS
 #include "tests/sweeps/AllocationSweep.hpp"
 #endif
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iostream>
 #include <memory>
@@ -84,7 +87,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
         const Session alone(host.installation());
         expected = answersTo(names);
     }
-    EXPECT_EQ(expected.front().size(), 8U); // so that something is compared
+    EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
     for (const auto view : {View::live, View::fixed}) {
         for (int round = 0; round < 10; ++round) {
             const Session session(host.installation(), view);
@@ -95,6 +98,17 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
                 }
             });
         }
+    }
+    tellMeetings();
+}
+
+TEST(HostSweep, InternsANameOnceForAllThreads) {
+    for (int round = 0; round < 60; ++round) {
+        std::array<zelt::internal::Interned, threadCount> names{};
+        together([&](int number) {
+            names.at(static_cast<std::size_t>(number)) = zelt::internal::makeInterned("name " + std::to_string(round));
+        });
+        EXPECT_EQ(std::count(names.begin(), names.end(), names.front()), threadCount);
     }
     tellMeetings();
 }
