@@ -132,7 +132,7 @@ void SupportStoreFile::failDamaged(const std::string& damage) const {
 
 // By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as
 // long.
-StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key) : file_(&file), key_(std::move(key)), hash_(0) {
+StoreSearch::StoreSearch(const SupportStoreFile& file, std::string key) : file_(&file), key_(std::move(key)) {
     if (key_.size() > databaseSizeLimit) {
         return; // such a key is in no entry
     }
