@@ -3,7 +3,7 @@ import math
 
 WIDTH, HEIGHT = 360, 260  # of one panel's inside
 STYLE = """<style>
-  text { font: 12px sans-serif; fill: #24292f } .axis { stroke: #8c959f; fill: none }
+  text { font: 12px sans-serif; fill: #6e7781 } .axis { stroke: #8c959f; fill: none }
   polyline { fill: none; stroke-width: 2 }
   .c0 { stroke: #0969da } .c1 { stroke: #cf222e } .c2 { stroke: #1a7f37 } .c3 { stroke: #8250df } .c4 { stroke: #9a6700 }
   text.n { font-size: 11px }
@@ -14,7 +14,7 @@ STYLE = """<style>
 </style>"""
 
 
-def panel(left, title, lines):
+def panel(left, title, lines, colours):
     xs = sorted({x for points in lines.values() for x, _ in points})
     low = 10 ** math.floor(math.log10(min(y for points in lines.values() for _, y in points)))
     high = 10 ** math.ceil(math.log10(max(y for points in lines.values() for _, y in points)))
@@ -38,16 +38,17 @@ def panel(left, title, lines):
         places = [place(*point) for point in points]
         line = " ".join(f"{x:.0f},{y:.0f}" for x, y in places)
         key = HEIGHT + 82 + 18 * number
-        parts.append(f'<polyline class="c{number % 5}" points="{line}"/>')
-        parts.append(f'<path class="c{number % 5}" stroke-width="2" d="M{left} {key}h22"/>')
+        parts.append(f'<polyline class="c{colours[name]}" points="{line}"/>')
+        parts.append(f'<path class="c{colours[name]}" stroke-width="2" d="M{left} {key}h22"/>')
         parts.append(f'<text class="n" x="{left + 30}" y="{key + 4}">{name}</text>')
     return parts
 
 
 def svg(points):
     """`points`: by axis, by the name of a line, its (x, microseconds)."""
-    parts = panel(80, "one name in a fresh process, by folders (M)", points["M"])
-    parts += panel(80 + WIDTH + 90, "the same by support records (N)", points["N"])
+    colours = {name: number % 5 for number, name in enumerate(points["M"] | points["N"])}
+    parts = panel(80, "one name in a fresh process, by folders (M)", points["M"], colours)
+    parts += panel(80 + WIDTH + 90, "the same by support records (N)", points["N"], colours)
     height = HEIGHT + 82 + 18 * max(len(lines) for lines in points.values())
     size = f'viewBox="0 0 {WIDTH * 2 + 210} {height}" width="{WIDTH * 2 + 210}" height="{height}"'
     return f'<svg xmlns="http://www.w3.org/2000/svg" {size}>\n{STYLE}\n' + "\n".join(parts) + "\n</svg>\n"

@@ -37,7 +37,7 @@ std::vector<std::string> wordsOf(const Program& program, const std::string& word
     auto words = program.words;
     for (auto& word : words) {
         if (const auto at = word.find("%W"); at != std::string::npos) {
-            word = word.substr(0, at) + wordOfRound + word.substr(at + 2);
+            word = word.substr(0, at).append(wordOfRound).append(word, at + 2);
         }
     }
     return words;
@@ -45,6 +45,7 @@ std::vector<std::string> wordsOf(const Program& program, const std::string& word
 
 std::vector<char*> pointersTo(std::vector<std::string>& words) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (auto& word : words) {
         pointers.push_back(word.data());
     }

@@ -29,7 +29,9 @@ Array::Array() noexcept = default;
 Array::Array(std::shared_ptr<const ArrayData> data) noexcept : data_(std::move(data)) {}
 
 bool Array::isEmpty() const noexcept {
-    return !data_ || std::visit([](const auto& elements) { return elements.empty(); }, data_->elements);
+    const auto* const strings = elementsOf<StringElements>(data());
+    const auto* const text = elementsOf<std::u16string>(data());
+    return strings != nullptr ? strings->empty() : text == nullptr || text->empty();
 }
 
 CharArray::CharArray(const Array& array) : Array(array) {

@@ -135,7 +135,7 @@ void DatabaseFile::failDamaged(const std::string& damage) const {
 
 // By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as
 // long.
-DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) : file_(&file), key_(key), hash_(0) {
+DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) : file_(&file), key_(key) {
     if (key_.size() > databaseSizeLimit) {
         return; // such a key is in no entry
     }

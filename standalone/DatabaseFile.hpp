@@ -99,7 +99,7 @@ public:
 private:
     const DatabaseFile* file_;
     std::string_view key_;
-    std::uint32_t hash_;
+    std::uint32_t hash_ = 0;
     std::string_view table_; // the hash table that may lead to the key
     std::size_t place_ = 0;  // in it, the next one to look at
     std::size_t unseen_ = 0; // how many places are still to be looked at
