@@ -151,6 +151,17 @@ def prove(row):
     return [figure, "passed", row.fault, caught(row)]
 
 
+def write(lines):
+    """Into the document; rows that were not run stay as they were written last."""
+    what = lambda line: line.split(" | ")[0]
+    text = DOCUMENT.read_text()
+    before, rest = text.split(MARKS[0])
+    table, after = rest.split(MARKS[1])
+    rows = {what(line): line for line in table.splitlines()[2:] + lines[2:] if line}
+    known = [rows["| " + row.what] for row in ROWS if "| " + row.what in rows]
+    DOCUMENT.write_text(before + MARKS[0] + "\n" + "\n".join(lines[:2] + known) + "\n\n" + MARKS[1] + after)
+
+
 def main():
     COPY.mkdir(parents=True, exist_ok=True)
     copy_sources()
@@ -159,8 +170,7 @@ def main():
         lines.append("| " + " | ".join([row.what, *prove(row)]) + " |")
         print(lines[-1] if len(lines) > 3 else "\n".join(lines), flush=True)
     if "--write" in sys.argv:
-        before, rest = DOCUMENT.read_text().split(MARKS[0])
-        DOCUMENT.write_text(before + MARKS[0] + "\n" + "\n".join(lines) + "\n\n" + MARKS[1] + rest.split(MARKS[1])[1])
+        write(lines)
     bad = [line for line in lines[2:] if re.search(r"\| (FAILED|NO|NOT PLANTED|not run: no)", line)]
     if bad:
         sys.exit("proof.sh: " + str(len(bad)) + " of the rows prove nothing")

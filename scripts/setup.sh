@@ -17,7 +17,7 @@ case "${1:-build}" in
   bench) packages+=("${bench_packages[@]}") ;;
   package) packages+=("${package_packages[@]}") ;;
   test) packages+=("${test_packages[@]}") ;;
-  gates) packages+=("${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
+  gates) packages+=("${bench_packages[@]}" "${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
   *) echo "setup.sh: expected build, bench, package, test or gates, not '$1'" >&2; exit 2 ;;
 esac
 

@@ -9,7 +9,7 @@ mkdir -p build
 exec 9>"build/.$preset.lock" # one run at a time in one folder
 flock 9
 
-if [ "$preset" = clang ]; then scripts/setup.sh gates; else scripts/setup.sh test; fi
+if [ "$preset" = clang ] || [ "$preset" = asan ]; then scripts/setup.sh gates; else scripts/setup.sh test; fi
 echo "== building into build/$preset"
 scripts/configure.sh "$preset"
 cmake --build --preset "$preset" -- --quiet
