@@ -113,7 +113,9 @@ private:
     }
 
     bool isFileName(std::string_view name) const {
-        return std::find(fileNames_.begin(), fileNames_.end(), name) != fileNames_.end();
+        // Of most names the first letter tells already; this is asked for every name in every folder.
+        return !name.empty() && name.front() == classFolder_[1]
+               && std::find(fileNames_.begin(), fileNames_.end(), name) != fileNames_.end();
     }
 
     const FileTree& files_;
