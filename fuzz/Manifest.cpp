@@ -56,8 +56,8 @@ auto settingsOf(const Installation& all) {
     for (const auto& builtin : all.builtins) {
         builtins.emplace_back(builtin.name, builtin.className, builtin.constructor);
     }
-    return std::tuple(all.manifest, all.root, all.supportPackageRoot, all.supportStore, all.searchPath, all.kelPath,
-                      all.sourceCode, all.extensions, std::move(builtins));
+    return std::tuple(all.manifest, all.root, all.supportPackageRoot, all.supportStore, all.searchIndex, all.searchPath,
+                      all.kelPath, all.sourceCode, all.extensions, std::move(builtins));
 }
 
 } // namespace

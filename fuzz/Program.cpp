@@ -57,10 +57,14 @@ std::string unquoted(std::string word) {
     return word;
 }
 
-// One line, UTF-8, no control character, no mark that turns the direction of writing.
+// One line, UTF-8, no control character, no mark that turns the direction of writing. These are named once more, apart
+// from those that the program knows.
 bool isSafe(std::string_view line) {
     const auto units = standalone::toUTF16(line);
-    const auto isUnsafe = [](char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x202E; };
+    const auto isUnsafe = [](char16_t c) {
+        return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x061C || c == 0x200E || c == 0x200F
+               || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    };
     return units && std::none_of(units->begin(), units->end(), isUnsafe);
 }
 

@@ -2,9 +2,9 @@
 // file holds it; what the check calls whole is read whole.
 #include "fuzz/Fuzz.hpp"
 #include "fuzz/StoreInput.hpp"
+#include "standalone/DatabaseFile.hpp"
 #include "standalone/SupportStore.hpp"
 #include "standalone/SupportStoreCheck.hpp"
-#include "standalone/DatabaseFile.hpp"
 #include "standalone/Text.hpp"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // behind checksums, references and hash tables is met too.
 #pragma once
 
-#include "standalone/SupportStoreFormat.hpp"
 #include "standalone/DatabaseTables.hpp"
+#include "standalone/SupportStoreFormat.hpp"
 
 #include <algorithm>
 #include <cstddef>

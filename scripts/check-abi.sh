@@ -6,6 +6,7 @@ set -euo pipefail
 unset CDPATH
 export LC_ALL=C
 cd "$(dirname "$0")/.."
+scripts/setup.sh gates
 
 expected=tests/abi/layout.txt
 tmp=$(mktemp -d)
@@ -25,12 +26,12 @@ awk '
   END { flush() }
 ' "$tmp/dump" >"$tmp/records"
 
-"${compile[@]}" -fsyntax-only -fno-color-diagnostics -Xclang -ast-dump -Xclang -ast-dump-filter=tessgen::kelwhich >"$tmp/ast"
+"${compile[@]}" -fsyntax-only -fno-color-diagnostics -Xclang -ast-dump -Xclang -ast-dump-filter=tessgen >"$tmp/ast"
 sed -nE "s/.*EnumConstantDecl.* ([A-Za-z]+) '(tessgen[A-Za-z:]+)'/\2::\1/p; s/.*value: Int/  =/p; s/.*EnumDecl .* class ([A-Za-z]+) '([a-z0-9_:]+)'.*/enum \1: \2/p" \
   "$tmp/ast" >"$tmp/enumerations"
 
 awk 'BEGIN { RS = ""; ORS = "\n\n" } !seen[$0]++' "$tmp/records" "$tmp/enumerations" >"$tmp/layout"
-for type in KELWhichResolver WhichResult FileSystem Session; do # what finds nothing compares nothing
+for type in KELWhichResolver WhichResult FileSystem Session View; do # what finds nothing compares nothing
   grep -q "::$type\b" "$tmp/layout" || { echo "check-abi.sh: the compiler does not show $type" >&2; exit 2; }
 done
 [ "${1-}" != --renew ] || cp "$tmp/layout" "$expected"

@@ -5,6 +5,9 @@ set -euo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
 scripts/setup.sh test
+mkdir -p build
+exec 9>build/.tsan.lock # one run at a time in one folder, as for scripts/test.sh
+flock 9
 scripts/configure.sh tsan
 cmake --build --preset tsan --target library_tests standalone_tests -- --quiet
 ctest --preset tsan -R '^(Threads|HostSweep|Session|threads)\.'

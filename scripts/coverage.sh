@@ -4,6 +4,10 @@
 set -euo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
+scripts/setup.sh gates
+mkdir -p build
+exec 9>build/.coverage.lock # one run at a time in one folder
+flock 9
 scripts/configure.sh coverage
 cmake --build --preset coverage --target library_tests -- --quiet
 build=build/coverage

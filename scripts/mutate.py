@@ -3,10 +3,12 @@
 
 Each mutant is compiled by itself, linked with the tests' objects and tested until the first failure. Survivors are
 demanded to stand in tests/mutation-survivors.txt, each below the reason why no test can or need see it.
-Exit codes: 0 enough are killed and every survivor is explained; 1 not so; 2 the tests fail without a mutant.
+Exit codes: 0 enough are killed, every survivor is explained and, of all mutants, nothing else; 1 not so; 2 the tests
+fail without a mutant.
 """
 import argparse
 import concurrent.futures
+import fcntl
 import json
 import os
 import pathlib
@@ -15,6 +17,7 @@ import random
 import re
 import resource
 import shlex
+import shutil
 import subprocess
 import sys
 
@@ -177,6 +180,10 @@ def main():
     if given.list:
         print(*mutants, f"{len(mutants)} mutants", sep="\n")
         return 0
+    run([ROOT / "scripts" / "setup.sh", "gates"])
+    BUILD.mkdir(parents=True, exist_ok=True)
+    alone = open(BUILD.parent / ".mutants.lock", "w", encoding="utf-8")  # one run at a time in one folder
+    fcntl.flock(alone, fcntl.LOCK_EX)
     tests = Tests(given.worlds)
     if not tests.pass_with(BUILD / "tests" / "library_tests"):
         print("mutate.py: the tests fail without a mutant", file=sys.stderr)
@@ -184,7 +191,9 @@ def main():
 
     folders = queue.Queue()
     for job in range(given.jobs):
-        folders.put(BUILD / f"mutant{job}")
+        folder = BUILD / f"mutant{job}"
+        shutil.rmtree(folder, ignore_errors=True)  # a run that was killed leaves its change
+        folders.put(folder)
 
     def attempt(mutant):
         folder = folders.get()
@@ -204,14 +213,14 @@ def main():
                 unexplained += mutant.key() not in known
                 print("survived" + (", explained" if mutant.key() in known else ""), mutant, flush=True)
                 survivors.add(mutant.key())
-    if not given.paths and not given.sample:
-        for key in sorted(known - survivors):
-            print(f"{SURVIVORS.relative_to(ROOT)}: no longer survives: {key}")
+    stale = set() if given.paths or given.sample else known - survivors
+    for key in sorted(stale):
+        print(f"{SURVIVORS.relative_to(ROOT)}: no longer survives: {key}")
     tried = counts["killed"] + counts["survived"]
     percent = 100 * counts["killed"] / tried if tried else 0
     print(f"mutants: {counts['killed']} of {tried} killed ({percent:.1f} %), {counts['survived']} survived, "
           f"{unexplained} of them unexplained, {counts['not compiled']} not compiled")
-    return 0 if percent >= DEMANDED and unexplained == 0 else 1
+    return 0 if percent >= DEMANDED and unexplained == 0 and not stale else 1
 
 
 if __name__ == "__main__":

@@ -16,6 +16,8 @@ cd "$top/world"
 ln -s ../@Shape mine/@Linked # a link to a folder and a link to a file
 ln -s Shape.vk mine/@Shape/wave.vk
 "$program" store build support.jsonl >/dev/null
+sed 's/"supportStore"/"searchIndex": "search.cdb", &/' installation.json >indexed.json
+"$program" -i indexed.json index build >/dev/null
 
 # `faults COMMAND...`: a line CALL K FAULT for each fault to try: the K-th of each kind of system call that the command
 # makes on paths and descriptors, failing with each error and killing the program. The C library's other calls are left
@@ -55,8 +57,9 @@ try() {
 }
 
 echo wave >name
-# Each name by itself, then one in a view of the disk that was taken before.
-for words in wave units.metric.convert legacy private/helper '--from name'; do
+# Each name by itself, then one in a view of the disk that was taken before, then with an index.
+for words in wave units.metric.convert legacy private/helper '--from name' \
+  '-i indexed.json wave' '-i indexed.json --from name'; do
   read -ra command <<<"$program $words"
   "${command[@]}" >"$top/expected"
   faults "${command[@]}" >"$top/faults"

@@ -67,6 +67,11 @@ TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
         {[](const Resolver& r) { r.resolve(u"r"); }, // a target named twice is resolved twice, each when its turn comes
          {u"exists r", u"findBySymbol r", u"exists g", u"findBySymbol g", u"which g", u"exists g", u"findBySymbol g",
           u"which g", u"exists r", u"findBySymbol r", u"isOnKELPath r", u"isOnKELPath r", u"which r"}},
+        {[&](const Resolver& r) { // the last: without packages nothing is moved
+             world.spkgroot.reset();
+             r.findByPath(u"/s/none.vk");
+         },
+         {u"spkgroot", u"findByPath /s/none.vk"}},
     };
     for (const auto& test : cases) {
         const auto resolver = makeResolver(world);

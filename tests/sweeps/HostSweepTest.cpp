@@ -1,5 +1,6 @@
 // The stand-alone host, and the library over it, while memory is out and among many threads.
 #include "standalone/Installation.hpp"
+#include "standalone/SearchIndexBuilder.hpp"
 #include "standalone/SessionState.hpp"
 #include "tessgen/kelwhich/kelwhich.hpp"
 #include "tests/support/SupportStores.hpp"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -44,7 +46,8 @@ public:
             folder_.write("w/unasked" + std::to_string(i) + "/f.vk");
         }
         folder_.write("installation.json", R"({"searchPath": ["w", "library/a/folder/below/the/root", "none"],
-            "kelPath": ["kel"], "sourceCode": ["library"], "supportStore": "support.cdb", "builtins":
+            "kelPath": ["kel"], "sourceCode": ["library"], "supportStore": "support.cdb",
+            "searchIndex": "search.cdb", "builtins":
             [{"name": "f"}, {"name": "f", "class": "table"}, {"name": "a_long_name_of_a_built_in_function"}]})");
         standalone::buildSupportStore(
             folder_.write("records.jsonl", R"({"path": "kel/f.vk", "supportFlags": [true,false,false,false,false,false]}
@@ -52,12 +55,26 @@ public:
 {"path": "f", "builtin": true}
 )"),
             store(), folder_.path());
+        buildIndex(installation());
+    }
+
+    // As if every change were long past.
+    static standalone::IndexBuild buildIndex(const Installation& installation) {
+        constexpr std::time_t later = 10;
+        return standalone::buildSearchIndex(installation, installation.searchIndex.value(), [] {
+            return timespec{std::time(nullptr) + later, 0};
+        });
     }
 
     std::string store() const { return folder_.path("support.cdb"); }
     const std::string& root() const { return folder_.path(); }
     std::u16string path(const std::string& below) const { return standalone::toUTF16(folder_.path(below)).value(); }
     Installation installation() const { return standalone::readInstallation(folder_.path()); }
+    Installation withoutIndex() const {
+        auto installation = this->installation();
+        installation.searchIndex.reset();
+        return installation;
+    }
     Texts names() const {
         Texts all = {u"f", u"p.q.f", u"p.C", u"C.f", u"private/f", u"nothing.like_this_one", path("w/f.vk")};
         for (int i = 0; i < 40; ++i) {
@@ -84,13 +101,13 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
     const auto names = host.names();
     Answers expected;
     {
-        const Session alone(host.installation());
+        const Session alone(host.withoutIndex());
         expected = answersTo(names);
     }
     EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
     for (const auto view : {View::live, View::fixed}) {
         for (int round = 0; round < 10; ++round) {
-            const Session session(host.installation(), view);
+            const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), view);
             together([&](int number) {
                 for (std::size_t i = 0; i < names.size(); ++i) {
                     const auto at = (i + static_cast<std::size_t>(number)) % names.size();
@@ -116,7 +133,8 @@ TEST(HostSweep, InternsANameOnceForAllThreads) {
 #ifdef KELWHICH_SWEEPS_ALLOCATIONS
 TEST(HostSweep, OfEveryAllocation) {
     const SmallHost host;
-    const auto installation = host.installation();
+    const auto indexed = host.installation();
+    const auto listed = host.withoutIndex();
     std::size_t points = 0;
     const auto sweep = [&points](const std::string& name, const auto& make) {
         points += sweepAllocations(name, make, [] {});
@@ -130,7 +148,8 @@ TEST(HostSweep, OfEveryAllocation) {
                               store->findBySymbol(u"f").size());
         };
     });
-    for (const auto view : {View::live, View::fixed}) {
+    sweep("build the index", [&] { return [&] { return SmallHost::buildIndex(indexed).folders; }; });
+    const auto sweepSession = [&](const Installation& installation, View view) {
         sweep("open a session", [&, view] {
             return [&, view] {
                 const Session session(Installation(installation), view);
@@ -154,6 +173,10 @@ TEST(HostSweep, OfEveryAllocation) {
                 };
             });
         }
+    };
+    for (const auto view : {View::live, View::fixed}) {
+        sweepSession(listed, view);
+        sweepSession(indexed, view);
     }
     std::cout << "sweep: " << points << " failing allocations of the host\n";
     EXPECT_GT(points, 1000U);
