@@ -88,7 +88,7 @@ ROWS = [
     Row("lines of the public types' layout", build="true", run="scripts/check-abi.sh && wc -l tests/abi/layout.txt",
         figure=r"(\d+) tests", fault="a member more in a result", path="include/tessgen/kelwhich/WhichResult.hpp",
         old="    WhichResultType type;\n", new="    bool planted;\n    WhichResultType type;\n",
-        tells=r"(?m)^\+.*bool planted"),
+        tells=r"(?m)^\+.*\bplanted$"),
     Row("mutants killed", build="true", run="scripts/mutate.py", figure=r"(?m)^mutants: (.*killed.*)$",
         fault="each mutant is one"),
 ]
