@@ -53,21 +53,23 @@ public:
 private:
     std::optional<std::vector<Entry>> record(const std::string& folder, const Filter& wanted) const {
         const auto now = clock_();
-        struct stat status {};
+        FolderStatus status;
         auto found = entriesAndStatus(
             folder, [](std::string_view /*name*/) { return true; }, &status);
         if (!found) {
             return std::nullopt;
         }
-        const double seconds = secondsUntilChangesShow(status, now);
-        if (own_.is(status)) {
+        const double seconds = secondsUntilChangesShow(status.inode, now);
+        if (own_.is(status.inode)) {
             leftOut_.push_back(folder + ": changes whenever the index is written to it");
+        } else if (!timesTellChanges(status)) {
+            leftOut_.push_back(folder + ": is on a disk whose times do not tell every change");
         } else if (seconds > 0) {
             leftOut_.push_back(folder + ": changed just now, or is from the future");
             constexpr double longest = 2; // else it is from the future
             wait_ = seconds <= longest ? std::max(wait_.value_or(0), seconds) : wait_;
         } else {
-            folders_.push_back({folder, encodeFolder(stampOf(status), *found)});
+            folders_.push_back({folder, encodeFolder(status, *found)});
         }
         std::erase_if(*found, [&](const Entry& entry) { return !wanted(entry.name); });
         return found;
