@@ -2,6 +2,7 @@
 
 #include "standalone/DatabaseWriter.hpp"
 #include "standalone/FixedSearch.hpp"
+#include "standalone/LineReader.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/PathText.hpp"
 #include "standalone/SearchIndexFormat.hpp"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -101,19 +103,42 @@ IndexBuild write(RecordingFileTree tree, const std::string& output) {
     return {count, tree.takeLeftOut()};
 }
 
+// What is no index may be a file that is wanted. An index, also a damaged one or that of another version, is told by
+// its magic text.
+void refuseOtherFile(const std::string& output) {
+    struct stat status {};
+    if (stat(output.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
+        return;
+    }
+    std::string magic; // no line ends within it
+    appendUnits(magic, searchIndexKind.magic);
+    LineReader lines(output);
+    for (auto line = lines.next(); line; line = lines.next()) {
+        if (line->find(magic) != std::string_view::npos) {
+            return;
+        }
+    }
+    throw std::runtime_error(output + ": is no search index; remove it, or name another file with searchIndex");
+}
+
 } // namespace
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output) {
-    auto tree = recorded(installation, output, systemTime);
-    if (tree.wait()) {
-        constexpr double margin = 0.02; // the disk's clock and ours need not run alike
-        std::this_thread::sleep_for(std::chrono::duration<double>(*tree.wait() + margin));
-        return buildSearchIndex(installation, output, systemTime);
+    refuseOtherFile(output);
+    double seconds = 0.02; // the disk's clock and ours need not run alike
+    {
+        auto tree = recorded(installation, output, systemTime);
+        if (!tree.wait()) {
+            return write(std::move(tree), output);
+        }
+        seconds += *tree.wait();
     }
-    return write(std::move(tree), output);
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    return buildSearchIndex(installation, output, systemTime);
 }
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output, const Clock& clock) {
+    refuseOtherFile(output);
     return write(recorded(installation, output, clock), output);
 }
 
