@@ -119,8 +119,4 @@ std::string shellWord(std::string_view text) {
     return escaped(word) == word ? word : quotedWithCodes(text);
 }
 
-std::string counted(std::uint64_t count, std::string_view one) {
-    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
-}
-
 } // namespace tessgen::cli

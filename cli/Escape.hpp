@@ -1,7 +1,8 @@
 // Text made safe to look at.
 #pragma once
 
-#include <cstdint>
+#include "standalone/Text.hpp"
+
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,6 @@ std::string escapedJSON(std::string_view json);
 //   a\b      -> $'a\\b'
 std::string shellWord(std::string_view text);
 
-// "1 record", "2 records".
-std::string counted(std::uint64_t count, std::string_view one);
+using standalone::counted;
 
 } // namespace tessgen::cli

@@ -1,5 +1,7 @@
 #include "standalone/DatabaseFile.hpp"
 
+#include "standalone/FileTree.hpp"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <stdexcept>
@@ -13,8 +15,9 @@ namespace tessgen::standalone {
 
 namespace {
 
+// With what can be done.
 std::string errorText(int error) {
-    return std::generic_category().message(error);
+    return std::generic_category().message(error).append(adviceOn(error));
 }
 
 } // namespace
@@ -28,8 +31,10 @@ void DatabaseFile::map() {
     // Without O_NONBLOCK, opening a FIFO would wait for a writer.
     const int descriptor = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
-        fail(errno == ENOENT ? "there is no such " + std::string(kind_->name)
-                             : "cannot be opened: " + errorText(errno));
+        if (errno != ENOENT) {
+            refuse("cannot be opened: " + errorText(errno));
+        }
+        fail("there is no such " + std::string(kind_->name));
     }
     struct stat status {};
     const bool known = fstat(descriptor, &status) == 0;
@@ -38,10 +43,10 @@ void DatabaseFile::map() {
     const int error = errno;
     close(descriptor); // the mapping does not need it
     if (!known || (large && !mapped)) {
-        fail("cannot be read: " + errorText(error));
+        refuse("cannot be read: " + errorText(error));
     }
     if (!S_ISREG(status.st_mode)) {
-        fail("is not a regular file");
+        refuse("is not a regular file; remove it, or name another file");
     }
     if (!large) {
         fail("is not a " + std::string(kind_->name) + ", or is cut short");
@@ -58,7 +63,7 @@ void DatabaseFile::checkTableSlots(std::uint64_t fileSize) const {
         consistent = consistent && numberFrom(slots.substr(slot)) == tablesEnd;
         tablesEnd += std::uint64_t{numberFrom(slots.substr(slot + databaseSlotSize / 2))} * databasePlaceSize;
     }
-    if (!consistent) {
+    if (!consistent || tablesEnd > databaseSizeLimit) {
         fail("is not a " + std::string(kind_->name) + ", or is damaged");
     }
     if (tablesEnd != fileSize) {
@@ -125,8 +130,12 @@ std::string DatabaseFile::advice() const {
     return "; build it anew with: " + std::string(kind_->command);
 }
 
+void DatabaseFile::refuse(const std::string& what) const {
+    throw std::runtime_error(file_ + ": " + what);
+}
+
 void DatabaseFile::fail(const std::string& what) const {
-    throw std::runtime_error(file_ + ": " + what + advice());
+    refuse(what + advice());
 }
 
 void DatabaseFile::failDamaged(const std::string& damage) const {

@@ -1,6 +1,7 @@
 // A constant database of the host's own, opened for reading: its entries, each checked before it is handed out.
 //
-// The file is mapped. A build replaces it and never writes into it, so what is mapped stays what it was.
+// The file is mapped. It may only ever be replaced, as builds do, so that what is mapped stays what it was: a program
+// that has it open may end (SIGBUS) when another one writes into it or cuts it short in place.
 // Threads: any, at the same time.
 // Lifetime: entries are views into the file's memory.
 // Errors: std::runtime_error, one line that names the file and says what to do.
@@ -75,6 +76,7 @@ private:
     void map();
     void checkTableSlots(std::uint64_t fileSize) const;
     void readInfo();
+    [[noreturn]] void refuse(const std::string& what) const; // a new build would not help
     std::string advice() const;
     DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 

@@ -16,7 +16,7 @@ EntryReference DatabaseWriter::add(const std::string& key, std::string value) {
     const std::uint64_t size = size_ + databaseEntryHeaderSize + length + databaseTableSizePerEntry;
     if (size > sizeLimit_) {
         file_->fail("it would be larger than " + std::to_string(sizeLimit_)
-                    + " bytes, the most that its format holds; build it from fewer records");
+                    + " bytes, the most that its format holds; build it from less");
     }
     const EntryReference reference{static_cast<std::uint32_t>(position_), static_cast<std::uint32_t>(length), checksum};
     file_->append(encodeNumber(static_cast<std::uint32_t>(key.size()))

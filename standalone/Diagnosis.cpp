@@ -1,6 +1,7 @@
 #include "standalone/Diagnosis.hpp"
 
 #include "standalone/SearchIndexCheck.hpp"
+#include "standalone/Text.hpp"
 
 #include <algorithm>
 #include <array>
@@ -93,7 +94,7 @@ void checkIndex(const Examined& examined, Findings& findings) {
         const auto use = useOf(*examined.index, examined.installation);
         if (use.changed.size() * 2 >= use.folders && use.folders > 0) {
             findings.push_back({Trap::searchIndexOutdated, *file + ": " + std::to_string(use.changed.size()) + " of "
-                                                               + std::to_string(use.folders) + " folders"});
+                                                               + counted(use.folders, "folder")});
         }
     }
 }

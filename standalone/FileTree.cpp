@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -100,6 +102,18 @@ Kind kindOfEntry(const OpenFolder& folder, const dirent64& entry) {
     }
 }
 
+// False, with errno, when the system does not tell.
+bool readStatus(int folder, FolderStatus& status) {
+    struct statfs disk {};
+    if (fstat(folder, &status.inode) != 0 || fstatfs(folder, &disk) != 0) {
+        return false;
+    }
+    status.fileSystem = static_cast<std::uint32_t>(disk.f_type);
+    // A disk with access lists of another kind says that it knows none of these.
+    status.hasNoAccessList = fgetxattr(folder, "system.posix_acl_access", nullptr, 0) < 0 && errno == ENODATA;
+    return true;
+}
+
 bool isTooLong(std::size_t pathSize) {
     return pathSize >= PATH_MAX;
 }
@@ -149,7 +163,7 @@ std::string_view adviceOn(int error) {
 }
 
 std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& folder, const FileTree::Filter& wanted,
-                                                             struct stat* status) {
+                                                             FolderStatus* status) {
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
@@ -158,7 +172,7 @@ std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& 
         failUnlessAbsent(folder);
         return std::nullopt;
     }
-    if (status != nullptr && fstat(opened.descriptor(), status) != 0) {
+    if (status != nullptr && !readStatus(opened.descriptor(), *status)) {
         throw DiskError(errno, folder);
     }
     std::vector<FileTree::Entry> found;

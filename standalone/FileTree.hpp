@@ -4,6 +4,7 @@
 // Threads: const operations may be called concurrently on every implementation.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -42,10 +43,16 @@ public:
     std::optional<Kind> kindOf(const std::string& path) const override;
 };
 
-// As RealFileTree::entries; `status`, unless it is null, becomes what the system says of that very folder before it is
-// listed.
+// What the system says of a folder.
+struct FolderStatus {
+    struct stat inode {};
+    std::uint32_t fileSystem = 0; // its magic number
+    bool hasNoAccessList = false; // the mode alone tells who may list it; false also when that is not known
+};
+
+// As RealFileTree::entries; `status`, unless it is null, becomes that of the very folder before it is listed.
 std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& folder, const FileTree::Filter& wanted,
-                                                             struct stat* status);
+                                                             FolderStatus* status);
 
 // The path that leads to the same place on the disk without links; nothing when there is none.
 // Errors: those of RealFileTree.

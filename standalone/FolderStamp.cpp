@@ -1,6 +1,9 @@
 #include "standalone/FolderStamp.hpp"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <linux/magic.h>
 
 namespace tessgen::standalone {
 
@@ -8,6 +11,18 @@ FolderStamp stampOf(const struct stat& status) {
     const auto number = [](auto value) { return static_cast<std::uint64_t>(value); };
     return {number(status.st_dev),          number(status.st_ino),         number(status.st_mtim.tv_sec),
             number(status.st_mtim.tv_nsec), number(status.st_ctim.tv_sec), number(status.st_ctim.tv_nsec)};
+}
+
+bool timesTellChanges(const FolderStatus& status) {
+    constexpr auto silent = std::to_array<std::uint32_t>(
+        {MSDOS_SUPER_MAGIC, EXFAT_SUPER_MAGIC, ISOFS_SUPER_MAGIC, SQUASHFS_MAGIC, EROFS_SUPER_MAGIC_V1});
+    return std::find(silent.begin(), silent.end(), status.fileSystem) == silent.end()
+           && status.inode.st_ctim.tv_sec != 0;
+}
+
+bool isForAll(const FolderStatus& status) {
+    constexpr auto readableByAll = S_IRUSR | S_IRGRP | S_IROTH;
+    return (status.inode.st_mode & readableByAll) == readableByAll && status.hasNoAccessList;
 }
 
 double secondsUntilChangesShow(const struct stat& status, const timespec& now) {

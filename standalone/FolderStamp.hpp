@@ -3,6 +3,8 @@
 // Threads: any.
 #pragma once
 
+#include "standalone/FileTree.hpp"
+
 #include <array>
 #include <cstdint>
 #include <ctime>
@@ -15,6 +17,13 @@ namespace tessgen::standalone {
 using FolderStamp = std::array<std::uint64_t, 6>;
 
 FolderStamp stampOf(const struct stat& status);
+
+// Whether every change of the folder gives it another time of its inode. Not so on disks that have no such time (FAT),
+// and on those that are written as a whole, where another one has the same times.
+bool timesTellChanges(const FolderStatus& status);
+
+// Whether every user may list the folder, as long as it has this stamp.
+bool isForAll(const FolderStatus& status);
 
 // How many seconds after `now` a change of the folder surely gives it another stamp; 0 or less: already. The clock of
 // some disks goes in steps of two seconds (FAT), so a change may have the time of one that came up to so long before.

@@ -10,13 +10,11 @@ namespace tessgen::standalone {
 
 namespace {
 
-// Whether the folder is the one with that stamp, and the user may list it, who need not be the one who built the index.
-bool isThere(const std::string& folder, const FolderStamp& stamp) {
-    constexpr auto readableByAll = S_IRUSR | S_IRGRP | S_IROTH;
+// Whether the folder is the recorded one, and the user may list it, who need not be the one who built the index.
+bool isThere(const std::string& folder, const IndexedFolder& recorded) {
     struct stat status {};
-    return stat(folder.c_str(), &status) == 0 && stampOf(status) == stamp
-           && ((status.st_mode & readableByAll) == readableByAll
-               || faccessat(AT_FDCWD, folder.c_str(), R_OK, AT_EACCESS) == 0);
+    return stat(folder.c_str(), &status) == 0 && stampOf(status) == recorded.stamp
+           && (recorded.isForAll || faccessat(AT_FDCWD, folder.c_str(), R_OK, AT_EACCESS) == 0);
 }
 
 } // namespace
@@ -29,11 +27,11 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
     if (!entry) {
         return std::nullopt;
     }
-    const auto stamp = decodeStamp(entry->value);
-    if (stamp && !isThere(folder, *stamp)) {
+    const auto recorded = decodeFolder(entry->value);
+    if (recorded && !isThere(folder, *recorded)) {
         return std::nullopt;
     }
-    auto entries = decodeEntries(entry->value, wanted);
+    auto entries = recorded ? decodeEntries(recorded->entries, wanted) : std::nullopt;
     if (!entries) {
         file_.failDamaged("a folder is not in the index's format");
     }

@@ -2,6 +2,7 @@
 
 #include "standalone/DatabaseWriter.hpp"
 #include "standalone/FixedSearch.hpp"
+#include "standalone/LineReader.hpp"
 #include "standalone/NewFile.hpp"
 #include "standalone/PathText.hpp"
 #include "standalone/SearchIndexFormat.hpp"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -53,21 +55,23 @@ public:
 private:
     std::optional<std::vector<Entry>> record(const std::string& folder, const Filter& wanted) const {
         const auto now = clock_();
-        struct stat status {};
+        FolderStatus status;
         auto found = entriesAndStatus(
             folder, [](std::string_view /*name*/) { return true; }, &status);
         if (!found) {
             return std::nullopt;
         }
-        const double seconds = secondsUntilChangesShow(status, now);
-        if (own_.is(status)) {
+        const double seconds = secondsUntilChangesShow(status.inode, now);
+        if (own_.is(status.inode)) {
             leftOut_.push_back(folder + ": changes whenever the index is written to it");
+        } else if (!timesTellChanges(status)) {
+            leftOut_.push_back(folder + ": is on a disk whose times do not tell every change");
         } else if (seconds > 0) {
             leftOut_.push_back(folder + ": changed just now, or is from the future");
             constexpr double longest = 2; // else it is from the future
             wait_ = seconds <= longest ? std::max(wait_.value_or(0), seconds) : wait_;
         } else {
-            folders_.push_back({folder, encodeFolder(stampOf(status), *found)});
+            folders_.push_back({folder, encodeFolder(status, *found)});
         }
         std::erase_if(*found, [&](const Entry& entry) { return !wanted(entry.name); });
         return found;
@@ -99,19 +103,42 @@ IndexBuild write(RecordingFileTree tree, const std::string& output) {
     return {count, tree.takeLeftOut()};
 }
 
+// What is no index may be a file that is wanted. An index, also a damaged one or that of another version, is told by
+// its magic text.
+void refuseOtherFile(const std::string& output) {
+    struct stat status {};
+    if (stat(output.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
+        return;
+    }
+    std::string magic; // no line ends within it
+    appendUnits(magic, searchIndexKind.magic);
+    LineReader lines(output);
+    for (auto line = lines.next(); line; line = lines.next()) {
+        if (line->find(magic) != std::string_view::npos) {
+            return;
+        }
+    }
+    throw std::runtime_error(output + ": is no search index; remove it, or name another file with searchIndex");
+}
+
 } // namespace
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output) {
-    auto tree = recorded(installation, output, systemTime);
-    if (tree.wait()) {
-        constexpr double margin = 0.02; // the disk's clock and ours need not run alike
-        std::this_thread::sleep_for(std::chrono::duration<double>(*tree.wait() + margin));
-        return buildSearchIndex(installation, output, systemTime);
+    refuseOtherFile(output);
+    double seconds = 0.02; // the disk's clock and ours need not run alike
+    {
+        auto tree = recorded(installation, output, systemTime);
+        if (!tree.wait()) {
+            return write(std::move(tree), output);
+        }
+        seconds += *tree.wait();
     }
-    return write(std::move(tree), output);
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    return buildSearchIndex(installation, output, systemTime);
 }
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output, const Clock& clock) {
+    refuseOtherFile(output);
     return write(recorded(installation, output, clock), output);
 }
 

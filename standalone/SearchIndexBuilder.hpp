@@ -20,8 +20,9 @@ struct IndexBuild {
 // Lists what a FixedSearch lists, and writes it to a new file, which then takes the place of `output` (an absolute
 // path) in one rename. When anything fails, `output` is as it was. Folders that changed less than two seconds ago are
 // waited for and listed again. Left out are those that keep changing, that are from the future, that cannot be read,
-// and the one that the index is written to, which changes by that.
-// Errors: std::runtime_error with one line: the file cannot be written, or would outgrow the 4 GiB of its format.
+// that are on a disk whose times do not tell every change, and the one that the index is written to.
+// Errors: std::runtime_error with one line: `output` holds something else than an index, the file cannot be written, or
+// would outgrow the 4 GiB of its format.
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output);
 
 // The same at a time of one's own, without waiting.

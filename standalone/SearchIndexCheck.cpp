@@ -20,7 +20,9 @@ private:
     bool checkEntry(const DatabaseEntry& entry) override {
         const auto all = [](std::string_view /*name*/) { return true; };
         const auto found = DatabaseSearch(file(), entry.key).next();
-        return expect(entry.key.starts_with('/') && decodeEntries(entry.value, all), "no build writes such a folder")
+        const auto folder = decodeFolder(entry.value);
+        return expect(entry.key.starts_with('/') && folder && decodeEntries(folder->entries, all),
+                      "no build writes such a folder")
                && expect(found && found->key.data() == entry.key.data(), "the folder is not found by its path");
     }
 };
@@ -35,9 +37,9 @@ public:
             ++use_.folders;
             return known;
         }
-        struct stat status {};
+        FolderStatus status;
         auto found = entriesAndStatus(folder, wanted, &status);
-        if (found && !own_.is(status)) {
+        if (found && !own_.is(status.inode)) {
             ++use_.folders;
             use_.changed.push_back(folder);
         }

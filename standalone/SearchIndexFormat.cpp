@@ -9,15 +9,19 @@ namespace tessgen::standalone {
 namespace {
 
 constexpr std::string_view kindLetters = "fdlo"; // in the order of FileTree::Kind
+constexpr char forAll = 'a';
+constexpr char forSome = 's'; // each user is to be asked for
 
 using NameLength = std::uint16_t;
 constexpr std::size_t nameOffset = 1 + sizeof(NameLength);
 
 } // namespace
 
-std::string encodeFolder(const FolderStamp& stamp, const std::vector<FileTree::Entry>& entries) {
+std::string encodeFolder(const FolderStatus& status, const std::vector<FileTree::Entry>& entries) {
+    const auto stamp = stampOf(status.inode);
     std::string value(sizeof stamp, '\0');
     std::memcpy(value.data(), stamp.data(), sizeof stamp);
+    value += isForAll(status) ? forAll : forSome;
     for (const auto& entry : entries) {
         value += kindLetters[static_cast<std::size_t>(entry.kind)];
         const auto length = static_cast<NameLength>(entry.name.size()); // the system tells no longer ones
@@ -26,21 +30,18 @@ std::string encodeFolder(const FolderStamp& stamp, const std::vector<FileTree::E
     return value;
 }
 
-std::optional<FolderStamp> decodeStamp(std::string_view value) {
+std::optional<IndexedFolder> decodeFolder(std::string_view value) {
     FolderStamp stamp{};
-    if (value.size() < sizeof stamp) {
+    if (value.size() <= sizeof stamp || (value[sizeof stamp] != forAll && value[sizeof stamp] != forSome)) {
         return std::nullopt;
     }
     std::memcpy(stamp.data(), value.data(), sizeof stamp);
-    return stamp;
+    return IndexedFolder{stamp, value[sizeof stamp] == forAll, value.substr(sizeof stamp + 1)};
 }
 
-std::optional<std::vector<FileTree::Entry>> decodeEntries(std::string_view value, const FileTree::Filter& wanted) {
-    if (value.size() < sizeof(FolderStamp)) {
-        return std::nullopt;
-    }
+std::optional<std::vector<FileTree::Entry>> decodeEntries(std::string_view entries, const FileTree::Filter& wanted) {
     std::vector<FileTree::Entry> found;
-    for (auto rest = value.substr(sizeof(FolderStamp)); !rest.empty();) {
+    for (auto rest = entries; !rest.empty();) {
         NameLength length = 0;
         if (rest.size() > nameOffset) {
             std::memcpy(&length, rest.data() + 1, sizeof length);

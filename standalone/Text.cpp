@@ -77,4 +77,8 @@ std::size_t distance(std::string_view from, std::string_view to, std::size_t mos
     return row.back();
 }
 
+std::string counted(std::uint64_t count, std::string_view one) {
+    return std::to_string(count).append(" ").append(one).append(count == 1 ? "" : "s");
+}
+
 } // namespace tessgen::standalone

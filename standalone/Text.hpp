@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,5 +24,8 @@ std::vector<std::string> split(std::string_view text, char separator);
 // How many bytes must be changed, added or taken out to get from one text to the other; when that is more than `most`,
 // some number that is more.
 std::size_t distance(std::string_view from, std::string_view to, std::size_t most = std::string_view::npos);
+
+// "1 record", "2 records".
+std::string counted(std::uint64_t count, std::string_view one);
 
 } // namespace tessgen::standalone

@@ -251,7 +251,7 @@ TEST(DatabaseWriter, FillsTheFormatsLimitAndNotOneByteMore) {
     EXPECT_EQ(sizeWithin(size), size);
     EXPECT_EQ(errorOf([&] { sizeWithin(size - 1); }),
               folder.path("limited.cdb: cannot be written, and is as it was: it would be larger than ")
-                  + std::to_string(size - 1) + " bytes, the most that its format holds; build it from fewer records");
+                  + std::to_string(size - 1) + " bytes, the most that its format holds; build it from less");
 }
 
 TEST(Checksum, IsTheOneThatIsCalledCRC32) {

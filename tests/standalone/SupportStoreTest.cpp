@@ -139,6 +139,17 @@ Entries infoEntry(std::u16string_view magic, std::uint32_t version, const std::s
                          encodeInfo({std::u16string(magic), version, 0, u"/opt/orvak"}) + more)};
 }
 
+// A whole store, but for its last table, which fills more than the 4 GiB that a store may have.
+std::string beyondLimit(const TemporaryFolder& folder, const std::string& good) {
+    auto content = contentOf(good);
+    constexpr std::uint32_t places = 1U << 29U;
+    const auto lastCount = databaseHeaderSize - databaseSlotSize / 2;
+    const auto count = encodeNumber(numberFrom(std::string_view(content).substr(lastCount)) + places);
+    const auto file = folder.write("long.cdb", content.replace(lastCount, count.size(), count));
+    std::filesystem::resize_file(file, content.size() + std::uint64_t{places} * databasePlaceSize);
+    return file;
+}
+
 TEST(SupportStore, SaysWhatIsWrongWithTheFile) {
     const TemporaryFolder folder;
     const auto good = buildStore(folder, test::recordsOfEveryForm);
@@ -150,11 +161,10 @@ TEST(SupportStore, SaysWhatIsWrongWithTheFile) {
                        + std::to_string(size) + " were written";
     const std::vector<std::array<std::string, 2>> cases = {
         {openingError(folder.path("none")), "none: there is no such support store"},
-        {openingError(folder.makeFolder("folder")), "folder: is not a regular file"},
-        {openingError(fifo), "fifo: is not a regular file"},
         {openingError(folder.write("small", "text")), "small: is not a support store, or is cut short"},
         {openingError(folder.write("text", std::string(4096, 'x'))), "text: is not a support store, or is damaged"},
         {openingError(folder.write("grown.cdb", contentOf(good) + '\0')), grown},
+        {openingError(beyondLimit(folder, good)), "long.cdb: is not a support store, or is damaged"},
         {openingError(good, "/opt/orvak2"),
          R"(support.cdb: was built for the root "/opt/orvak", not for "/opt/orvak2")"},
         {openingError(folder.write("zeros", std::string(2048, '\0'))), "zeros: is not a support store, or is damaged"},
@@ -170,6 +180,9 @@ TEST(SupportStore, SaysWhatIsWrongWithTheFile) {
     };
     for (const auto& [error, what] : cases) {
         EXPECT_EQ(error, inFull(what));
+    }
+    for (const auto& file : {folder.makeFolder("folder"), fifo}) {
+        EXPECT_EQ(openingError(file), file + ": is not a regular file; remove it, or name another file");
     }
     EXPECT_EQ(openingError(folder.link("link", good)), "no error");
 }
