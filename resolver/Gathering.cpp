@@ -15,8 +15,8 @@ namespace {
 
 // A file that only the files of the folder above may use. One in a class's private folder belongs to the class.
 bool liesInPrivateFolder(const WhichResult& result) {
-    return isFile(result) && !getClassFolderInfo(result.path)
-           && sameText(fileName(parentDirectory(result.path)), u"private");
+    return isFile(result) && sameText(fileName(parentDirectory(result.path)), u"private")
+           && !getClassFolderInfo(result.path);
 }
 
 } // namespace

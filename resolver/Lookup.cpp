@@ -11,7 +11,8 @@ namespace tessgen::kelwhich {
 
 std::optional<KELWhichResolver::BasicSupportEntry> KELWhichResolver::findByPath(const std::u16string& path) const {
     const auto packages = fileSystem_->spkgroot();
-    auto record = metadata_->findByPath(packages ? replacePrefix(path, *packages, fileSystem_->orvakroot()) : path);
+    auto record = packages ? metadata_->findByPath(replacePrefix(path, *packages, fileSystem_->orvakroot()))
+                           : metadata_->findByPath(path);
     if (!record) {
         return std::nullopt;
     }

@@ -2,7 +2,9 @@
 
 #include "standalone/FileTree.hpp"
 
+#include <array>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/mman.h>
@@ -154,20 +156,21 @@ DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) :
     unseen_ = numberFrom(slot.substr(databaseSlotSize / 2));
     if (unseen_ > 0) {
         table_ = file.bytes(numberFrom(slot), static_cast<std::uint32_t>(unseen_ * databasePlaceSize));
-        place_ = hash_ / slots % unseen_;
+        place_ = hash_ / slots % unseen_ * databasePlaceSize;
     }
 }
 
 std::optional<DatabaseEntry> DatabaseSearch::next() {
     for (; unseen_ > 0; --unseen_) {
-        const auto place = table_.substr(place_ * databasePlaceSize, databasePlaceSize);
-        place_ = (place_ + 1) * databasePlaceSize == table_.size() ? 0 : place_ + 1;
-        const auto position = numberFrom(place.substr(databasePlaceSize / 2));
+        std::array<std::uint32_t, 2> place{}; // that is looked at a dozen times for each key, so without checks
+        std::memcpy(place.data(), &table_[place_], sizeof place);
+        place_ = place_ + databasePlaceSize == table_.size() ? 0 : place_ + databasePlaceSize;
+        const auto [hash, position] = place;
         if (position == 0) { // a place that is free ends the search
             unseen_ = 0;
             break;
         }
-        if (numberFrom(place) != hash_) {
+        if (hash != hash_) {
             continue;
         }
         const auto header = file_->bytes(position, databaseEntryHeaderSize);

@@ -103,7 +103,7 @@ private:
     std::string_view key_;
     std::uint32_t hash_ = 0;
     std::string_view table_; // the hash table that may lead to the key
-    std::size_t place_ = 0;  // in it, the next one to look at
+    std::size_t place_ = 0;  // where in it the next one to look at begins
     std::size_t unseen_ = 0; // how many places are still to be looked at
 };
 

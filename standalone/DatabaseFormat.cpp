@@ -48,11 +48,7 @@ void appendNumber(std::string& bytes, std::uint32_t number) {
 }
 
 void appendUnits(std::string& bytes, std::u16string_view text) {
-    const auto at = bytes.size();
-    bytes.resize(at + text.size() * sizeof(char16_t));
-    if (!text.empty()) {
-        std::memcpy(bytes.data() + at, text.data(), text.size() * sizeof(char16_t));
-    }
+    bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
 }
 
 void appendText(std::string& bytes, std::u16string_view text) {

@@ -36,7 +36,10 @@ Arrays callWhichString(const Arrays& arguments) {
         lines.emplace_back(std::move(place.line));
         partners.emplace_back(std::move(place.partner));
     }
-    return {makeStringColumn(std::move(lines)), makeStringColumn(std::move(partners))};
+    Arrays outputs(2);
+    outputs[0] = makeStringColumn(std::move(lines));
+    outputs[1] = makeStringColumn(std::move(partners));
+    return outputs;
 }
 
 Arrays getSupportPackageRoot() {

@@ -23,6 +23,12 @@ struct SymbolFile {
     std::uint32_t extension; // its first place in the list, which may hold it again
 };
 
+// The first place of an extension in the list, or the list's size.
+std::uint32_t placeOf(std::string_view extension, const std::vector<std::string>& extensions) {
+    const auto place = std::find(extensions.begin(), extensions.end(), extension);
+    return static_cast<std::uint32_t>(std::distance(extensions.begin(), place));
+}
+
 // The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
 std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::string>& extensions) {
     const std::string_view name = entry.name;
@@ -30,11 +36,8 @@ std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::
     if (dot == std::string_view::npos || dot == 0) {
         return std::nullopt;
     }
-    const auto extension = std::find(extensions.begin(), extensions.end(), name.substr(dot + 1));
-    return extension == extensions.end()
-               ? std::nullopt
-               : std::optional(SymbolFile{name.substr(0, dot),
-                                          static_cast<std::uint32_t>(std::distance(extensions.begin(), extension))});
+    const std::uint32_t extension = placeOf(name.substr(dot + 1), extensions);
+    return extension == extensions.size() ? std::nullopt : std::optional(SymbolFile{name.substr(0, dot), extension});
 }
 
 // What a question may ask for in a listing.
@@ -42,8 +45,8 @@ FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
     return [&extensions](std::string_view name) {
         return isPackageClassOrPrivate(name)
                || std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
-                      return name.size() > extension.size() && name.ends_with(extension)
-                             && name[name.size() - extension.size() - 1] == '.';
+                      return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
+                             && name.ends_with(extension);
                   });
     };
 }
@@ -54,7 +57,11 @@ FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
 class SearchPathWalk {
 public:
     SearchPathWalk(const Installation& installation, FixedSearch& search)
-        : extensions_(installation.extensions), search_(search) {}
+        : extensions_(installation.extensions), search_(search) {
+        for (const std::string& extension : extensions_) {
+            firstPlaces_.push_back(placeOf(extension, extensions_));
+        }
+    }
 
     void addSearchFolder(const std::string& folder) {
         try {
@@ -187,7 +194,7 @@ private:
                   Wanted wanted) {
         for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
             for (const SymbolFile& file : files) {
-                if (extensions_[file.extension] == extensions_[extension] && wanted(file.symbol)) {
+                if (file.extension == firstPlaces_[extension] && wanted(file.symbol)) {
                     search_.index_.add(prefix, file.symbol, folder, extension);
                 }
             }
@@ -214,6 +221,7 @@ private:
     void markUnsure(std::string_view names) { search_.unsure_.emplace(names.substr(0, names.find('.'))); }
 
     const std::vector<std::string>& extensions_;
+    std::vector<std::uint32_t> firstPlaces_; // of each extension in the list
     FixedSearch& search_;
 };
 

@@ -32,33 +32,30 @@ public:
     std::string_view symbolAt(std::size_t index) const;
 
 private:
-    struct Text {
-        std::size_t begin;
-        std::size_t length;
-    };
     struct File {
         std::uint32_t folder;
         std::uint32_t extension;
         std::uint32_t next; // the symbol's next file; `none` after the last
     };
     struct Symbol {
-        Text text;
-        std::size_t hash;
-        std::uint32_t firstFile;
-        std::uint32_t lastFile;
+        std::size_t begin; // in `texts_`
+        std::uint32_t length;
+        std::uint32_t hash;
+        File first;         // here, since most symbols have one, and each look elsewhere costs
+        std::uint32_t last; // `none` when there is one
     };
     static constexpr std::uint32_t none = UINT32_MAX;
 
-    std::string_view textOf(const Text& text) const { return {texts_.data() + text.begin, text.length}; }
+    std::string_view textOf(const Symbol& symbol) const { return {texts_.data() + symbol.begin, symbol.length}; }
     // The slot that holds the symbol's number, or the empty one where it belongs.
-    std::size_t slotOf(std::size_t hash, std::string_view prefix, std::string_view name) const;
+    std::size_t slotOf(std::uint32_t hash, std::string_view prefix, std::string_view name) const;
     void grow();
 
-    std::string texts_; // of folders, extensions and symbols
-    std::vector<Text> folders_;
-    std::vector<Text> extensions_;
+    std::string texts_;                   // of symbols
+    std::vector<std::u16string> folders_; // with a "/" behind them, as files are handed out
+    std::vector<std::u16string> extensions_;
     std::vector<Symbol> symbols_;
-    std::vector<File> files_;
+    std::vector<File> files_;          // of all symbols, without the first ones
     std::vector<std::uint32_t> slots_; // numbers of symbols, or `none`; a power of two, at most half of them taken
 };
 

@@ -10,6 +10,13 @@ namespace tessgen::standalone {
 
 namespace {
 
+// The key of a question, in memory that each thread keeps: one look-up at a time needs it.
+const std::string& keyOf(EntryKind kind, std::u16string_view text) {
+    thread_local std::string key;
+    encodeKey(key, kind, text);
+    return key;
+}
+
 SupportRecord decode(const DatabaseFile& file, const DatabaseEntry& entry) {
     auto record = decodeRecord(entry.key, entry.value);
     if (!record) {
@@ -44,15 +51,14 @@ const std::u16string& SupportStore::root() const {
 }
 
 std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
-    const auto entry = DatabaseSearch(*file_, encodeKey(EntryKind::file, path)).next();
+    const auto entry = DatabaseSearch(*file_, keyOf(EntryKind::file, path)).next();
     return entry ? std::optional(recordOf(*file_, *entry)) : std::nullopt;
 }
 
 std::vector<SupportStore::Record> SupportStore::findBySymbol(std::u16string_view symbol) const {
     std::vector<Record> records;
     std::uint32_t last = 0; // no entry begins there
-    const auto key = encodeKey(EntryKind::name, symbol);
-    DatabaseSearch search(*file_, key);
+    DatabaseSearch search(*file_, keyOf(EntryKind::name, symbol));
     while (const auto entry = search.next()) {
         const auto reference = decodeReference(entry->value);
         if (!reference || reference->position <= last) {

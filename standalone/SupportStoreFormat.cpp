@@ -13,10 +13,13 @@ constexpr std::uint32_t redirectFlag = 1U << 6U; // above the six support flags
 
 std::string encodeKey(EntryKind kind, std::u16string_view text) {
     std::string key;
-    key.reserve(1 + text.size() * sizeof(char16_t));
-    key += static_cast<char>(kind);
-    appendUnits(key, text);
+    encodeKey(key, kind, text);
     return key;
+}
+
+void encodeKey(std::string& key, EntryKind kind, std::u16string_view text) {
+    key.assign(1, static_cast<char>(kind));
+    appendUnits(key, text);
 }
 
 std::string encodeRecord(const SupportRecord& record) {

@@ -28,6 +28,7 @@ inline constexpr DatabaseKind supportStoreKind{storeMagic, storeVersion, "suppor
                                                "kelwhich store build RECORDS.jsonl"};
 
 std::string encodeKey(EntryKind kind, std::u16string_view text = {});
+void encodeKey(std::string& key, EntryKind kind, std::u16string_view text); // in place of what `key` holds
 std::string encodeRecord(const SupportRecord& record);
 std::string encodeReference(const EntryReference& reference);
 
