@@ -27,8 +27,8 @@ using Record = std::shared_ptr<const SupportEntry>;
 
 class Host final : public WhichResolver {
     std::vector<WhichResult> which(const std::u16string& name) const override {
-        return {{u"/work/@Shape/" + name + u".vk", WhichResultType::ORVAKPath},
-                {u"/work/" + name + u".vk", WhichResultType::ORVAKPath},
+        return {{u"/mine/@Shape/" + name + u".vk", WhichResultType::ORVAKPath},
+                {u"/mine/" + name + u".vk", WhichResultType::ORVAKPath},
                 {u"/host/library/signal/" + name + u".vkx", WhichResultType::ORVAKPath},
                 {name, WhichResultType::ORVAKBuiltin}};
     }
@@ -58,7 +58,7 @@ const KELWhichResolver& resolver() {
 }
 
 const std::u16string name = u"wavelength";
-const std::u16string path = u"/work/+a/+b/+c/+d/+e/+f/+g/@Wavelength/private/Wavelength.vk";
+const std::u16string path = u"/mine/+a/+b/+c/+d/+e/+f/+g/@Wavelength/private/Wavelength.vk";
 
 struct What {
     std::string_view word;
@@ -69,7 +69,7 @@ constexpr std::array whats{
     What{"resolve", [] { return resolver().resolve(name).size() == 5; }},
     What{"explain", [] { return resolver().explain(name).resolutions.front().candidates.size() == 5; }},
     What{"getClassFolderInfo", [] { return getClassFolderInfo(path)->className == u"Wavelength"; }},
-    What{"packageRootFolder", [] { return packageRootFolder(path) == u"/work"; }},
+    What{"packageRootFolder", [] { return packageRootFolder(path) == u"/mine"; }},
     What{"fileStem", [] { return fileStem(path) == u"Wavelength" && fileExtension(path) == u"vk"; }},
     What{"qualifiedNameForPath", [] { return qualifiedNameForPath(path) == u"a.b.c.d.e.f.g.Wavelength"; }},
 };

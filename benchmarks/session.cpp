@@ -74,7 +74,7 @@ Names readNames(const char* file) {
 
 template <typename Helper>
 void path(benchmark::State& state, Helper helper) {
-    const std::u16string path = u"/work/signal/+wave/+inner/@Shape/private/area.vk";
+    const std::u16string path = u"/mine/signal/+wave/+inner/@Shape/private/area.vk";
     for (auto unused : state) {
         benchmark::DoNotOptimize(helper(path));
     }

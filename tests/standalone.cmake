@@ -4,6 +4,7 @@ add_unit_tests(
   SOURCES
   standalone/DiagnosisTest.cpp
   standalone/FixedSearchTest.cpp
+  standalone/FolderStampTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp
