@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets everything up, builds, and runs all tests. Usage: scripts/test.sh [PRESET]
-# PRESET is dev (the default), clang, asan or tsan. Can be run again at once: only what changed is built anew.
+# PRESET is dev (the default), clang, asan (clang too, with its address and undefined-behaviour sanitizers) or tsan.
+# Can be run again at once: only what changed is built anew.
 set -euo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
