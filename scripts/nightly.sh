@@ -6,25 +6,12 @@ set -uo pipefail
 unset CDPATH
 cd "$(dirname "$0")/.."
 
-passed=0
-failed=0
-step() {
-  local name=$1
-  shift
-  echo "=== $name"
-  if "$@"; then
-    passed=$((passed + 1))
-  else
-    failed=$((failed + 1))
-    echo "=== $name: FAILED"
-  fi
-}
+. scripts/gates.sh
 
-step "set-up" scripts/setup.sh gates
-step "every mutant of the library" scripts/mutate.py
-step "an hour of fuzzing" scripts/fuzz.sh 720 # for each of five targets
-step "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
-step "the tests" scripts/test.sh
-step "the tests with the thread sanitizer" scripts/test.sh tsan
-echo "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+gate "set-up" scripts/setup.sh gates
+gate "every mutant of the library" scripts/mutate.py
+gate "an hour of fuzzing" scripts/fuzz.sh 720 # for each of five targets
+gate "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
+gate "the tests" scripts/test.sh
+gate "the tests with the thread sanitizer" scripts/test.sh tsan
+tell_gates
