@@ -4,7 +4,6 @@
 #include "standalone/Text.hpp"
 
 #include <algorithm>
-#include <utility>
 
 namespace tessgen::standalone {
 
@@ -13,20 +12,15 @@ bool isPackageClassOrPrivate(std::string_view name) {
 }
 
 std::vector<const FileTree::Entry*> classFolders(const std::vector<FileTree::Entry>& entries) {
-    std::vector<std::pair<std::u16string, const FileTree::Entry*>> keyed;
+    std::vector<const FileTree::Entry*> sorted;
+    sorted.reserve(entries.size());
     for (const FileTree::Entry& entry : entries) {
-        if (entry.name.starts_with('@')) {
-            if (auto key = toUTF16(entry.name)) {
-                keyed.emplace_back(std::move(*key), &entry);
-            }
+        if (entry.name.starts_with('@') && isUTF8(entry.name)) {
+            sorted.push_back(&entry);
         }
     }
-    std::sort(keyed.begin(), keyed.end());
-    std::vector<const FileTree::Entry*> sorted;
-    sorted.reserve(keyed.size());
-    for (const auto& [key, entry] : keyed) {
-        sorted.push_back(entry);
-    }
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto* a, const auto* b) { return isBeforeInUTF16(a->name, b->name); });
     return sorted;
 }
 

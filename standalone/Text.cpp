@@ -23,11 +23,26 @@ bool isASCII(std::basic_string_view<Unit> text) {
 
 } // namespace
 
+bool isUTF8(std::string_view text) {
+    return isASCII(text) || utf8::is_valid(text.begin(), text.end());
+}
+
+bool isBeforeInUTF16(std::string_view a, std::string_view b) {
+    // As bytes are ordered, but for those that begin a code point: from U+10000 on (0xF0 to 0xF4) a surrogate comes
+    // first, which is before U+E000 (0xEE).
+    const auto rank = [](char byte) {
+        const auto number = static_cast<unsigned char>(byte);
+        return number >= 0xF0 ? number - 2 : number >= 0xEE ? number + 0x10 : number;
+    };
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [&](char x, char y) { return rank(x) < rank(y); });
+}
+
 std::optional<std::u16string> toUTF16(std::string_view text) {
     if (isASCII(text)) {
         return std::u16string(text.begin(), text.end());
     }
-    if (!utf8::is_valid(text.begin(), text.end())) {
+    if (!isUTF8(text)) {
         return std::nullopt;
     }
     std::u16string result(text.size(), u'\0'); // a code unit needs at least one byte

@@ -12,7 +12,13 @@
 
 namespace tessgen::standalone {
 
-// Nothing when `text` is not UTF-8 (surrogates, overlong forms and cut-off sequences included).
+// Not so when `text` holds surrogates, overlong forms or cut-off sequences.
+bool isUTF8(std::string_view text);
+
+// Whether `a` comes before `b` in the order of their UTF-16 code units. Both are UTF-8.
+bool isBeforeInUTF16(std::string_view a, std::string_view b);
+
+// Nothing when `text` is not UTF-8.
 std::optional<std::u16string> toUTF16(std::string_view text);
 
 // Nothing when `text` holds a lone surrogate.

@@ -43,6 +43,17 @@ TEST(Text, RefusesWhatIsIllFormed) {
     }
 }
 
+TEST(Text, IsOrderedByTheUnitsOfUTF16) {
+    const std::vector<std::string> texts = {"",        "@",       "@a",          "@aa",         "@b",
+                                            "@\u00E9", "@\uD7FF", "@\U00010000", "@\U00010001", "@\U0010FFFF",
+                                            "@\uE000", "@\uFFFF"};
+    for (const auto& a : texts) {
+        for (const auto& b : texts) {
+            EXPECT_EQ(isBeforeInUTF16(a, b), toUTF16(a) < toUTF16(b)) << a << " and " << b;
+        }
+    }
+}
+
 TEST(Text, SplitsAtEverySeparator) {
     EXPECT_THAT(split("a.bc.d", '.'), ElementsAre("a", "bc", "d"));
     EXPECT_THAT(split("", '.'), ElementsAre(""));
