@@ -102,16 +102,24 @@ void DatabaseFile::release(std::uint32_t begin, std::uint32_t end) const {
     madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
 }
 
-DatabaseEntry DatabaseFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
+DatabaseEntry DatabaseFile::entryIn(std::string_view bytes, std::uint32_t keyLength) const {
     if (bytes.size() < std::size_t{keyLength} + checksumSize) {
         failDamaged("an entry is too short");
     }
-    const auto checksum = numberFrom(bytes.substr(bytes.size() - checksumSize));
     const auto content = bytes.substr(0, bytes.size() - checksumSize);
-    if (checksumOf(content) != checksum) {
+    return {content.substr(0, keyLength), content.substr(keyLength), numberFrom(bytes.substr(content.size()))};
+}
+
+void DatabaseFile::check(const DatabaseEntry& entry) const {
+    if (checksumOf({entry.key.data(), entry.key.size() + entry.value.size()}) != entry.checksum) {
         failDamaged("the checksum of an entry is wrong");
     }
-    return {content.substr(0, keyLength), content.substr(keyLength), checksum};
+}
+
+DatabaseEntry DatabaseFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
+    const auto entry = entryIn(bytes, keyLength);
+    check(entry);
+    return entry;
 }
 
 DatabaseEntry DatabaseFile::entryAt(const EntryReference& reference) const {
@@ -161,6 +169,14 @@ DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) :
 }
 
 std::optional<DatabaseEntry> DatabaseSearch::next() {
+    const auto entry = nextUnchecked();
+    if (entry) {
+        file_->check(*entry);
+    }
+    return entry;
+}
+
+std::optional<DatabaseEntry> DatabaseSearch::nextUnchecked() {
     for (; unseen_ > 0; --unseen_) {
         std::array<std::uint32_t, 2> place{}; // that is looked at a dozen times for each key, so without checks
         std::memcpy(place.data(), &table_[place_], sizeof place);
@@ -184,7 +200,7 @@ std::optional<DatabaseEntry> DatabaseSearch::next() {
         const auto entry = file_->bytes(position + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
         if (entry.starts_with(key_)) {
             --unseen_;
-            return file_->checkedEntry(entry, numberFrom(header));
+            return file_->entryIn(entry, numberFrom(header));
         }
     }
     return std::nullopt;

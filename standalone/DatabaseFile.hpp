@@ -29,7 +29,7 @@ public:
 };
 
 struct DatabaseEntry {
-    std::string_view key;
+    std::string_view key;   // right before `value` in the file
     std::string_view value; // without its checksum
     std::uint32_t checksum;
 };
@@ -48,6 +48,9 @@ public:
     // The entry that a reference leads to.
     // Errors: there is no such entry, or it is damaged.
     DatabaseEntry entryAt(const EntryReference& reference) const;
+
+    // Errors: the checksum of the entry is wrong.
+    void check(const DatabaseEntry& entry) const;
 
     // Throws an error that says what is wrong with the file and how to get a good one.
     [[noreturn]] void fail(const std::string& what) const;
@@ -78,6 +81,7 @@ private:
     void readInfo();
     [[noreturn]] void refuse(const std::string& what) const; // a new build would not help
     std::string advice() const;
+    DatabaseEntry entryIn(std::string_view bytes, std::uint32_t keyLength) const;
     DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 
     std::string file_;
@@ -97,6 +101,8 @@ public:
     // The next entry, or nothing after the last.
     // Errors: a damaged entry or table.
     std::optional<DatabaseEntry> next();
+    // The same, without a look at its checksum.
+    std::optional<DatabaseEntry> nextUnchecked();
 
 private:
     const DatabaseFile* file_;

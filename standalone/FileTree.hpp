@@ -4,12 +4,14 @@
 // Threads: const operations may be called concurrently on every implementation.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -24,7 +26,22 @@ public:
     };
 
     // Which entries are wanted, by their names; a huge folder is then not copied for the few of them.
-    using Filter = std::function<bool(std::string_view name)>;
+    class Filter {
+    public:
+        // `symbol`, when it is not empty, tells in other words that the filter wants no names but those of packages,
+        // classes and private folders, and the symbol with a "." behind it.
+        template <typename Wants>
+        requires std::predicate<const Wants&, std::string_view>
+        Filter(Wants wants, std::string_view symbol = {}) // NOLINT(google-explicit-constructor): any predicate is one
+            : wants_(std::move(wants)), symbol_(symbol) {}
+
+        bool operator()(std::string_view name) const { return wants_(name); }
+        std::string_view symbol() const { return symbol_; }
+
+    private:
+        std::function<bool(std::string_view name)> wants_;
+        std::string_view symbol_;
+    };
 
     // What a folder holds of what is wanted, in no particular order, without "." and ".."; nothing when there is no
     // such folder.

@@ -108,8 +108,9 @@ private:
         }
     }
 
-    Entries list(const std::string& folder, const FileTree::Filter& wanted) const {
-        return files_.entries(folder, wanted).value_or(Entries());
+    template <typename Wants>
+    Entries list(const std::string& folder, Wants wants) const {
+        return files_.entries(folder, {wants, std::string_view(classFolder_).substr(1)}).value_or(Entries());
     }
 
     bool isFileName(std::string_view name) const {

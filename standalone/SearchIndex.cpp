@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -23,7 +24,7 @@ SearchIndex::SearchIndex(const std::string& file) : file_(file, searchIndexKind)
 
 std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::string& folder,
                                                                  const FileTree::Filter& wanted) const {
-    const auto entry = DatabaseSearch(file_, folder).next();
+    const auto entry = DatabaseSearch(file_, folder).nextUnchecked();
     if (!entry) {
         return std::nullopt;
     }
@@ -31,11 +32,16 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
     if (recorded && !isThere(folder, *recorded)) {
         return std::nullopt;
     }
-    auto entries = recorded ? decodeEntries(recorded->entries, wanted) : std::nullopt;
-    if (!entries) {
+    std::optional<std::vector<FileTree::Entry>> found(std::in_place);
+    bool isGood = recorded && decodeEntries(recorded->forms, wanted, *found);
+    if (isGood && (wanted.symbol().empty() || recorded->mayHold(wanted.symbol()))) {
+        file_.check(*entry);
+        isGood = decodeEntries(recorded->others, wanted, *found);
+    }
+    if (!isGood) {
         file_.failDamaged("a folder is not in the index's format");
     }
-    return entries;
+    return found;
 }
 
 std::optional<std::vector<FileTree::Entry>> IndexedFileTree::entries(const std::string& folder,

@@ -71,7 +71,7 @@ private:
             constexpr double longest = 2; // else it is from the future
             wait_ = seconds <= longest ? std::max(wait_.value_or(0), seconds) : wait_;
         } else {
-            folders_.push_back({folder, encodeFolder(status, *found)});
+            folders_.push_back({folder, encodeFolder(stampOf(status.inode), isForAll(status), *found)});
         }
         std::erase_if(*found, [&](const Entry& entry) { return !wanted(entry.name); });
         return found;

@@ -18,12 +18,17 @@ public:
 
 private:
     bool checkEntry(const DatabaseEntry& entry) override {
-        const auto all = [](std::string_view /*name*/) { return true; };
         const auto found = DatabaseSearch(file(), entry.key).next();
-        const auto folder = decodeFolder(entry.value);
-        return expect(entry.key.starts_with('/') && folder && decodeEntries(folder->entries, all),
-                      "no build writes such a folder")
+        return expect(entry.key.starts_with('/') && isWritten(entry.value), "no build writes such a folder")
                && expect(found && found->key.data() == entry.key.data(), "the folder is not found by its path");
+    }
+
+    static bool isWritten(std::string_view value) {
+        const auto all = [](std::string_view /*name*/) { return true; };
+        const auto folder = decodeFolder(value);
+        std::vector<FileTree::Entry> entries;
+        return folder && decodeEntries(folder->forms, all, entries) && decodeEntries(folder->others, all, entries)
+               && encodeFolder(folder->stamp, folder->isForAll, entries) == value;
     }
 };
 

@@ -368,10 +368,13 @@ TEST(SearchIndex, RefusesWhatNoBuildWrites) {
     const TemporaryFolder folder;
     const std::string path = folder.makeFolder("w/a");
     const auto info = encodeInfo({std::u16string(searchIndexKind.magic), searchIndexKind.version, 1, u""});
-    const auto empty = encodeFolder({statusOf(path), 0, true}, {});
+    const auto stamp = stampOf(statusOf(path));
+    const auto one = encodeFolder(stamp, true, {{"f.vk", FileTree::Kind::file}});
+    const auto empty = encodeFolder(stamp, true, {});
     for (const std::string& value :
-         {empty + std::string("f\5\0f.vk", 7), empty + std::string("f\0\0", 3), empty + "f",
-          empty + std::string("x\4\0f.vk", 7), empty.substr(1), empty.substr(0, empty.size() - 1) + "x"}) {
+         {one + std::string("f\5\0f.vk", 7), one + std::string("f\0\0", 3), one + "f",
+          one.substr(0, one.size() - 7) + std::string("x\4\0f.vk", 7), one.substr(1), empty.substr(0, empty.size() - 1),
+          encodeFolder(stamp, true, {{"", FileTree::Kind::file}})}) {
         const auto file = writeDatabase(
             folder, {test::withChecksum(path, value), test::withChecksum(std::string(databaseInfoKey), info)});
         EXPECT_EQ(
