@@ -32,6 +32,23 @@ std::size_t lastPlaceOf(std::u16string_view text, char character) noexcept {
     return npos;
 }
 
+// What stands before the last "/" and after it, without one all of the text.
+struct Parts {
+    explicit Parts(std::u16string_view path) noexcept : name(path) {
+        if (const auto separator = lastPlaceOf(path, '/'); separator != npos) {
+            folder = path.substr(0, separator);
+            name = path.substr(separator + 1);
+        }
+    }
+
+    std::u16string_view folder;
+    std::u16string_view name;
+};
+
+std::u16string_view stemOf(std::u16string_view file) noexcept {
+    return file.substr(0, lastPlaceOf(file, '.'));
+}
+
 bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
     return !folderName.empty() && (folderName.front() == u'+' || folderName.front() == u'@');
 }
@@ -39,7 +56,8 @@ bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
 // The folder of a file, or the folder above it when that is a "private" one.
 std::u16string_view folderAbovePrivate(std::u16string_view path) noexcept {
     const auto folder = parentDirectory(path);
-    return sameText(fileName(folder), u"private") ? parentDirectory(folder) : folder;
+    const Parts parts(folder);
+    return sameText(parts.name, u"private") ? parts.folder : folder;
 }
 
 bool takeFromEnd(std::u16string_view& text, std::u16string_view end) noexcept {
@@ -53,20 +71,20 @@ struct QualifiedName {
     static constexpr std::size_t usualNesting = 8;
 
     explicit QualifiedName(std::u16string_view text) : last(text) {
-        if (lastPlaceOf(text, '/') == npos) {
-            return;
+        const Parts file(text);
+        if (file.name.size() == text.size()) {
+            return; // there is no "/"
         }
-        last = fileStem(text);
-        auto folder = parentDirectory(text);
+        last = stemOf(file.name);
+        auto folder = file.folder;
         if (const auto classFolder = getClassFolderInfo(text)) {
             if (!sameText(classFolder->className, last)) {
                 return; // a method of the class
             }
             folder = parentDirectory(classFolder->classFolder);
         }
-        for (auto name = fileName(folder); isPackageOrClassFolder(name); name = fileName(folder)) {
-            prefixes.push_back(name.substr(1));
-            folder = parentDirectory(folder);
+        for (Parts parts(folder); isPackageOrClassFolder(parts.name); parts = Parts(parts.folder)) {
+            prefixes.push_back(parts.name.substr(1));
         }
     }
 
@@ -87,13 +105,11 @@ std::u16string replacePrefix(std::u16string_view text, std::u16string_view from,
 }
 
 std::u16string_view parentDirectory(std::u16string_view path) noexcept {
-    const auto separator = lastPlaceOf(path, '/');
-    return separator == npos ? std::u16string_view() : path.substr(0, separator);
+    return Parts(path).folder;
 }
 
 std::u16string_view fileName(std::u16string_view path) noexcept {
-    const auto separator = lastPlaceOf(path, '/');
-    return separator == npos ? path : path.substr(separator + 1);
+    return Parts(path).name;
 }
 
 std::u16string_view fileExtension(std::u16string_view path) noexcept {
@@ -102,8 +118,7 @@ std::u16string_view fileExtension(std::u16string_view path) noexcept {
 }
 
 std::u16string_view fileStem(std::u16string_view path) noexcept {
-    const auto name = fileName(path);
-    return name.substr(0, lastPlaceOf(name, '.'));
+    return stemOf(Parts(path).name);
 }
 
 bool containsSeparator(const std::u16string& text) noexcept {
@@ -121,8 +136,8 @@ std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path) {
 
 std::u16string_view packageRootFolder(std::u16string_view path) noexcept {
     auto folder = folderAbovePrivate(path);
-    while (isPackageOrClassFolder(fileName(folder))) {
-        folder = parentDirectory(folder);
+    for (Parts parts(folder); isPackageOrClassFolder(parts.name); parts = Parts(folder)) {
+        folder = parts.folder;
     }
     return folder;
 }
