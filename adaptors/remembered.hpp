@@ -11,12 +11,20 @@ namespace tessgen::kelwhich {
 template <typename Cache, typename Ask>
 typename Cache::mapped_type remembered(std::mutex& lock, Cache& cache, const std::u16string& key, Ask ask) {
     const std::lock_guard guard(lock);
-    if (const auto known = cache.find(key); known != cache.end()) {
-        return known->second;
+    if (cache.size() == cache.bucket_count()) { // four times as wide: going through all entries is dear, they lie apart
+        cache.reserve(cache.size() * 4);
     }
-    auto answer = ask();
-    cache.emplace(key, answer);
-    return answer;
+    const auto [place, isNew] = cache.try_emplace(key);
+    if (!isNew) {
+        return place->second;
+    }
+    try {
+        place->second = ask();
+        return place->second; // a copy, which may fail too
+    } catch (...) {
+        cache.erase(place);
+        throw;
+    }
 }
 
 } // namespace tessgen::kelwhich

@@ -2,8 +2,6 @@
 
 #include "cmddistributor/RunOptions.hpp"
 #include "foundation/orvakdata/ArrayFactory.hpp"
-#include "foundation/orvakdata/TypedArray.hpp"
-#include "orvak/data/optional.hpp"
 #include "rux/Factory.hpp"
 #include "rux/RUX.hpp"
 
@@ -23,17 +21,8 @@ std::vector<Array> evaluate(const std::string& function, const std::vector<Array
 }
 
 Array toStringArray(const std::u16string& text) {
-    return foundation::orvakdata::ArrayFactory().createArray({1, 1}, &text, std::next(&text));
-}
-
-std::vector<std::u16string> toStrings(const Array& array) {
-    const foundation::orvakdata::TypedArray<orvak::data::optional<std::u16string>> elements(array);
-    std::vector<std::u16string> strings;
-    const auto end = elements.end();
-    for (auto element = elements.begin(); !element.isEqual(end); element.increment()) {
-        strings.push_back(element.getRef());
-    }
-    return strings;
+    static const foundation::orvakdata::ArrayDimensions oneElement = {1, 1};
+    return foundation::orvakdata::ArrayFactory().createArray(oneElement, &text, std::next(&text));
 }
 
 } // namespace tessgen::kelwhich

@@ -1,7 +1,8 @@
 // The library's one way of evaluating a function of the host.
 #pragma once
 
-#include "foundation/orvakdata/Array.hpp"
+#include "foundation/orvakdata/TypedArray.hpp"
+#include "orvak/data/optional.hpp"
 
 #include <string>
 #include <vector>
@@ -18,8 +19,15 @@ std::vector<foundation::orvakdata::Array> evaluate(const std::string& function,
 // A host string array of one element.
 foundation::orvakdata::Array toStringArray(const std::u16string& text);
 
-// The elements of a host string array, in its order.
+// Hands out the elements of a host string array, in its order.
 // Errors: thrown by the host's data interface for an array of another type and for a missing element.
-std::vector<std::u16string> toStrings(const foundation::orvakdata::Array& array);
+template <typename Use>
+void forEachString(const foundation::orvakdata::Array& array, Use use) {
+    const foundation::orvakdata::TypedArray<orvak::data::optional<std::u16string>> elements(array);
+    const auto end = elements.end();
+    for (auto element = elements.begin(); !element.isEqual(end); element.increment()) {
+        use(std::u16string(element.getRef()));
+    }
+}
 
 } // namespace tessgen::kelwhich

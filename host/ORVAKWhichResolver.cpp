@@ -3,10 +3,9 @@
 #include "host/Evaluation.hpp"
 #include "host/Paths.hpp"
 
-#include <algorithm>
-#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tessgen::kelwhich {
@@ -18,28 +17,37 @@ bool contains(std::u16string_view text, std::u16string_view part) {
 }
 
 // What one line of the host's answer stands for. Every text that is no absolute path is the report of a built-in.
-WhichResult classify(const std::u16string& name, std::u16string&& line, std::u16string_view partner) {
+WhichResult classify(const std::u16string& name, std::u16string&& line) {
     if (beginsWith(line, u"/")) {
         return {std::move(line), WhichResultType::ORVAKPath};
     }
-    const bool isMethod = contains(line, u" method") && !contains(partner, u" constructor");
-    return {name, isMethod ? WhichResultType::ORVAKBuiltinMethod : WhichResultType::ORVAKBuiltin};
+    return {name, contains(line, u" method") ? WhichResultType::ORVAKBuiltinMethod : WhichResultType::ORVAKBuiltin};
+}
+
+// What the text beside its line says of it: one that makes objects of its class is no method of it.
+void reclassify(WhichResult& result, std::u16string_view partner) {
+    if (result.type == WhichResultType::ORVAKBuiltinMethod && contains(partner, u" constructor")) {
+        result.type = WhichResultType::ORVAKBuiltin;
+    }
 }
 
 } // namespace
 
 std::vector<WhichResult> ORVAKWhichResolver::which(const std::u16string& name) const {
     static const std::string function = "tessapp.internal.screener.resolver.callWhichString";
-    const auto outputs = evaluate(function, {toStringArray(name)}, 2);
-    auto lines = toStrings(outputs[0]);
-    const auto partners = toStrings(outputs[1]);
+    std::vector<foundation::orvakdata::Array> arguments;
+    arguments.push_back(toStringArray(name));
+    const auto outputs = evaluate(function, arguments, 2);
 
-    const auto count = std::min(lines.size(), partners.size());
     std::vector<WhichResult> results;
-    results.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        results.push_back(classify(name, std::move(lines[i]), partners[i]));
-    }
+    forEachString(outputs[0], [&](std::u16string&& line) { results.push_back(classify(name, std::move(line))); });
+    auto result = results.begin(); // the one that the next partner stands beside
+    forEachString(outputs[1], [&](const std::u16string& partner) {
+        if (result != results.end()) {
+            reclassify(*result++, partner);
+        }
+    });
+    results.erase(result, results.end());
     return results;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,40 @@ namespace {
 
 constexpr auto npos = std::u16string_view::npos;
 
+// Where an ASCII character occurs last. By bytes, many at a time; the library's own search goes unit by unit.
+std::size_t lastPlaceOf(std::u16string_view text, char character) noexcept {
+    std::size_t length = text.size() * sizeof(char16_t);
+    while (length != 0) {
+        const auto* const begin = reinterpret_cast<const char*>(text.data());
+        const auto* const found = static_cast<const char*>(memrchr(begin, character, length));
+        if (found == nullptr) {
+            break;
+        }
+        length = static_cast<std::size_t>(found - begin);
+        if (text[length / sizeof(char16_t)] == static_cast<char16_t>(character)) { // not a half of another unit
+            return length / sizeof(char16_t);
+        }
+    }
+    return npos;
+}
+
+// What stands before the last "/" and after it, without one all of the text.
+struct Parts {
+    explicit Parts(std::u16string_view path) noexcept : name(path) {
+        if (const auto separator = lastPlaceOf(path, '/'); separator != npos) {
+            folder = path.substr(0, separator);
+            name = path.substr(separator + 1);
+        }
+    }
+
+    std::u16string_view folder;
+    std::u16string_view name;
+};
+
+std::u16string_view stemOf(std::u16string_view file) noexcept {
+    return file.substr(0, lastPlaceOf(file, '.'));
+}
+
 bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
     return !folderName.empty() && (folderName.front() == u'+' || folderName.front() == u'@');
 }
@@ -21,8 +56,41 @@ bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
 // The folder of a file, or the folder above it when that is a "private" one.
 std::u16string_view folderAbovePrivate(std::u16string_view path) noexcept {
     const auto folder = parentDirectory(path);
-    return sameText(fileName(folder), u"private") ? parentDirectory(folder) : folder;
+    const Parts parts(folder);
+    return sameText(parts.name, u"private") ? parts.folder : folder;
 }
+
+bool takeFromEnd(std::u16string_view& text, std::u16string_view end) noexcept {
+    const bool isThere = text.size() >= end.size() && sameText(text.substr(text.size() - end.size()), end);
+    text.remove_suffix(isThere ? end.size() : 0);
+    return isThere;
+}
+
+// The name that a text defines, in its parts.
+struct QualifiedName {
+    static constexpr std::size_t usualNesting = 8;
+
+    explicit QualifiedName(std::u16string_view text) : last(text) {
+        const Parts file(text);
+        if (file.name.size() == text.size()) {
+            return; // there is no "/"
+        }
+        last = stemOf(file.name);
+        auto folder = file.folder;
+        if (const auto classFolder = getClassFolderInfo(text)) {
+            if (!sameText(classFolder->className, last)) {
+                return; // a method of the class
+            }
+            folder = parentDirectory(classFolder->classFolder);
+        }
+        for (Parts parts(folder); isPackageOrClassFolder(parts.name); parts = Parts(parts.folder)) {
+            prefixes.push_back(parts.name.substr(1));
+        }
+    }
+
+    boost::container::small_vector<std::u16string_view, usualNesting> prefixes; // innermost first
+    std::u16string_view last;
+};
 
 } // namespace
 
@@ -37,27 +105,24 @@ std::u16string replacePrefix(std::u16string_view text, std::u16string_view from,
 }
 
 std::u16string_view parentDirectory(std::u16string_view path) noexcept {
-    const auto separator = path.rfind(u'/');
-    return separator == npos ? std::u16string_view() : path.substr(0, separator);
+    return Parts(path).folder;
 }
 
 std::u16string_view fileName(std::u16string_view path) noexcept {
-    const auto separator = path.rfind(u'/');
-    return separator == npos ? path : path.substr(separator + 1);
+    return Parts(path).name;
 }
 
 std::u16string_view fileExtension(std::u16string_view path) noexcept {
-    const auto dot = path.rfind(u'.');
+    const auto dot = lastPlaceOf(path, '.');
     return dot == npos ? std::u16string_view() : path.substr(dot + 1);
 }
 
 std::u16string_view fileStem(std::u16string_view path) noexcept {
-    const auto name = fileName(path);
-    return name.substr(0, name.rfind(u'.'));
+    return stemOf(Parts(path).name);
 }
 
 bool containsSeparator(const std::u16string& text) noexcept {
-    return text.find(u'/') != npos;
+    return lastPlaceOf(text, '/') != npos;
 }
 
 std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path) {
@@ -71,38 +136,30 @@ std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path) {
 
 std::u16string_view packageRootFolder(std::u16string_view path) noexcept {
     auto folder = folderAbovePrivate(path);
-    while (isPackageOrClassFolder(fileName(folder))) {
-        folder = parentDirectory(folder);
+    for (Parts parts(folder); isPackageOrClassFolder(parts.name); parts = Parts(folder)) {
+        folder = parts.folder;
     }
     return folder;
 }
 
 std::u16string qualifiedNameForPath(const std::u16string& text) {
-    if (!containsSeparator(text)) {
-        return text;
-    }
-    const auto stem = fileStem(text);
-    auto folder = parentDirectory(text);
-    if (const auto classFolder = getClassFolderInfo(text)) {
-        if (!sameText(classFolder->className, stem)) {
-            return std::u16string(stem); // a method of the class
-        }
-        folder = parentDirectory(classFolder->classFolder);
-    }
-
-    constexpr std::size_t usualNesting = 8;
     constexpr std::size_t usualPrefixLength = 16;
-    boost::container::small_vector<std::u16string_view, usualNesting> prefixes; // innermost first
-    for (auto name = fileName(folder); isPackageOrClassFolder(name); name = fileName(folder)) {
-        prefixes.push_back(name.substr(1));
-        folder = parentDirectory(folder);
-    }
+    const QualifiedName name(text);
     std::u16string qualified;
-    qualified.reserve(prefixes.size() * usualPrefixLength + stem.size());
-    std::for_each(prefixes.rbegin(), prefixes.rend(),
+    qualified.reserve(name.prefixes.size() * usualPrefixLength + name.last.size());
+    std::for_each(name.prefixes.rbegin(), name.prefixes.rend(),
                   [&](std::u16string_view prefix) { qualified.append(prefix).push_back(u'.'); });
-    qualified.append(stem);
+    qualified.append(name.last);
     return qualified; // not what `append` returns, which would be copied
+}
+
+bool definesQualifiedName(std::u16string_view text, std::u16string_view name) {
+    const QualifiedName defined(text);
+    return takeFromEnd(name, defined.last)
+           && std::all_of(
+               defined.prefixes.begin(), defined.prefixes.end(),
+               [&](std::u16string_view prefix) { return takeFromEnd(name, u".") && takeFromEnd(name, prefix); })
+           && name.empty();
 }
 
 } // namespace tessgen::kelwhich

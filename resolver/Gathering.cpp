@@ -3,7 +3,7 @@
 #include "resolver/Verdicts.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
-#include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -19,45 +19,67 @@ bool liesInPrivateFolder(const WhichResult& result) {
            && !getClassFolderInfo(result.path);
 }
 
+// Why a candidate of `name` is left out, if it is.
+class DropRules {
+public:
+    using DropRule = Explanation::DropRule;
+
+    explicit DropRules(const std::u16string& name) : name_(name), excludesPrivate_(!containsSeparator(name)) {}
+
+    std::optional<DropRule> ofHostAnswer(const WhichResult& result) const {
+        return excludesPrivate_ && liesInPrivateFolder(result) ? std::optional(DropRule::privateFolder) : std::nullopt;
+    }
+    // A record of a host file adds nothing that the host's own answer does not say, unless the file defines another
+    // name.
+    std::optional<DropRule> ofRecord(const WhichResult& result) const {
+        const bool addsNothing = result.type == WhichResultType::ORVAKPath && !definesDifferentName(result, name_);
+        return addsNothing ? DropRule::hostFile : ofHostAnswer(result);
+    }
+
+private:
+    const std::u16string& name_;
+    const bool excludesPrivate_;
+};
+
 } // namespace
 
 std::vector<KELWhichResolver::Gathered> KELWhichResolver::gather(const std::u16string& name) const {
     using Source = Explanation::Source;
-    using DropRule = Explanation::DropRule;
-    const bool excludePrivate = !containsSeparator(name);
+    const DropRules rules(name);
     std::vector<Gathered> all;
-    const auto add = [&](WhichResult&& result, Source::Question question, std::size_t number, bool addsNothing) {
-        const auto dropped = addsNothing                                     ? std::optional(DropRule::hostFile)
-                             : excludePrivate && liesInPrivateFolder(result) ? std::optional(DropRule::privateFolder)
-                                                                             : std::nullopt;
-        all.push_back({std::move(result), {question, number}, dropped});
-    };
     const auto entries = findSupportEntry(name);
     all.reserve(entries.size());
     for (const auto& entry : entries) {
         auto result = entryToWhichResult(entry);
-        // A record of a host file adds nothing that the host's own answer does not say, unless the file defines
-        // another name.
-        const bool addsNothing = result.type == WhichResultType::ORVAKPath && !definesDifferentName(result, name);
-        add(std::move(result), Source::Question::supportRecords, all.size() + 1, addsNothing);
+        const auto dropped = rules.ofRecord(result);
+        all.push_back({std::move(result), {Source::Question::supportRecords, all.size() + 1}, dropped});
     }
     auto hostResults = which_->which(name);
     all.reserve(entries.size() + hostResults.size());
     for (auto& result : hostResults) {
-        add(std::move(result), Source::Question::host, all.size() - entries.size() + 1, false);
+        const auto dropped = rules.ofHostAnswer(result);
+        all.push_back({std::move(result), {Source::Question::host, all.size() - entries.size() + 1}, dropped});
     }
     return all;
 }
 
+// As `gather`, without what is left out. Most names have answers of the host alone, which are then handed on.
 std::vector<WhichResult> KELWhichResolver::unorderedResolveWithoutRedirect(const std::u16string& name) const {
-    auto gathered = gather(name);
+    const DropRules rules(name);
     std::vector<WhichResult> results;
-    results.reserve(gathered.size());
-    for (auto& candidate : gathered) {
-        if (!candidate.dropped) {
-            results.push_back(std::move(candidate.result));
+    for (const auto& entry : findSupportEntry(name)) {
+        auto result = entryToWhichResult(entry);
+        if (!rules.ofRecord(result)) {
+            results.push_back(std::move(result));
         }
     }
+    auto hostResults = which_->which(name);
+    std::erase_if(hostResults, [&](const WhichResult& result) { return rules.ofHostAnswer(result).has_value(); });
+    if (results.empty()) {
+        return hostResults;
+    }
+    results.insert(results.end(), std::make_move_iterator(hostResults.begin()),
+                   std::make_move_iterator(hostResults.end()));
     return results;
 }
 

@@ -10,22 +10,26 @@ namespace tessgen::kelwhich {
 
 namespace {
 
+// Where one candidate stands alone, only the collaborators are asked, who are to be asked of each.
 struct Judge {
     static WhichResultType type(const WhichResult& result) { return result.type; }
-    static bool isBuiltinOrSourceFile(const WhichResult& result) { return kelwhich::isBuiltinOrSourceFile(result); }
+    bool isBuiltinOrSourceFile(const WhichResult& result) const {
+        return isAlone || kelwhich::isBuiltinOrSourceFile(result);
+    }
     bool isSupported(const WhichResult& result) const { return resolver.isSupportedForCodegen(result, name); }
     bool isUser(const WhichResult& result) const { return resolver.isUserResult(result); }
-    bool isDirect(const WhichResult& result) const { return !isIndirectResult(result, name); }
+    bool isDirect(const WhichResult& result) const { return isAlone || !isIndirectResult(result, name); }
 
     const KELWhichResolver& resolver;
     const std::u16string& name;
+    bool isAlone;
 };
 
 } // namespace
 
 std::vector<WhichResult> KELWhichResolver::resolveWithoutRedirect(const std::u16string& name) const {
     auto results = unorderedResolveWithoutRedirect(name);
-    orderByPreference(results, Judge{*this, name});
+    orderByPreference(results, Judge{*this, name, results.size() == 1});
     return results;
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -16,15 +17,20 @@ namespace tessgen::kelwhich {
 template <typename Candidate, typename Holds>
 void moveAhead(std::vector<Candidate>& candidates, const Holds& holds) {
     constexpr std::size_t usualCount = 8;
-    boost::container::small_vector<Candidate, usualCount> others;
-    auto ahead = candidates.begin();
-    for (auto& candidate : candidates) {
-        if (!holds(candidate)) {
-            others.push_back(std::move(candidate));
-        } else if (others.empty()) {
-            ++ahead;
+    const auto end = candidates.end();
+    auto ahead = std::find_if_not(candidates.begin(), end, holds);
+    auto next = ahead == end ? end : std::find_if(std::next(ahead), end, holds);
+    if (next == end) {
+        return; // none stands behind one that it is to stand ahead of
+    }
+    boost::container::small_vector<Candidate, usualCount> others(std::make_move_iterator(ahead),
+                                                                 std::make_move_iterator(next));
+    *ahead++ = std::move(*next);
+    while (++next != end) {
+        if (holds(*next)) {
+            *ahead++ = std::move(*next);
         } else {
-            *ahead++ = std::move(candidate);
+            others.push_back(std::move(*next));
         }
     }
     std::move(others.begin(), others.end(), ahead);

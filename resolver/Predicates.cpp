@@ -2,6 +2,7 @@
 
 #include "host/Paths.hpp"
 
+#include <algorithm>
 #include <string>
 
 namespace tessgen::kelwhich {
@@ -9,7 +10,7 @@ namespace tessgen::kelwhich {
 namespace {
 
 bool isPlainName(const std::u16string& name) {
-    return name.find_first_of(u"/.") == std::u16string::npos;
+    return std::none_of(name.begin(), name.end(), [](char16_t unit) { return unit == u'/' || unit == u'.'; });
 }
 
 } // namespace
@@ -35,7 +36,7 @@ Explanation::Definition definitionAt(const std::u16string& path, const std::u16s
     if (!isPlainName(name)) {
         return Definition::direct;
     }
-    if (!sameText(qualifiedNameForPath(path), name)) {
+    if (!definesQualifiedName(path, name)) {
         return Definition::otherName;
     }
     const auto classFolder = getClassFolderInfo(path);

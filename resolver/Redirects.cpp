@@ -44,6 +44,9 @@ std::vector<WhichResult> KELWhichResolver::resolve(const std::u16string& name) c
     const auto isHonoured = [&](const BasicSupportEntry& entry) {
         return entry.carriedFlag && !definesDifferentName(entry.path, name);
     };
+    if (std::none_of(entries.begin(), entries.end(), isHonoured)) {
+        return removeDuplicateResults(resolveWithoutRedirect(name)); // as below, for most names
+    }
     const auto candidatesOf = [&](const std::u16string& target) { return resolveWithoutRedirect(target); };
 
     // Lazy: one name at a time is resolved, when its turn in the joined list comes.

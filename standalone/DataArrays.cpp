@@ -82,7 +82,7 @@ StringArray ArrayFactory::createStringArray(const ArrayDimensions& dimensions, S
     if (count != elements.size()) {
         throw std::invalid_argument("the dimensions of the string array do not fit its number of elements");
     }
-    return StringArray(Array(std::make_shared<ArrayData>(ArrayData{std::move(elements)})));
+    return StringArray(Array(std::make_shared<ArrayData>(std::move(elements))));
 }
 
 } // namespace foundation::orvakdata
@@ -91,12 +91,20 @@ namespace tessgen::standalone {
 
 using namespace foundation::orvakdata; // NOLINT(google-build-using-namespace)
 
+const std::u16string& firstString(const Array& array) {
+    struct Strings : StringArray {
+        using StringArray::data;
+        using StringArray::StringArray;
+    };
+    return elementsOf<StringElements>(Strings(array).data())->at(0).value();
+}
+
 Array makeCharArray(std::u16string text) {
-    return Array(std::make_shared<ArrayData>(ArrayData{std::move(text)}));
+    return Array(std::make_shared<ArrayData>(std::move(text)));
 }
 
 Array makeStringColumn(StringElements elements) {
-    return Array(std::make_shared<ArrayData>(ArrayData{std::move(elements)}));
+    return Array(std::make_shared<ArrayData>(std::move(elements)));
 }
 
 } // namespace tessgen::standalone

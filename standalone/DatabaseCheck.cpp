@@ -39,6 +39,9 @@ void DatabaseChecker::checkEntries() {
 void DatabaseChecker::checkOne(const DatabaseEntry& entry) {
     if (entry.key == databaseInfoKey) {
         expect(!std::exchange(infoSeen_, true), "what is about the file is there twice");
+        if (check_.damages == 0) {
+            checkInfo();
+        }
     } else {
         expect(!infoSeen_, "there is an entry after the last one");
         check_.records += checkEntry(entry) ? 1U : 0U;

@@ -35,6 +35,8 @@ public:
 protected:
     // Looks at an entry whose checksum is right, other than the one about the file; true when it is a whole record.
     virtual bool checkEntry(const DatabaseEntry& entry) = 0;
+    // The entry about the file is looked at, after others without a finding.
+    virtual void checkInfo() {}
     // The entry at the walk's place is damaged.
     virtual void passOverDamage() {}
     // True when the entries seen may be all.

@@ -86,14 +86,6 @@ void DatabaseFile::readInfo() {
     info_ = *info;
 }
 
-std::string_view DatabaseFile::bytes(std::uint32_t position, std::uint32_t length) const {
-    const auto* const begin = static_cast<const char*>(cdb_get(&mapping_.database, length, position));
-    if (begin == nullptr) {
-        failDamaged("an entry would lie outside the file");
-    }
-    return {begin, length};
-}
-
 void DatabaseFile::release(std::uint32_t begin, std::uint32_t end) const {
     constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
     begin -= begin % block;
@@ -148,6 +140,10 @@ void DatabaseFile::fail(const std::string& what) const {
     refuse(what + advice());
 }
 
+void DatabaseFile::failOutside() const {
+    failDamaged("an entry would lie outside the file");
+}
+
 void DatabaseFile::failDamaged(const std::string& damage) const {
     throw DatabaseDamage(file_ + ": is damaged: " + damage + advice(), damage);
 }
@@ -158,13 +154,13 @@ DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) :
     if (key_.size() > databaseSizeLimit) {
         return; // such a key is in no entry
     }
-    hash_ = cdb_hash(key_.data(), static_cast<unsigned>(key_.size()));
+    hash_ = databaseHashOf(key_);
     constexpr std::uint32_t slots = databaseHeaderSize / databaseSlotSize;
     const auto slot = file.bytes(hash_ % slots * databaseSlotSize, databaseSlotSize);
     unseen_ = numberFrom(slot.substr(databaseSlotSize / 2));
     if (unseen_ > 0) {
-        table_ = file.bytes(numberFrom(slot), static_cast<std::uint32_t>(unseen_ * databasePlaceSize));
-        place_ = hash_ / slots % unseen_ * databasePlaceSize;
+        table_ = file.bytes(numberFrom(slot), unseen_ * databasePlaceSize);
+        place_ = std::size_t{hash_ / slots % unseen_} * databasePlaceSize;
     }
 }
 
@@ -195,7 +191,7 @@ std::optional<DatabaseEntry> DatabaseSearch::nextUnchecked() {
             continue;
         }
         if (length > databaseSizeLimit) {
-            file_->failDamaged("an entry would lie outside the file");
+            file_->failOutside();
         }
         const auto entry = file_->bytes(position + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
         if (entry.starts_with(key_)) {

@@ -60,7 +60,14 @@ public:
     // What lies between the slots and the hash tables ends there.
     std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databaseSlotSize)); }
     // Errors: the file ends before.
-    std::string_view bytes(std::uint32_t position, std::uint32_t length) const;
+    std::string_view bytes(std::uint32_t position, std::uint32_t length) const {
+        const std::string_view all(reinterpret_cast<const char*>(mapping_.database.cdb_mem),
+                                   mapping_.database.cdb_fsize);
+        if (position > all.size() || length > all.size() - position) {
+            failOutside();
+        }
+        return all.substr(position, length);
+    }
     // Says that these bytes will hardly be asked for again, so that the system may take their memory back.
     void release(std::uint32_t begin, std::uint32_t end) const;
 
@@ -76,6 +83,7 @@ private:
         struct cdb database {};
     };
 
+    [[noreturn]] void failOutside() const;
     void map();
     void checkTableSlots(std::uint64_t fileSize) const;
     void readInfo();
@@ -108,9 +116,9 @@ private:
     const DatabaseFile* file_;
     std::string_view key_;
     std::uint32_t hash_ = 0;
-    std::string_view table_; // the hash table that may lead to the key
-    std::size_t place_ = 0;  // where in it the next one to look at begins
-    std::size_t unseen_ = 0; // how many places are still to be looked at
+    std::string_view table_;   // the hash table that may lead to the key
+    std::size_t place_ = 0;    // where in it the next one to look at begins
+    std::uint32_t unseen_ = 0; // how many places are still to be looked at
 };
 
 // Goes through all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the

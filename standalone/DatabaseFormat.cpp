@@ -22,6 +22,9 @@ std::string encodeInfo(const DatabaseInfo& info) {
     appendNumber(value, info.version);
     appendNumber(value, info.records);
     appendText(value, info.root);
+    if (info.beginning) {
+        appendText(value, *info.beginning);
+    }
     return value;
 }
 
@@ -38,6 +41,9 @@ std::optional<DatabaseInfo> decodeInfo(const DatabaseKind& kind, std::string_vie
     }
     info.records = decoder.number();
     info.root = decoder.text();
+    if (kind.tellsBeginning) {
+        info.beginning = decoder.text();
+    }
     return decoder.complete() && toUTF8(info.root) ? std::optional(std::move(info)) : std::nullopt;
 }
 

@@ -5,9 +5,10 @@
 //   entries      the lengths of key and value, key, value; at the value's end, the CRC-32 of key and value
 //   tables       by which an entry is found by its key
 //
-// The last entry, with the key "I", is about the file: magic text, version, number of records, root. A number has 32
-// bits, a text is the number of its UTF-16 code units and the units, a list the number of its texts and the texts. All
-// are little-endian. A damaged byte never alters an entry that is read; in a key or in a table it may hide one.
+// The last entry, with the key "I", is about the file: magic text, version, number of records, root, and of some kinds
+// the beginning of all paths. A number has 32 bits, a text is the number of its UTF-16 code units and the units, a list
+// the number of its texts and the texts. All are little-endian. A damaged byte never alters an entry that is read; in a
+// key or in a table it may hide one.
 #pragma once
 
 #include "standalone/Checksum.hpp"
@@ -39,6 +40,7 @@ struct DatabaseKind {
     std::uint32_t version;
     std::string_view name;    // as errors call it
     std::string_view command; // that builds it anew
+    bool tellsBeginning = false;
 };
 
 // Where an entry lies.
@@ -53,7 +55,8 @@ struct DatabaseInfo {
     std::u16string magic;
     std::uint32_t version = 0;
     std::uint32_t records = 0;
-    std::u16string root; // that the records hold for; empty when they hold for any
+    std::u16string root;                          // that the records hold for; empty when they hold for any
+    std::optional<std::u16string> beginning = {}; // that the paths of all files share, when the kind tells it
 };
 
 inline constexpr std::string_view databaseInfoKey = "I";
@@ -62,6 +65,15 @@ inline std::uint32_t numberFrom(std::string_view fourBytes) {
     std::uint32_t number = 0;
     std::memcpy(&number, fourBytes.data(), sizeof number);
     return number;
+}
+
+// Of a key, as described at https://cr.yp.to/cdb/cdb.txt.
+inline std::uint32_t databaseHashOf(std::string_view key) {
+    std::uint32_t hash = 5381;
+    for (const char byte : key) {
+        hash = (hash * 33U) ^ static_cast<unsigned char>(byte);
+    }
+    return hash;
 }
 
 std::string encodeNumber(std::uint32_t number);

@@ -2,17 +2,12 @@
 
 #include "standalone/DatabaseFormat.hpp"
 
-#include <cdb.h>
 #include <cstring>
 #include <numeric>
 
 namespace tessgen::standalone {
 
 namespace {
-
-std::uint32_t hashOf(std::string_view key) {
-    return cdb_hash(key.data(), static_cast<unsigned>(key.size()));
-}
 
 std::size_t tableOf(std::uint32_t hash) {
     return hash % DatabaseTables::count;
@@ -42,12 +37,12 @@ private:
 } // namespace
 
 void DatabaseTables::add(std::string_view key, std::uint32_t position) {
-    const auto hash = hashOf(key);
+    const auto hash = databaseHashOf(key);
     entries_[tableOf(hash)].push_back({hash, position});
 }
 
 std::vector<std::uint32_t> DatabaseTables::positionsFor(std::string_view key) const {
-    const auto hash = hashOf(key);
+    const auto hash = databaseHashOf(key);
     std::vector<std::uint32_t> positions;
     for (const auto& entry : entries_[tableOf(hash)]) {
         if (entry.hash == hash) {

@@ -35,8 +35,9 @@ bool DatabaseWriter::holds(const std::string& key) {
     });
 }
 
-void DatabaseWriter::finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root) {
-    add(std::string(databaseInfoKey), encodeInfo({std::u16string(kind.magic), kind.version, records, root}));
+void DatabaseWriter::finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root,
+                            const std::optional<std::u16string>& beginning) {
+    add(std::string(databaseInfoKey), encodeInfo({std::u16string(kind.magic), kind.version, records, root, beginning}));
     for (std::size_t index = 0; index < DatabaseTables::count; ++index) {
         file_->append(tables_.table(index));
     }

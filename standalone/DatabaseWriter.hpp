@@ -8,6 +8,7 @@
 #include "standalone/NewFile.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,8 @@ public:
     bool holds(const std::string& key);
     // Writes what follows the entries, the one about the file first.
     // Errors: as `add`.
-    void finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root);
+    void finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root,
+                const std::optional<std::u16string>& beginning = std::nullopt);
 
 private:
     NewFile* file_;

@@ -1,5 +1,4 @@
 // The engine: evaluates the two functions of the host language that the library calls.
-#include "foundation/orvakdata/TypedArray.hpp"
 #include "rux/Factory.hpp"
 #include "rux/RUX.hpp"
 #include "standalone/DataArrays.hpp"
@@ -21,24 +20,29 @@ namespace tessgen::standalone {
 namespace {
 
 using foundation::orvakdata::Array;
+using foundation::orvakdata::StringElements;
 using Arrays = std::vector<Array>;
 
-Arrays callWhichString(const Arrays& arguments) {
-    const foundation::orvakdata::StringArray argument(arguments.at(0));
-    const std::u16string name = argument.begin().getRef();
-
-    auto places = currentSession().find(name);
-    foundation::orvakdata::StringElements lines;
-    foundation::orvakdata::StringElements partners;
-    lines.reserve(places.size());
-    partners.reserve(places.size());
+// Takes one of the texts of each place.
+Array columnOf(std::vector<FoundPlace>& places, std::u16string FoundPlace::*text) {
+    StringElements elements;
+    elements.reserve(places.size());
     for (auto& place : places) {
-        lines.emplace_back(std::move(place.line));
-        partners.emplace_back(std::move(place.partner));
+        elements.emplace_back(std::move(place.*text));
     }
+    return makeStringColumn(std::move(elements));
+}
+
+Arrays callWhichString(const Arrays& arguments) {
+    auto places = currentSession().find(firstString(arguments.at(0)));
     Arrays outputs(2);
-    outputs[0] = makeStringColumn(std::move(lines));
-    outputs[1] = makeStringColumn(std::move(partners));
+    outputs[0] = columnOf(places, &FoundPlace::line);
+    if (places.size() == 1 && places.front().partner.empty()) { // as most names have it
+        thread_local const Array noPartner = makeStringColumn(StringElements(1, std::u16string()));
+        outputs[1] = noPartner;
+    } else {
+        outputs[1] = columnOf(places, &FoundPlace::partner);
+    }
     return outputs;
 }
 

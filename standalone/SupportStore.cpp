@@ -1,5 +1,6 @@
 #include "standalone/SupportStore.hpp"
 
+#include "host/Paths.hpp"
 #include "standalone/DatabaseFile.hpp"
 #include "standalone/SupportStoreFormat.hpp"
 #include "standalone/Text.hpp"
@@ -51,6 +52,9 @@ const std::u16string& SupportStore::root() const {
 }
 
 std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
+    if (!kelwhich::beginsWith(path, *file_->info().beginning)) {
+        return std::nullopt;
+    }
     const auto entry = DatabaseSearch(*file_, keyOf(EntryKind::file, path)).next();
     return entry ? std::optional(recordOf(*file_, *entry)) : std::nullopt;
 }

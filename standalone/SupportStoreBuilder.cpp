@@ -59,6 +59,7 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
     NewFile file(output);
     DatabaseWriter writer(file);
     KnownFiles known;
+    CommonBeginning beginning;
     StoreBuildProgress progress;
     progress.size = lines.size();
     while (const auto line = lines.next()) {
@@ -75,11 +76,13 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
                 throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "
                                          + std::to_string(*earlier));
             }
+            beginning.add(record.entry.path);
         }
         add(record, writer);
         ++progress.records;
     }
-    writer.finish(supportStoreKind, static_cast<std::uint32_t>(progress.records), toUTF16(root).value());
+    writer.finish(supportStoreKind, static_cast<std::uint32_t>(progress.records), toUTF16(root).value(),
+                  beginning.text());
     file.replaceTarget();
     return progress;
 }

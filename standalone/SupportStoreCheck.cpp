@@ -47,6 +47,10 @@ private:
         lost_ = true;
     }
 
+    void checkInfo() override {
+        expect(file().info().beginning == beginning_.text(), "the paths of the files do not begin as it is told here");
+    }
+
     bool isComplete() const override { return due_.empty(); }
 
     // Whether it tells which entries come next.
@@ -64,12 +68,14 @@ private:
         }
         if (!record->entry.isBuiltin) {
             const auto found = DatabaseSearch(file(), entry.key).next();
+            beginning_.add(record->entry.path);
             expect(found && found->key.data() == entry.key.data(), "the record of a file is not found by its path");
         }
         return true;
     }
 
     std::deque<std::pair<std::string, std::string>> due_; // the name entries that must come next: key and value
+    CommonBeginning beginning_;                           // of the files so far
     bool lost_ = false; // the record before was damaged, so that its names are not known
 };
 

@@ -1,6 +1,8 @@
 #include "standalone/SupportStoreFormat.hpp"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -11,6 +13,14 @@ constexpr std::uint32_t redirectFlag = 1U << 6U; // above the six support flags
 
 } // namespace
 
+void CommonBeginning::add(std::u16string_view path) {
+    if (!text_) {
+        text_ = path;
+    }
+    const auto end = std::mismatch(text_->begin(), text_->end(), path.begin(), path.end()).first;
+    text_->erase(end, text_->end());
+}
+
 std::string encodeKey(EntryKind kind, std::u16string_view text) {
     std::string key;
     encodeKey(key, kind, text);
@@ -18,8 +28,10 @@ std::string encodeKey(EntryKind kind, std::u16string_view text) {
 }
 
 void encodeKey(std::string& key, EntryKind kind, std::u16string_view text) {
-    key.assign(1, static_cast<char>(kind));
-    appendUnits(key, text);
+    const auto size = text.size() * sizeof(char16_t);
+    key.resize(1 + size);
+    key.front() = static_cast<char>(kind);
+    std::copy_n(reinterpret_cast<const char*>(text.data()), size, std::next(key.begin()));
 }
 
 std::string encodeRecord(const SupportRecord& record) {

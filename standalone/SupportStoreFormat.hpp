@@ -23,9 +23,20 @@ namespace tessgen::standalone {
 enum class EntryKind : char { file = 'P', builtin = 'B', name = 'S' };
 
 inline constexpr std::u16string_view storeMagic = u"kelwhich support store";
-inline constexpr std::uint32_t storeVersion = 1;
+inline constexpr std::uint32_t storeVersion = 2;
 inline constexpr DatabaseKind supportStoreKind{storeMagic, storeVersion, "support store",
-                                               "kelwhich store build RECORDS.jsonl"};
+                                               "kelwhich store build RECORDS.jsonl", true};
+
+// The longest beginning that all added paths share; empty when none was added. The store tells that of its files, so
+// that asking for a file that lies elsewhere, as a user's does, need not look into the tables.
+class CommonBeginning {
+public:
+    void add(std::u16string_view path);
+    std::u16string text() const { return text_.value_or(u""); }
+
+private:
+    std::optional<std::u16string> text_;
+};
 
 std::string encodeKey(EntryKind kind, std::u16string_view text = {});
 void encodeKey(std::string& key, EntryKind kind, std::u16string_view text); // in place of what `key` holds

@@ -39,6 +39,7 @@ const std::map<std::string, Helper> helpers = {
     {"containsSeparator", [](const Arguments& a) { return truth(containsSeparator(a.at(0))); }},
     {"packageRootFolder", [](const Arguments& a) { return inQuotes(packageRootFolder(a.at(0))); }},
     {"qualifiedNameForPath", [](const Arguments& a) { return inQuotes(qualifiedNameForPath(a.at(0))); }},
+    {"definesQualifiedName", [](const Arguments& a) { return truth(definesQualifiedName(a.at(0), a.at(1))); }},
     {"getClassFolderInfo", [](const Arguments& a) { return classFolder(a.at(0)); }},
 };
 
@@ -101,6 +102,10 @@ TEST(Paths, HoldAtTheEdges) {
         {"packageRootFolder", R"("/w/+/f.vk" -> "/w")"},
         {"packageRootFolder", R"("+p/f.vk" -> "")"},
         {"packageRootFolder", R"("/r/kel/" -> "/r/kel")"},
+        {"definesQualifiedName", R"("" "" -> true)"},
+        {"definesQualifiedName", R"("/w/@C/f.vk" "C.f" -> false)"},
+        {"definesQualifiedName", R"("/w/@C/+p/f.vk" "C.p.f" -> true)"},
+        {"definesQualifiedName", R"("/w/f.vk" "ef" -> false)"},
         {"qualifiedNameForPath", R"("" -> "")"},
         {"qualifiedNameForPath", R"("a.b" -> "a.b")"},
         {"qualifiedNameForPath", R"("/w/@C/private/C.vk" -> "C")"},

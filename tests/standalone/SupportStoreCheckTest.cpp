@@ -59,8 +59,9 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     const auto record = [](std::u16string_view symbol, std::vector<std::u16string> names) {
         return encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, std::move(names)});
     };
-    const auto infoOf = [](std::uint32_t records) {
-        return encodeInfo({std::u16string(storeMagic), storeVersion, records, u"/opt/orvak"});
+    const auto infoOf = [](std::uint32_t records, std::u16string_view beginning) {
+        return encodeInfo(
+            {std::u16string(storeMagic), storeVersion, records, u"/opt/orvak", std::u16string(beginning)});
     };
     const std::vector<std::pair<std::string, std::function<void(Entries&)>>> cases = {
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
@@ -77,7 +78,9 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
          }},
         {"an entry after the last one",
          [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
-        {"there are 3 records where 4 were", [&](Entries& e) { e[info] = withValue(e[info], infoOf(4)); }},
+        {"there are 3 records where 4 were", [&](Entries& e) { e[info] = withValue(e[info], infoOf(4, u"/w/")); }},
+        {"do not begin as it is told", [&](Entries& e) { e[info] = withValue(e[info], infoOf(3, u"/w/f")); }},
+        {"do not begin as it is told", [&](Entries& e) { e[info] = withValue(e[info], infoOf(3, u"/w")); }},
         {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {})); }},
         {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"", {u"g"})); }},
         {"no build writes such a record",

@@ -136,7 +136,7 @@ TEST(SupportStore, KeepsItsAnswersWhenItIsReplaced) {
 
 Entries infoEntry(std::u16string_view magic, std::uint32_t version, const std::string& more = "") {
     return {withChecksum(std::string(databaseInfoKey),
-                         encodeInfo({std::u16string(magic), version, 0, u"/opt/orvak"}) + more)};
+                         encodeInfo({std::u16string(magic), version, 0, u"/opt/orvak", u"/"}) + more)};
 }
 
 // A whole store, but for its last table, which fills more than the 4 GiB that a store may have.
@@ -171,6 +171,9 @@ TEST(SupportStore, SaysWhatIsWrongWithTheFile) {
         {crafted({}), "crafted.cdb: is not a support store"},
         {crafted({{std::string(databaseInfoKey), ""}}), "crafted.cdb: is damaged: an entry is too short"},
         {crafted(infoEntry(u"another store", storeVersion)), "crafted.cdb: is not a support store"},
+        {crafted({withChecksum(std::string(databaseInfoKey),
+                               encodeInfo({std::u16string(storeMagic), storeVersion, 0, u"/opt/orvak"}))}),
+         "crafted.cdb: is not a support store"}, // it does not tell how paths begin
         {crafted(infoEntry(storeMagic, storeVersion, "more")), "crafted.cdb: is not a support store"},
         {crafted(infoEntry(storeMagic, storeVersion + 1, "more")),
          "crafted.cdb: has the format of another version of this program"},
