@@ -9,6 +9,7 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <string>
@@ -20,17 +21,15 @@ namespace tessgen::cli {
 
 namespace {
 
-std::string verdictsOf(const Candidate& candidate) {
-    std::string words;
-    const auto add = [&words](bool holds, std::string_view word) {
-        if (holds) {
-            words.append(words.empty() ? "" : ", ").append(word);
-        }
-    };
-    add(candidate.isUser, "user");
-    add(candidate.isSupported, "supported");
-    add(candidate.isIndirect, "indirect");
-    return words;
+// By bits: user, supported, indirect.
+constexpr std::array<std::string_view, 8> verdicts{
+    "",         "user",           "supported",           "user, supported",
+    "indirect", "user, indirect", "supported, indirect", "user, supported, indirect",
+};
+
+std::string_view verdictsOf(const Candidate& candidate) {
+    return verdicts.at((candidate.isUser ? 1U : 0U) + (candidate.isSupported ? 2U : 0U)
+                       + (candidate.isIndirect ? 4U : 0U));
 }
 
 std::string nearWords(const std::vector<std::string>& names) {
@@ -52,10 +51,9 @@ void append(std::string& text, const Answer& answer, const Style& style) {
         text.append("  ").append(style.aside).append("no candidate").append(nearWords(answer.near)).append(style.end);
         text.append("\n");
     }
-    std::vector<std::string> verdicts;
     std::size_t widestVerdicts = 0;
     for (const auto& candidate : answer.candidates) {
-        widestVerdicts = std::max(widestVerdicts, verdicts.emplace_back(verdictsOf(candidate)).size());
+        widestVerdicts = std::max(widestVerdicts, verdictsOf(candidate).size());
     }
     const std::string_view gap = widestVerdicts == 0 ? "" : "  ";
     const auto rankWidth = std::to_string(answer.candidates.size()).size();
@@ -65,7 +63,7 @@ void append(std::string& text, const Answer& answer, const Style& style) {
         text.append("  ").append(i == 0 ? style.first : style.aside);
         text.append(rankWidth - rank.size(), ' ').append(rank).append("  ");
         appendPadded(text, kindWords(candidate.type), widestKindWords).append(gap);
-        appendPadded(text, verdicts[i], widestVerdicts).append(i == 0 ? "" : style.end).append("  ");
+        appendPadded(text, verdictsOf(candidate), widestVerdicts).append(i == 0 ? "" : style.end).append("  ");
         text.append(escaped(candidate.path)).append(i == 0 ? style.end : "").append("\n");
     }
 }
@@ -95,7 +93,9 @@ std::string asText(const std::vector<Answer>& answers, bool coloured) {
 }
 
 std::string asText(const Answer& answer, bool coloured) {
+    constexpr std::size_t usualSize = 256;
     std::string text;
+    text.reserve(usualSize);
     append(text, answer, styleOf(coloured));
     return text;
 }

@@ -14,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 
 namespace tessgen::cli {
 
@@ -50,7 +49,7 @@ private:
         bool hasCandidates;
         std::string shortfall;
     };
-    static constexpr std::size_t blockSize = std::size_t{1} << 16U;
+    static constexpr std::size_t blockSize = std::size_t{1} << 14U;
     static constexpr std::size_t mostKept = std::size_t{1} << 26U;
     // What an entry takes besides its texts: 136 to 180 bytes of the heap were measured.
     static constexpr std::size_t entrySize = 180;
@@ -76,8 +75,8 @@ private:
             made.text = rendered(answer);
             add(name, made);
             if (keptBytes_ < mostKept) {
-                keptBytes_ += entrySize + name.size() + made.text.capacity() + made.shortfall.size();
-                kept_.emplace(name, std::move(made));
+                keptBytes_ += entrySize + name.size() + made.text.size() + made.shortfall.size();
+                kept_.emplace(name, made); // a copy takes no more memory than its texts
             }
         } catch (const std::exception& error) {
             progress_.clear();
@@ -125,7 +124,9 @@ private:
 int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
     auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
-    return NamesOfFile(request, lines).answerAll();
+    // Never taken down: the process ends next, which gives all of it back at once.
+    static auto* const names = new NamesOfFile(request, lines); // NOLINT(cppcoreguidelines-owning-memory)
+    return names->answerAll();
 }
 
 } // namespace tessgen::cli

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -25,8 +26,11 @@ struct SymbolFile {
 
 // The first place of an extension in the list, or the list's size.
 std::uint32_t placeOf(std::string_view extension, const std::vector<std::string>& extensions) {
-    const auto place = std::find(extensions.begin(), extensions.end(), extension);
-    return static_cast<std::uint32_t>(std::distance(extensions.begin(), place));
+    std::uint32_t place = 0;
+    while (place < extensions.size() && extensions[place] != extension) {
+        ++place;
+    }
+    return place;
 }
 
 // The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
@@ -43,11 +47,11 @@ std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::
 // What a question may ask for in a listing.
 FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
     return [&extensions](std::string_view name) {
-        return isPackageClassOrPrivate(name)
-               || std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
-                      return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
-                             && name.ends_with(extension);
-                  });
+        const bool isFile = std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
+            return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
+                   && name.ends_with(extension);
+        });
+        return isFile || isPackageClassOrPrivate(name); // as few are
     };
 }
 
@@ -74,14 +78,16 @@ public:
 private:
     struct ClassFolder {
         std::string_view symbol; // without the "@"
-        std::uint32_t folder;
-        std::vector<SymbolFile> files;
+        std::string path;
+        std::uint32_t folder; // of its symbols
+        std::vector<Entry> entries;
+        std::vector<SymbolFile> files; // among `entries`
     };
 
     // `prefix` are the packages that lead to the folder, each with a "." behind it. Errors: the folder's own.
     void addFolder(const std::string& folder, const std::string& prefix, int links) {
-        const std::vector<Entry>* const entries = search_.files_.listing(folder);
-        if (entries == nullptr) {
+        const auto entries = search_.files_.entries(folder);
+        if (!entries) {
             return;
         }
         addPackages(folder, *entries, prefix, links); // +q/f.EXT comes before @q/f.EXT
@@ -89,19 +95,19 @@ private:
         const std::vector<SymbolFile> files = symbolFiles(folder, *entries, prefix, {});
 
         for (const ClassFolder& c : classes) {
-            addFiles(c.folder, c.files, prefix, [&](std::string_view symbol) { return symbol == c.symbol; });
+            const std::uint32_t own = prefix.empty() ? c.folder : search_.index_.addFolder(c.path, prefix);
+            addFiles(own, c.files, [&](std::string_view symbol) { return symbol == c.symbol; });
         }
-        addFiles(search_.index_.addFolder(folder), files, prefix);
-        if (prefix.empty()) {
-            for (const ClassFolder& c : classes) {
-                addFiles(c.folder, c.files, prefix, [&](std::string_view symbol) { return symbol != c.symbol; });
-            }
-            addPrivate(folder, *entries);
-        }
+        addFiles(search_.index_.addFolder(folder, prefix), files);
         for (const ClassFolder& c : classes) {
-            if (canBePart(c.symbol)) {
-                addFiles(c.folder, c.files, prefix + std::string(c.symbol) + ".");
+            if (prefix.empty()) {
+                addFiles(c.folder, c.files, [&](std::string_view symbol) { return symbol != c.symbol; });
+            } else if (canBePart(c.symbol)) {
+                addFiles(c.folder, c.files);
             }
+        }
+        if (prefix.empty()) {
+            addPrivate(folder, *entries);
         }
     }
 
@@ -135,10 +141,12 @@ private:
             const std::string inside = prefix + std::string(symbol) + ".";
             const bool isSure = sureOr(inside, [&] {
                 if (leadsTo(Kind::folder, search_.files_, folder, entry)) {
-                    const std::string path = joinPath(folder, entry->name);
-                    if (const auto* const below = search_.files_.listing(path)) {
-                        classes.push_back(
-                            {symbol, search_.index_.addFolder(path), symbolFiles(path, *below, prefix, inside)});
+                    std::string path = joinPath(folder, entry->name);
+                    if (auto below = search_.files_.entries(path)) {
+                        auto files = symbolFiles(path, *below, prefix, inside);
+                        const auto number =
+                            search_.index_.addFolder(path, canBePart(symbol) ? inside : "", prefix.empty());
+                        classes.push_back({symbol, std::move(path), number, *std::move(below), std::move(files)});
                     }
                 }
             });
@@ -157,8 +165,8 @@ private:
                 return;
             }
             const std::string path = joinPath(folder, entry->name);
-            if (const auto* const below = search_.files_.listing(path)) {
-                addFiles(search_.index_.addFolder(path), symbolFiles(path, *below, "", {}), "");
+            if (const auto below = search_.files_.entries(path)) {
+                addFiles(search_.index_.addFolder(path, ""), symbolFiles(path, *below, "", {}));
             }
         });
     }
@@ -185,17 +193,16 @@ private:
         return found;
     }
 
-    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, const std::string& prefix) {
-        addFiles(folder, files, prefix, [](std::string_view) { return true; });
+    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files) {
+        addFiles(folder, files, [](std::string_view) { return true; });
     }
 
     template <typename Wanted>
-    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, const std::string& prefix,
-                  Wanted wanted) {
+    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, Wanted wanted) {
         for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
             for (const SymbolFile& file : files) {
                 if (file.extension == firstPlaces_[extension] && wanted(file.symbol)) {
-                    search_.index_.add(prefix, file.symbol, folder, extension);
+                    search_.index_.add(file.symbol, folder, extension);
                 }
             }
         }
@@ -235,6 +242,7 @@ FixedSearch::FixedSearch(const Installation& installation, const FileTree& files
     for (const std::string& folder : installation.searchPath) {
         walk.addSearchFolder(folder);
     }
+    index_.close();
 }
 
 std::vector<FoundPlace> FixedSearch::find(std::u16string_view name) const {

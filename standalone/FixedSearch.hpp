@@ -31,7 +31,8 @@ public:
     // Errors: those of the file tree, each time that a name touches what could not be read.
     std::vector<FoundPlace> find(std::u16string_view name) const;
 
-    const NameIndex& symbols() const { return index_; }
+    // Every symbol that has a file, once.
+    std::vector<std::string> symbols() const { return index_.symbols(); }
 
 private:
     friend class SearchPathWalk;

@@ -67,9 +67,8 @@ KnownNames::KnownNames(const SessionState& session, Clock::time_point deadline) 
     }
     const TreeUntil files(session.files, now + (deadline - now) / 2);
     try {
-        const FixedSearch search(session.installation, files);
-        for (std::size_t i = 0; i < search.symbols().size(); ++i) {
-            names_.emplace_back(search.symbols().symbolAt(i));
+        for (std::string& symbol : FixedSearch(session.installation, files).symbols()) {
+            names_.push_back(std::move(symbol));
         }
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the index is damaged where no question met it
     }

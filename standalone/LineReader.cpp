@@ -13,7 +13,7 @@ namespace tessgen::standalone {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t blockSize = std::size_t{1} << 16U;
+constexpr std::size_t blockSize = std::size_t{1} << 14U;
 
 } // namespace
 

@@ -2,105 +2,133 @@
 
 #include "standalone/Text.hpp"
 
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
 namespace tessgen::standalone {
 
 namespace {
 
-// FNV-1a, 64 bits, folded to 32. Symbols are short, and their two halves need no joining.
-std::uint32_t hashOf(std::string_view prefix, std::string_view name) {
-    std::uint64_t hash = 14695981039346656037U;
-    for (const std::string_view text : {prefix, name}) {
-        for (const char c : text) {
-            hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-        }
+// Knuth's multiplicative hashing: by 2^64 divided by the golden ratio, eight letters at a time as far as there are.
+std::uint64_t hashOf(std::string_view name) {
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
+    std::uint64_t hash = factor;
+    const auto add = [&hash](std::uint64_t letters) {
+        hash = (hash ^ letters) * factor;
+        hash ^= hash >> 29U;
+    };
+    for (std::uint64_t letters = 0; name.size() >= sizeof letters; name.remove_prefix(sizeof letters)) {
+        std::memcpy(&letters, name.data(), sizeof letters);
+        add(letters);
     }
-    return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
+    for (const char letter : name) {
+        add(static_cast<unsigned char>(letter));
+    }
+    return hash >> 20U; // the lowest bits are the least mixed
 }
 
 } // namespace
 
-NameIndex::NameIndex(const std::vector<std::string>& extensions) : slots_(1024, none) {
+NameIndex::NameIndex(std::vector<std::string> extensions) : extensions_(std::move(extensions)) {
     // Memory that is not written to costs nothing; what grows is written twice.
-    constexpr std::size_t usualCount = std::size_t{1} << 16U;
-    constexpr std::size_t usualLength = 16;
-    symbols_.reserve(usualCount);
-    files_.reserve(usualCount);
-    texts_.reserve(usualCount * usualLength);
-    for (const std::string& extension : extensions) {
-        extensions_.push_back(u'.' + toUTF16(extension).value());
-    }
+    constexpr std::size_t usualSize = std::size_t{1} << 20U;
+    folderTexts_.reserve(usualSize);
+    names_.reserve(usualSize);
+    files_.reserve(usualSize / sizeof(File));
 }
 
-std::uint32_t NameIndex::addFolder(std::string_view path) {
-    folders_.push_back(toUTF16(path).value() + (path.ends_with('/') ? u"" : u"/"));
+std::uint32_t NameIndex::addFolder(std::string_view path, std::string_view prefix, bool isPlainToo) {
+    const std::size_t begin = folderTexts_.size();
+    folderTexts_.append(path).append(path.ends_with('/') ? "" : "/");
+    const std::size_t end = folderTexts_.size();
+    folderTexts_.append(prefix);
+    folders_.push_back({begin, end, folderTexts_.size(), isPlainToo && !prefix.empty()});
     return static_cast<std::uint32_t>(folders_.size() - 1);
 }
 
-void NameIndex::add(std::string_view prefix, std::string_view name, std::uint32_t folder, std::uint32_t extension) {
-    const File file{folder, extension, none};
-    const std::uint32_t hash = hashOf(prefix, name);
-    std::uint32_t& slot = slots_[slotOf(hash, prefix, name)];
-    if (slot != none) {
-        Symbol& symbol = symbols_[slot];
-        File& last = symbol.last == none ? symbol.first : files_[symbol.last];
-        last.next = symbol.last = static_cast<std::uint32_t>(files_.size());
-        files_.push_back(file);
-        return;
+void NameIndex::add(std::string_view name, std::uint32_t folder, std::uint32_t extension) {
+    const auto place = static_cast<std::uint32_t>(folder * extensions_.size()) + extension;
+    files_.push_back({static_cast<std::uint32_t>(names_.size()), place, none});
+    names_.append(name);
+}
+
+void NameIndex::close() {
+    if (names_.size() >= none || folders_.size() * extensions_.size() >= none) {
+        throw std::length_error("the search path holds too many files for one view of the disk");
     }
-    slot = static_cast<std::uint32_t>(symbols_.size());
-    const auto length = static_cast<std::uint32_t>(prefix.size() + name.size()); // of a path, at most
-    symbols_.push_back({texts_.size(), length, hash, file, none});
-    texts_.append(prefix).append(name);
-    if (symbols_.size() * 2 > slots_.size()) {
-        grow();
+    const std::size_t count = files_.size();
+    files_.push_back({static_cast<std::uint32_t>(names_.size()), 0, none});
+    std::size_t chains = 1;
+    while (chains < count) {
+        chains *= 2;
+    }
+    chains_.assign(chains, none);
+    for (std::size_t file = count; file-- > 0;) {
+        std::uint32_t& first = chains_[chainOf(nameOf(file))];
+        files_[file].next = first;
+        first = static_cast<std::uint32_t>(file);
     }
 }
 
 std::vector<FoundPlace> NameIndex::find(std::string_view symbol) const {
+    const std::size_t begin = symbol.rfind('.') + 1; // 0 when there is no dot
+    const std::string_view prefix = symbol.substr(0, begin);
+    const std::string_view name = symbol.substr(begin);
     std::vector<FoundPlace> places;
-    const std::uint32_t number = slots_[slotOf(hashOf({}, symbol), {}, symbol)];
-    if (number == none) {
-        return places;
-    }
-    const auto name = toUTF16(symbol.substr(symbol.rfind('.') + 1)).value(); // all of it when there is no dot
-    for (const File* file = &symbols_[number].first; file != nullptr;
-         file = file->next == none ? nullptr : &files_[file->next]) {
-        const std::u16string& folder = folders_[file->folder];
-        const std::u16string& extension = extensions_[file->extension];
-        std::u16string& path = places.emplace_back().line;
-        path.reserve(folder.size() + name.size() + extension.size());
-        path.append(folder).append(name).append(extension);
+    std::string path;
+    for (auto number = firstOf(prefix, name, chains_[chainOf(name)]); number != none;
+         number = firstOf(prefix, name, files_[number].next)) {
+        const File& file = files_[number];
+        const Folder& folder = folderOf(file);
+        const std::string& extension = extensions_[file.place % extensions_.size()];
+        const std::size_t length = folder.prefix - folder.path;
+        path.reserve(length + name.size() + 1 + extension.size());
+        path.assign(folderTexts_, folder.path, length).append(name).append(1, '.').append(extension);
+        places.push_back({toUTF16(path).value(), {}});
     }
     return places;
 }
 
-std::string_view NameIndex::symbolAt(std::size_t index) const {
-    return textOf(symbols_.at(index));
-}
-
-std::size_t NameIndex::slotOf(std::uint32_t hash, std::string_view prefix, std::string_view name) const {
-    const auto isThis = [&](const Symbol& symbol) {
-        const std::string_view text = textOf(symbol);
-        return symbol.hash == hash && text.size() == prefix.size() + name.size() && text.starts_with(prefix)
-               && text.ends_with(name);
-    };
-    std::size_t slot = hash & (slots_.size() - 1);
-    while (slots_[slot] != none && !isThis(symbols_[slots_[slot]])) {
-        slot = (slot + 1) & (slots_.size() - 1);
-    }
-    return slot;
-}
-
-void NameIndex::grow() {
-    std::vector<std::uint32_t> wider(slots_.size() * 4, none);
-    for (std::size_t number = 0; number < symbols_.size(); ++number) {
-        std::size_t slot = symbols_[number].hash & (wider.size() - 1);
-        while (wider[slot] != none) {
-            slot = (slot + 1) & (wider.size() - 1);
+std::vector<std::string> NameIndex::symbols() const {
+    std::vector<std::string> all;
+    for (std::size_t file = 0; file + 1 < files_.size(); ++file) {
+        const std::string_view name = nameOf(file);
+        const auto addUnlessThere = [&](std::string_view prefix) {
+            if (firstOf(prefix, name, chains_[chainOf(name)]) == file) {
+                all.emplace_back(prefix).append(name);
+            }
+        };
+        const Folder& folder = folderOf(files_[file]);
+        addUnlessThere(prefixOf(folder));
+        if (folder.isPlainToo) {
+            addUnlessThere("");
         }
-        wider[slot] = static_cast<std::uint32_t>(number);
     }
-    slots_ = std::move(wider);
+    return all;
+}
+
+std::string_view NameIndex::prefixOf(const Folder& folder) const {
+    return std::string_view(folderTexts_).substr(folder.prefix, folder.end - folder.prefix);
+}
+
+std::string_view NameIndex::nameOf(std::size_t file) const {
+    const std::size_t begin = files_[file].name;
+    return std::string_view(names_).substr(begin, files_[file + 1].name - begin);
+}
+
+std::size_t NameIndex::chainOf(std::string_view name) const {
+    return hashOf(name) & (chains_.size() - 1);
+}
+
+std::uint32_t NameIndex::firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const {
+    const auto isHere = [&](const Folder& folder) {
+        return prefixOf(folder) == prefix || (prefix.empty() && folder.isPlainToo);
+    };
+    while (file != none && !(nameOf(file) == name && isHere(folderOf(files_[file])))) {
+        file = files_[file].next;
+    }
+    return file;
 }
 
 } // namespace tessgen::standalone

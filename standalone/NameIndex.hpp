@@ -1,7 +1,7 @@
-// The files of every symbol of a search path, in the order of preference: a hash table over flat arrays.
+// The files of every symbol of a search path, in the order of preference: chains of a hash table over flat arrays.
 //
-// Symbols are UTF-8: plain ("f") or dotted ("p.q.f"). A file is its folder, the last part of the symbol, and one of
-// the extensions. Nothing but texts and numbers is held, so that an index can be kept in a file.
+// Symbols are UTF-8: plain ("f") or dotted ("p.q.f"). A file is its folder, the last part of its symbol, and one of the
+// extensions. Few symbols are ever asked for: while files are added, nothing that was added is looked at.
 // Threads: const operations may be called concurrently.
 #pragma once
 
@@ -17,46 +17,49 @@ namespace tessgen::standalone {
 
 class NameIndex {
 public:
-    explicit NameIndex(const std::vector<std::string>& extensions);
+    explicit NameIndex(std::vector<std::string> extensions);
 
-    // The number by which a folder's files are added.
-    std::uint32_t addFolder(std::string_view path);
-    // Adds a file behind those that the symbol `prefix` + `name` has; `name` is its last part.
-    void add(std::string_view prefix, std::string_view name, std::uint32_t folder, std::uint32_t extension);
+    // The number by which a folder's files are added. These are the files of symbols `prefix` + `name`, and of the
+    // plain `name` too when `isPlainToo`.
+    std::uint32_t addFolder(std::string_view path, std::string_view prefix, bool isPlainToo = false);
+    // Adds a file behind those that its symbols have; `name` has no dot.
+    void add(std::string_view name, std::uint32_t folder, std::uint32_t extension);
+    // To be called once, when all is added and before anything is found.
+    void close();
 
     // The files of a symbol, in the order in which they were added.
     std::vector<FoundPlace> find(std::string_view symbol) const;
 
-    std::size_t size() const { return symbols_.size(); }
-    // Every symbol once, in the order of their first files.
-    std::string_view symbolAt(std::size_t index) const;
+    // Every symbol once.
+    std::vector<std::string> symbols() const;
 
 private:
-    struct File {
-        std::uint32_t folder;
-        std::uint32_t extension;
-        std::uint32_t next; // the symbol's next file; `none` after the last
+    struct Folder {
+        std::size_t path; // where its texts begin in `folderTexts_`: the path with a "/", then the prefix
+        std::size_t prefix;
+        std::size_t end;
+        bool isPlainToo;
     };
-    struct Symbol {
-        std::size_t begin; // in `texts_`
-        std::uint32_t length;
-        std::uint32_t hash;
-        File first;         // here, since most symbols have one, and each look elsewhere costs
-        std::uint32_t last; // `none` when there is one
+    struct File {
+        std::uint32_t name;  // where it begins in `names_`; it ends where the next file's begins
+        std::uint32_t place; // the folder's number times the number of extensions, and the extension's
+        std::uint32_t next;  // the next file of its chain; `none` after the last
     };
     static constexpr std::uint32_t none = UINT32_MAX;
 
-    std::string_view textOf(const Symbol& symbol) const { return {texts_.data() + symbol.begin, symbol.length}; }
-    // The slot that holds the symbol's number, or the empty one where it belongs.
-    std::size_t slotOf(std::uint32_t hash, std::string_view prefix, std::string_view name) const;
-    void grow();
+    const Folder& folderOf(const File& file) const { return folders_[file.place / extensions_.size()]; }
+    std::string_view prefixOf(const Folder& folder) const;
+    std::string_view nameOf(std::size_t file) const;
+    std::size_t chainOf(std::string_view name) const;
+    // The first file of the symbol `prefix` + `name` from `file` on along its chain, or `none`.
+    std::uint32_t firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const;
 
-    std::string texts_;                   // of symbols
-    std::vector<std::u16string> folders_; // with a "/" behind them, as files are handed out
-    std::vector<std::u16string> extensions_;
-    std::vector<Symbol> symbols_;
-    std::vector<File> files_;          // of all symbols, without the first ones
-    std::vector<std::uint32_t> slots_; // numbers of symbols, or `none`; a power of two, at most half of them taken
+    const std::vector<std::string> extensions_;
+    std::string folderTexts_;
+    std::vector<Folder> folders_;
+    std::string names_;                 // of the files, one behind the other
+    std::vector<File> files_;           // and one more when it is closed, which begins where the names end
+    std::vector<std::uint32_t> chains_; // the first file of each, by its name; a power of two
 };
 
 } // namespace tessgen::standalone

@@ -1,27 +1,49 @@
 #include "standalone/RememberingFileTree.hpp"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
 #include <system_error>
 #include <utility>
 
 namespace tessgen::standalone {
 
-RememberingFileTree::RememberingFileTree(const FileTree& tree, Filter kept) : tree_(&tree), kept_(std::move(kept)) {}
+namespace {
+
+using Entry = FileTree::Entry;
+
+constexpr std::size_t usualSize = std::size_t{1} << 20U; // memory that is not written to costs nothing
+
+template <typename Wanted>
+std::vector<Entry> entriesOf(std::string_view listing, Wanted wanted) {
+    std::vector<Entry> entries;
+    while (!listing.empty()) {
+        const std::size_t end = listing.find('\0', 1);
+        if (const auto name = listing.substr(1, end - 1); wanted(name)) {
+            entries.push_back({std::string(name), static_cast<FileTree::Kind>(listing.front())});
+        }
+        listing.remove_prefix(end + 1);
+    }
+    return entries;
+}
+
+} // namespace
+
+RememberingFileTree::RememberingFileTree(const FileTree& tree, Filter wanted)
+    : tree_(&tree), wanted_(std::move(wanted)), memory_(usualSize) {}
 
 template <typename Answer, typename Ask>
-const std::optional<Answer>& RememberingFileTree::remembered(Memory<Answer>& memory, const std::string& path,
+const std::optional<Answer>& RememberingFileTree::remembered(Memory<Answer>& memory, std::string_view path,
                                                              Ask ask) const {
     const std::lock_guard guard(lock_);
     auto known = memory.find(path);
     if (known == memory.end()) {
-        Kept<Answer> kept;
+        Kept<Answer> made;
         try {
-            kept.answer = ask();
+            made.answer = ask();
         } catch (const std::system_error&) {
-            kept.failure = std::current_exception();
+            made.failure = std::current_exception();
         }
-        known = memory.emplace(path, std::move(kept)).first;
+        known = memory.emplace(keep(path), std::move(made)).first;
     }
     if (known->second.failure) {
         std::rethrow_exception(known->second.failure);
@@ -29,25 +51,49 @@ const std::optional<Answer>& RememberingFileTree::remembered(Memory<Answer>& mem
     return known->second.answer;
 }
 
-const std::vector<FileTree::Entry>* RememberingFileTree::listing(const std::string& folder) const {
-    const auto& answer = remembered(listings_, folder, [&] { return tree_->entries(folder, kept_); });
-    return answer ? &*answer : nullptr;
+std::optional<std::vector<FileTree::Entry>> RememberingFileTree::entries(const std::string& folder) const {
+    std::optional<std::vector<Entry>> asked;
+    const auto& known = listing(folder, asked);
+    return asked || !known ? std::move(asked) : entriesOf(*known, [](std::string_view) { return true; });
 }
 
 std::optional<std::vector<FileTree::Entry>> RememberingFileTree::entries(const std::string& folder,
                                                                          const Filter& wanted) const {
-    const std::vector<Entry>* const all = listing(folder);
-    if (all == nullptr) {
-        return std::nullopt;
-    }
-    std::vector<Entry> found;
-    std::copy_if(all->begin(), all->end(), std::back_inserter(found),
-                 [&](const Entry& entry) { return wanted(entry.name); });
-    return found;
+    std::optional<std::vector<Entry>> asked;
+    const auto& known = listing(folder, asked);
+    return known ? std::optional(entriesOf(*known, wanted)) : std::nullopt;
+}
+
+const std::optional<RememberingFileTree::Listing>&
+RememberingFileTree::listing(const std::string& folder, std::optional<std::vector<Entry>>& asked) const {
+    return remembered(listings_, folder, [&] {
+        asked = tree_->entries(folder, wanted_);
+        return asked ? std::optional(keep(*asked)) : std::nullopt;
+    });
 }
 
 std::optional<FileTree::Kind> RememberingFileTree::kindOf(const std::string& path) const {
     return remembered(kinds_, path, [&] { return tree_->kindOf(path); });
+}
+
+RememberingFileTree::Listing RememberingFileTree::keep(const std::vector<Entry>& entries) const {
+    std::size_t size = 0;
+    for (const Entry& entry : entries) {
+        size += entry.name.size() + 2;
+    }
+    auto* const begin = static_cast<char*>(memory_.allocate(size, 1));
+    char* end = begin;
+    for (const Entry& entry : entries) {
+        *end++ = static_cast<char>(entry.kind);
+        end = std::copy_n(entry.name.c_str(), entry.name.size() + 1, end);
+    }
+    return {begin, size};
+}
+
+std::string_view RememberingFileTree::keep(std::string_view text) const {
+    auto* const begin = static_cast<char*>(memory_.allocate(text.size(), 1));
+    std::copy(text.begin(), text.end(), begin);
+    return {begin, text.size()};
 }
 
 } // namespace tessgen::standalone

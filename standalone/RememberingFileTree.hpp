@@ -6,10 +6,13 @@
 
 #include "standalone/FileTree.hpp"
 
+#include <cstddef>
 #include <exception>
+#include <memory_resource>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -17,15 +20,15 @@ namespace tessgen::standalone {
 
 class RememberingFileTree final : public FileTree {
 public:
-    // Of a folder, only what `kept` wants is kept; no later question may want more.
-    RememberingFileTree(const FileTree& tree, Filter kept);
+    // Of a folder, only what is wanted is kept; no later question may want more.
+    RememberingFileTree(const FileTree& tree, Filter wanted);
 
     // A failure is remembered as well: asked again, the same error is thrown.
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
     std::optional<Kind> kindOf(const std::string& path) const override;
 
-    // All that is kept of a folder; null when there is none. It lives as long as the tree.
-    const std::vector<Entry>* listing(const std::string& folder) const;
+    // All that is kept of a folder.
+    std::optional<std::vector<Entry>> entries(const std::string& folder) const;
 
 private:
     template <typename Answer>
@@ -34,17 +37,25 @@ private:
         std::exception_ptr failure;
     };
     template <typename Answer>
-    using Memory = std::unordered_map<std::string, Kept<Answer>>;
+    using Memory = std::pmr::unordered_map<std::string_view, Kept<Answer>>;
+    // Of each entry a letter for its kind, and its name with a NUL behind it.
+    using Listing = std::string_view;
 
     template <typename Answer, typename Ask>
-    const std::optional<Answer>& remembered(Memory<Answer>& memory, const std::string& path, Ask ask) const;
+    const std::optional<Answer>& remembered(Memory<Answer>& memory, std::string_view path, Ask ask) const;
+    // `asked` becomes what the other tree says, if it is asked now.
+    const std::optional<Listing>& listing(const std::string& folder, std::optional<std::vector<Entry>>& asked) const;
+    Listing keep(const std::vector<Entry>& entries) const;
+    std::string_view keep(std::string_view text) const;
 
     const FileTree* tree_;
-    Filter kept_;
+    Filter wanted_;
+    static constexpr std::size_t usualCount = 2048; // of folders
     // Key: the path, exactly. Kept: every answer, and every std::system_error. Dropped: with the tree. Growth: one
     // entry a path. Threads: guarded by `lock_`, the other tree's answer included.
-    mutable Memory<std::vector<Entry>> listings_;
-    mutable Memory<Kind> kinds_;
+    mutable std::pmr::monotonic_buffer_resource memory_; // of the paths and the listings as well
+    mutable Memory<Listing> listings_{usualCount, &memory_};
+    mutable Memory<Kind> kinds_{&memory_};
     mutable std::mutex lock_;
 };
 

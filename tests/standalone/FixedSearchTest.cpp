@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <random>
@@ -177,6 +178,20 @@ TEST(FixedSearch, ListsEachFolderOnceAndThenNeverAgain) {
     outcome(fixed, "sub/x");
     outcome(fixed, "sub/x");
     EXPECT_EQ(tree.takeQuestions(), (std::vector<std::string>{"kind /w/sub/x", "kind /w/sub/x.vk"}));
+}
+
+TEST(FixedSearch, TellsEverySymbolOnce) {
+    MemoryFileTree tree;
+    for (const char* file : {"/w/f.vk", "/w/f.vkx", "/w/@C/C.vk", "/w/@C/g.vk", "/w/+p/@D/D.vk", "/w/+p/@D/h.vk",
+                             "/w/private/k.vk", "/w/@c.d/m.vk"}) {
+        tree.add(file, FileTree::Kind::file);
+    }
+    Installation world;
+    world.searchPath = {"/w", "/w"};
+    world.extensions = {"vkx", "vk"};
+    auto symbols = FixedSearch(world, tree).symbols();
+    std::sort(symbols.begin(), symbols.end());
+    EXPECT_EQ(symbols, (std::vector<std::string>{"C", "C.C", "C.g", "f", "g", "k", "m", "p.D", "p.D.D", "p.D.h"}));
 }
 
 } // namespace
