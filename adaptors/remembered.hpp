@@ -7,7 +7,7 @@
 namespace tessgen::kelwhich {
 
 // The answer that `cache` holds under `key`, or else that of `ask`, which is then kept. The lock is held throughout.
-// Errors: those of `ask`; the cache is then as it was.
+// Errors: those of `ask`, or no memory; what the cache holds is then as it was.
 template <typename Cache, typename Ask>
 typename Cache::mapped_type remembered(std::mutex& lock, Cache& cache, const std::u16string& key, Ask ask) {
     const std::lock_guard guard(lock);

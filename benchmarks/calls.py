@@ -60,7 +60,7 @@ def with_index(program, manifest):
     """The same manifest with an index, which is built."""
     with open(manifest, encoding="utf-8") as text:
         settings = json.load(text)
-    indexed = manifest.replace("installation", "indexed")
+    indexed = os.path.join(os.path.dirname(manifest), "indexed.json")
     with open(indexed, "w", encoding="utf-8") as out:
         json.dump(settings | {"searchIndex": "search.idx"}, out)
     subprocess.run([program, "-i", indexed, "index", "build"], check=True, stdout=subprocess.DEVNULL)

@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <utf8.h>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -66,8 +65,7 @@ void writeHeld(std::string_view key, std::string_view value) noexcept {
 }
 
 std::string jsonText(std::string_view text) {
-    const bool isUTF8 = utf8::is_valid(text.begin(), text.end());
-    return escapedJSON(nlohmann::json(isUTF8 ? std::string(text) : escaped(text)).dump());
+    return escapedJSON(nlohmann::json(forJSON(text)).dump());
 }
 
 std::string beginInJSON(std::string_view members, std::string_view message) {

@@ -83,6 +83,10 @@ std::string escaped(std::string_view text) {
     return out;
 }
 
+std::string forJSON(std::string_view text) {
+    return standalone::isUTF8(text) ? std::string(text) : escaped(text);
+}
+
 std::string escapedJSON(std::string_view json) {
     std::string out;
     out.reserve(json.size());

@@ -16,6 +16,9 @@ namespace tessgen::cli {
 //   a byte that is not UTF-8            -> \x{FF}
 std::string escaped(std::string_view text);
 
+// `text` as a JSON document can hold it: escaped only when it is not UTF-8.
+std::string forJSON(std::string_view text);
+
 // A JSON text, with the same characters written as \uXXXX; it means what it meant.
 std::string escapedJSON(std::string_view json);
 

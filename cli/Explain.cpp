@@ -33,7 +33,7 @@ bool hasCandidates(const kelwhich::Explanation& explanation) {
 } // namespace
 
 int explain(const Request& request) {
-    if (request.whyNot && !standalone::toUTF16(*request.whyNot)) {
+    if (request.whyNot && !standalone::isUTF8(*request.whyNot)) {
         throw std::runtime_error("the PATH of --why-not is not UTF-8");
     }
     const Resolver resolver(request);

@@ -52,7 +52,7 @@ std::string realFolder(const std::string& folder) {
     if (!std::filesystem::is_directory(real, error)) {
         throw std::runtime_error(folder + ": is not a folder");
     }
-    if (!standalone::toUTF16(real)) {
+    if (!standalone::isUTF8(real)) {
         throw std::runtime_error(real + ": the path is not UTF-8, and no manifest can lie there");
     }
     return real;

@@ -75,7 +75,7 @@ ordered_json written(const std::vector<Answer>& answers) {
 }
 
 ordered_json written(const RecordedError& error) {
-    if (standalone::toUTF16(error.message)) {
+    if (standalone::isUTF8(error.message)) {
         return error.message;
     }
     auto bytes = ordered_json::array();

@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -116,11 +115,8 @@ std::string asJSONLine(const Answer& answer) {
 }
 
 std::string asJSONLine(std::string_view query, std::string_view error) {
-    const auto text = [](std::string_view bytes) {
-        return utf8::is_valid(bytes.begin(), bytes.end()) ? std::string(bytes) : escaped(bytes);
-    };
     const nlohmann::ordered_json line{
-        {"schema", "kelwhich/1"}, {"query", text(query)}, {"error", {{"message", text(error)}}}};
+        {"schema", "kelwhich/1"}, {"query", forJSON(query)}, {"error", {{"message", forJSON(error)}}}};
     return escapedJSON(line.dump()) + '\n';
 }
 

@@ -30,7 +30,7 @@ int storeInfo(const Request& request) {
         builtins += record.entry.isBuiltin ? 1 : 0;
         redirects += record.entry.isRedirect ? 1 : 0;
     });
-    if (request.json && !standalone::toUTF16(file)) {
+    if (request.json && !standalone::isUTF8(file)) {
         throw std::runtime_error(fmt::format("{}: this path is not UTF-8, and cannot be written as JSON", file));
     }
     const nlohmann::ordered_json document{

@@ -60,12 +60,6 @@ std::u16string_view folderAbovePrivate(std::u16string_view path) noexcept {
     return sameText(parts.name, u"private") ? parts.folder : folder;
 }
 
-bool takeFromEnd(std::u16string_view& text, std::u16string_view end) noexcept {
-    const bool isThere = text.size() >= end.size() && sameText(text.substr(text.size() - end.size()), end);
-    text.remove_suffix(isThere ? end.size() : 0);
-    return isThere;
-}
-
 // The name that a text defines, in its parts.
 struct QualifiedName {
     static constexpr std::size_t usualNesting = 8;
@@ -153,13 +147,9 @@ std::u16string qualifiedNameForPath(const std::u16string& text) {
     return qualified; // not what `append` returns, which would be copied
 }
 
-bool definesQualifiedName(std::u16string_view text, std::u16string_view name) {
+bool definesPlainName(std::u16string_view text, std::u16string_view name) {
     const QualifiedName defined(text);
-    return takeFromEnd(name, defined.last)
-           && std::all_of(
-               defined.prefixes.begin(), defined.prefixes.end(),
-               [&](std::u16string_view prefix) { return takeFromEnd(name, u".") && takeFromEnd(name, prefix); })
-           && name.empty();
+    return defined.prefixes.empty() && sameText(defined.last, name);
 }
 
 } // namespace tessgen::kelwhich

@@ -79,11 +79,9 @@ std::u16string_view packageRootFolder(std::u16string_view path) noexcept;
 //   "sum"               -> "sum"
 std::u16string qualifiedNameForPath(const std::u16string& text);
 
-// Lexical: whether that name, which is not made for it, is `name`.
-//   "/w/+p/@C/C.vk", "p.C" -> true
-//   "/w/+p/@C/C.vk", "C"   -> false
-//   "/w/+p/f.vk", "p-f"    -> false
-//   "/w/+p/f.vk", "q.p.f"  -> false
-bool definesQualifiedName(std::u16string_view text, std::u16string_view name);
+// Lexical: whether that name, which is not made for it, is `name`, which has no ".".
+//   "/w/@C/C.vk", "C"    -> true
+//   "/w/+p/@C/C.vk", "C" -> false
+bool definesPlainName(std::u16string_view text, std::u16string_view name);
 
 } // namespace tessgen::kelwhich

@@ -63,7 +63,7 @@ std::vector<KELWhichResolver::Gathered> KELWhichResolver::gather(const std::u16s
     return all;
 }
 
-// As `gather`, without what is left out. Most names have answers of the host alone, which are then handed on.
+// Asks as `gather` does, without what is left out. Most names have answers of the host alone, which are handed on.
 std::vector<WhichResult> KELWhichResolver::unorderedResolveWithoutRedirect(const std::u16string& name) const {
     const DropRules rules(name);
     std::vector<WhichResult> results;

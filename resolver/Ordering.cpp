@@ -10,7 +10,7 @@ namespace tessgen::kelwhich {
 
 namespace {
 
-// Where one candidate stands alone, only the collaborators are asked, who are to be asked of each.
+// Of a candidate that stands alone, nothing is found out but what the collaborators are asked, as they are of each.
 struct Judge {
     static WhichResultType type(const WhichResult& result) { return result.type; }
     bool isBuiltinOrSourceFile(const WhichResult& result) const {

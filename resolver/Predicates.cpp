@@ -36,7 +36,7 @@ Explanation::Definition definitionAt(const std::u16string& path, const std::u16s
     if (!isPlainName(name)) {
         return Definition::direct;
     }
-    if (!definesQualifiedName(path, name)) {
+    if (!definesPlainName(path, name)) {
         return Definition::otherName;
     }
     const auto classFolder = getClassFolderInfo(path);

@@ -1,4 +1,5 @@
-// A constant database of the host's own, opened for reading: its entries, each checked before it is handed out.
+// A constant database of the host's own, opened for reading: its entries, each checked before it is handed out, unless
+// that is left to the caller.
 //
 // The file is mapped. It may only ever be replaced, as builds do, so that what is mapped stays what it was: a program
 // that has it open may end (SIGBUS) when another one writes into it or cuts it short in place.

@@ -7,8 +7,8 @@
 //
 // The last entry, with the key "I", is about the file: magic text, version, number of records, root, and of some kinds
 // the beginning of all paths. A number has 32 bits, a text is the number of its UTF-16 code units and the units, a list
-// the number of its texts and the texts. All are little-endian. A damaged byte never alters an entry that is read; in a
-// key or in a table it may hide one.
+// the number of its texts and the texts. All are little-endian. A damaged byte never alters an entry that is checked;
+// in a key or in a table it may hide one.
 #pragma once
 
 #include "standalone/Checksum.hpp"

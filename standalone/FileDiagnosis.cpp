@@ -92,7 +92,7 @@ private:
                 return;
             }
         }
-        if (!standalone::toUTF16(entry.name)) {
+        if (!isUTF8(entry.name)) {
             report(Trap::nameNotUTF8, path);
         } else if (!kind) {
             report(Trap::linkDangling, path);

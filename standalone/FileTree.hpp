@@ -26,6 +26,7 @@ public:
     };
 
     // Which entries are wanted, by their names; a huge folder is then not copied for the few of them.
+    // Lifetime: what `symbol` views outlives the filter.
     class Filter {
     public:
         // `symbol`, when it is not empty, tells in other words that the filter wants no names but those of packages,

@@ -210,7 +210,7 @@ private:
 
     // A part of a dotted symbol: not empty, without a dot, and text.
     static bool canBePart(std::string_view text) {
-        return !text.empty() && text.find('.') == std::string_view::npos && toUTF16(text);
+        return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
     }
 
     // Whether `look` could; the names that begin with `names` are unsure otherwise.

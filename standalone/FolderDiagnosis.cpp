@@ -154,7 +154,7 @@ private:
         }
         const auto entries = readOrReport(above, findings_, [&] {
             return examined_.files.entries(above, [&](std::string_view other) {
-                return other.starts_with(name) && other != name && toUTF16(other);
+                return other.starts_with(name) && other != name && isUTF8(other);
             });
         });
         std::set<std::string> found; // in one order on every disk

@@ -96,7 +96,7 @@ ManifestFile readFile(const InputFile& file, mode_t mode, const std::string& pat
         throw failure(path, "not a regular file: a manifest, or the folder that holds it, is expected");
     }
     ManifestFile manifest{realPath(path), file.readAll()};
-    if (!toUTF16(manifest.path)) {
+    if (!isUTF8(manifest.path)) {
         throw failure(manifest.path, "the manifest's path is not UTF-8: name its folders so, or move it");
     }
     return manifest;

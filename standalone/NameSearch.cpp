@@ -96,7 +96,10 @@ private:
     void addFilesBelow(const std::string& folder, const Entry* entry, Places& places) const {
         if (leadsTo(Kind::folder, files_, folder, entry)) {
             const std::string below = joinPath(folder, entry->name);
-            addFiles(below, list(below, [this](std::string_view name) { return isFileName(name); }), places);
+            const Entries entries = list(below, [this](std::string_view name) { return isFileName(name); });
+            if (!entries.empty()) { // as for most
+                addFiles(below, entries, places);
+            }
         }
     }
 

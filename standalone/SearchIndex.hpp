@@ -19,7 +19,7 @@ namespace tessgen::standalone {
 class SearchIndex {
 public:
     // Errors: no such file, not a regular file, not an index, another version, cut short. What is damaged inside is an
-    // error of the questions that come upon it, and never alters an answer.
+    // error of the questions that come upon it, or a folder that only the disk can tell of, and never alters an answer.
     explicit SearchIndex(const std::string& file);
 
     // What the folder holds of what is wanted; nothing when only the disk can tell.

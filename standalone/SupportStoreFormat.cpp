@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -28,10 +27,8 @@ std::string encodeKey(EntryKind kind, std::u16string_view text) {
 }
 
 void encodeKey(std::string& key, EntryKind kind, std::u16string_view text) {
-    const auto size = text.size() * sizeof(char16_t);
-    key.resize(1 + size);
-    key.front() = static_cast<char>(kind);
-    std::copy_n(reinterpret_cast<const char*>(text.data()), size, std::next(key.begin()));
+    key.assign(1, static_cast<char>(kind));
+    appendUnits(key, text);
 }
 
 std::string encodeRecord(const SupportRecord& record) {

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <memory>
 #include <stdexcept>
+#include <string>
 
 namespace tessgen::test {
 namespace {
@@ -37,6 +40,16 @@ TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
         EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
         EXPECT_EQ(world.questions().size(), 2U);
     }
+}
+
+TEST(CachedFileSystemAdaptor, AsksOncePerPathHoweverManyThereAre) {
+    World world;
+    const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
+    constexpr std::size_t many = 1000;
+    for (std::size_t i = 0; i < 2 * many; ++i) {
+        files.exists(u"/w/" + std::u16string(i % many, u'f'));
+    }
+    EXPECT_EQ(world.questions().size(), many);
 }
 
 TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndKeepsNothingOfAFailure) {

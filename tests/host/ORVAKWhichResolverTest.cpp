@@ -73,6 +73,7 @@ TEST(ORVAKWhichResolver, ReadsEachLineWithItsPartner) {
     EXPECT_EQ(which({u"/2.vk", u"/1.vk", u"/2.vk"}, {u"", u""}),
               (Results{{u"/2.vk", Type::ORVAKPath}, {u"/1.vk", Type::ORVAKPath}}));
     EXPECT_EQ(which({u"/1.vk"}, {}), Results());
+    EXPECT_EQ(which({u"/1.vk"}, {u"", u"of none"}), (Results{{u"/1.vk", Type::ORVAKPath}}));
 }
 
 TEST(ORVAKWhichResolver, PassesTheHostsErrorsOn) {

@@ -39,7 +39,7 @@ const std::map<std::string, Helper> helpers = {
     {"containsSeparator", [](const Arguments& a) { return truth(containsSeparator(a.at(0))); }},
     {"packageRootFolder", [](const Arguments& a) { return inQuotes(packageRootFolder(a.at(0))); }},
     {"qualifiedNameForPath", [](const Arguments& a) { return inQuotes(qualifiedNameForPath(a.at(0))); }},
-    {"definesQualifiedName", [](const Arguments& a) { return truth(definesQualifiedName(a.at(0), a.at(1))); }},
+    {"definesPlainName", [](const Arguments& a) { return truth(definesPlainName(a.at(0), a.at(1))); }},
     {"getClassFolderInfo", [](const Arguments& a) { return classFolder(a.at(0)); }},
 };
 
@@ -102,10 +102,9 @@ TEST(Paths, HoldAtTheEdges) {
         {"packageRootFolder", R"("/w/+/f.vk" -> "/w")"},
         {"packageRootFolder", R"("+p/f.vk" -> "")"},
         {"packageRootFolder", R"("/r/kel/" -> "/r/kel")"},
-        {"definesQualifiedName", R"("" "" -> true)"},
-        {"definesQualifiedName", R"("/w/@C/f.vk" "C.f" -> false)"},
-        {"definesQualifiedName", R"("/w/@C/+p/f.vk" "C.p.f" -> true)"},
-        {"definesQualifiedName", R"("/w/f.vk" "ef" -> false)"},
+        {"definesPlainName", R"("" "" -> true)"},
+        {"definesPlainName", R"("/w/@C/f.vk" "f" -> true)"},
+        {"definesPlainName", R"("/w/f.vk" "ef" -> false)"},
         {"qualifiedNameForPath", R"("" -> "")"},
         {"qualifiedNameForPath", R"("a.b" -> "a.b")"},
         {"qualifiedNameForPath", R"("/w/@C/private/C.vk" -> "C")"},
@@ -117,6 +116,15 @@ TEST(Paths, HoldAtTheEdges) {
     for (const auto& [helper, row] : rows) {
         check(helper, row);
     }
+}
+
+// Units of which a half is that of "/" or ".".
+TEST(Paths, ArePartedAtWholeUnits) {
+    const std::u16string path = u"/a\u2F00\u012F/b\u012E.\u2E00\u012E";
+    EXPECT_EQ(parentDirectory(path), u"/a\u2F00\u012F");
+    EXPECT_EQ(fileName(path), u"b\u012E.\u2E00\u012E");
+    EXPECT_EQ(fileStem(path), u"b\u012E");
+    EXPECT_FALSE(containsSeparator(u"\u2F2F\u012F"));
 }
 
 } // namespace

@@ -69,7 +69,7 @@ timespec later() {
 Installation installationIn(const TemporaryFolder& folder) {
     Installation installation;
     installation.searchPath = {folder.path("w/a"), folder.path("w/b"), folder.path("w/none")};
-    installation.extensions = defaultExtensions();
+    installation.extensions = {"vk", "vkx", "a.vk"};
     installation.searchIndex = folder.path("search.cdb");
     return installation;
 }
@@ -133,7 +133,7 @@ public:
     // Returns what it did.
     std::string change() {
         const auto folder = path(anyFolder());
-        const auto file = folder + "/" + any({"f.vk", "f.vk", "f.vkx", "g.vk", "C.vk", "f.txt"});
+        const auto file = folder + "/" + any({"f.vk", "f.vk", "f.vkx", "f.a.vk", "g.vk", "C.vk", "f.txt"});
         struct stat before {};
         const bool isThere = stat(folder.c_str(), &before) == 0;
         auto done = change(folder, file);
