@@ -73,10 +73,14 @@ void requireSafeText(const std::string& word) {
     require(isSafe(escaped) && unescaped(escaped) == word, "an escaped word is safe and means the word", escaped);
     const auto quoted = cli::shellWord(word);
     require(isSafe(quoted) && unquoted(quoted) == word, "a quoted word is safe and means the word", quoted);
+}
 
-    const auto refused = json::parse(cli::asJSONLine(word, word));
-    const bool isText = utf8::is_valid(word.begin(), word.end());
-    require(refused.at("query") == (isText ? word : escaped), "an error in JSON means the word", refused.dump());
+void requireSafeError(std::string_view text) {
+    const auto line = cli::asJSONLine(text, text);
+    require(isSafe(std::string_view(line).substr(0, line.size() - 1)), "an error in JSON is a safe line", line);
+    const bool isText = utf8::is_valid(text.begin(), text.end());
+    require(json::parse(line).at("query") == (isText ? std::string(text) : cli::escaped(text)),
+            "an error in JSON means it", line);
 }
 
 void requireSafeAnswer(const std::vector<std::string>& words) {
@@ -105,7 +109,9 @@ void requireSafeAnswer(const std::vector<std::string>& words) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    auto words = standalone::split(fuzz::textOf(data, size), '\n');
+    const auto text = fuzz::textOf(data, size);
+    requireSafeError(text);
+    auto words = standalone::split(text, '\n');
     std::vector<std::string> texts;
     std::vector<char*> arguments;
     std::string program = "kelwhich";
