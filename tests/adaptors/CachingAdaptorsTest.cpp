@@ -42,14 +42,17 @@ TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
     }
 }
 
-TEST(CachedFileSystemAdaptor, AsksOncePerPathHoweverManyThereAre) {
+TEST(CachingAdaptors, AskOncePerKeyHoweverManyThereAre) {
     World world;
     const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
+    const kelwhich::CachedWhichResolverAdaptor which(std::make_unique<FakeWhichResolver>(world));
     constexpr std::size_t many = 1000;
     for (std::size_t i = 0; i < 2 * many; ++i) {
-        files.exists(u"/w/" + std::u16string(i % many, u'f'));
+        const std::u16string key(1 + i % many, u'f');
+        files.exists(key);
+        which.which(key);
     }
-    EXPECT_EQ(world.questions().size(), many);
+    EXPECT_EQ(world.questions().size(), 2 * many);
 }
 
 TEST(CachedWhichResolverAdaptor, AsksOncePerNameAndKeepsNothingOfAFailure) {
