@@ -1,34 +1,12 @@
 #include "standalone/NameIndex.hpp"
 
+#include "standalone/Hash.hpp"
 #include "standalone/Text.hpp"
 
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
 namespace tessgen::standalone {
-
-namespace {
-
-// Knuth's multiplicative hashing: by 2^64 divided by the golden ratio, eight letters at a time as far as there are.
-std::uint64_t hashOf(std::string_view name) {
-    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
-    std::uint64_t hash = factor;
-    const auto add = [&hash](std::uint64_t letters) {
-        hash = (hash ^ letters) * factor;
-        hash ^= hash >> 29U;
-    };
-    for (std::uint64_t letters = 0; name.size() >= sizeof letters; name.remove_prefix(sizeof letters)) {
-        std::memcpy(&letters, name.data(), sizeof letters);
-        add(letters);
-    }
-    for (const char letter : name) {
-        add(static_cast<unsigned char>(letter));
-    }
-    return hash >> 20U; // the lowest bits are the least mixed
-}
-
-} // namespace
 
 NameIndex::NameIndex(std::vector<std::string> extensions) : extensions_(std::move(extensions)) {
     // Memory that is not written to costs nothing; what grows is written twice.
@@ -118,7 +96,7 @@ std::string_view NameIndex::nameOf(std::size_t file) const {
 }
 
 std::size_t NameIndex::chainOf(std::string_view name) const {
-    return hashOf(name) & (chains_.size() - 1);
+    return (hashOf(name) >> 20U) & (chains_.size() - 1);
 }
 
 std::uint32_t NameIndex::firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const {

@@ -30,7 +30,7 @@ const Entry* findEntry(const Entries& entries, std::string_view name) {
 }
 
 // The files of one symbol, plain or with packages before it. A folder is listed once, and only when the folder above
-// shows that it is there.
+// shows that it is there. Threads: one.
 class SymbolQuestion {
 public:
     // No part of the symbol is empty.
@@ -95,10 +95,10 @@ private:
     // The symbol's files in the folder that an entry of `folder` (or none) leads to.
     void addFilesBelow(const std::string& folder, const Entry* entry, Places& places) const {
         if (leadsTo(Kind::folder, files_, folder, entry)) {
-            const std::string below = joinPath(folder, entry->name);
-            const Entries entries = list(below, [this](std::string_view name) { return isFileName(name); });
+            joinPath(below_, folder, entry->name);
+            const Entries entries = list(below_, [this](std::string_view name) { return isFileName(name); });
             if (!entries.empty()) { // as for most
-                addFiles(below, entries, places);
+                addFiles(below_, entries, places);
             }
         }
     }
@@ -126,6 +126,7 @@ private:
     std::vector<std::string> packages_;
     std::string classFolder_;            // of the class that the symbol may be
     std::vector<std::string> fileNames_; // with each extension
+    mutable std::string below_;          // the folder that is looked into, in memory that is used again
 };
 
 void addIfFile(const std::string& path, const FileTree& files, Places& places) {

@@ -20,16 +20,23 @@ void enter(std::string& path, std::string_view component) {
 
 std::string joinPath(std::string_view folder, std::string_view rest) {
     std::string path;
+    joinPath(path, folder, rest);
+    return path;
+}
+
+void joinPath(std::string& path, std::string_view folder, std::string_view rest) {
     path.reserve(folder.size() + 1 + rest.size());
     path = folder;
     if (!path.ends_with('/')) {
         path += '/';
     }
-    return path += rest;
+    path += rest;
 }
 
 std::string absolutePath(std::string_view path, std::string_view base) {
-    std::string result(path.starts_with('/') || base == "/" ? std::string_view() : base);
+    std::string result;
+    result.reserve(base.size() + 1 + path.size());
+    result = path.starts_with('/') || base == "/" ? std::string_view() : base;
     for (std::size_t begin = 0; begin <= path.size();) {
         const std::size_t end = std::min(path.find('/', begin), path.size());
         enter(result, path.substr(begin, end - begin));

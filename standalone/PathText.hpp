@@ -13,6 +13,8 @@ namespace tessgen::standalone {
 //   "/w", "f.vk" -> "/w/f.vk"
 //   "/", "f.vk"  -> "/f.vk"
 std::string joinPath(std::string_view folder, std::string_view rest);
+// The same in place of what `path` holds, whose memory is used again.
+void joinPath(std::string& path, std::string_view folder, std::string_view rest);
 
 // Lexical: the absolute path that `path` means in the absolute folder `base`, without ".", "..", repeated "/" and a
 // "/" at its end. The root's parent is the root.

@@ -2,6 +2,7 @@
 
 #include "standalone/SearchIndexFormat.hpp"
 
+#include <cstddef>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,6 +34,10 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
         return std::nullopt;
     }
     std::optional<std::vector<FileTree::Entry>> found(std::in_place);
+    if (recorded && !recorded->forms.empty()) {
+        constexpr std::size_t usualCount = 8;
+        found->reserve(usualCount);
+    }
     bool isGood = recorded && decodeEntries(recorded->forms, wanted, *found);
     if (isGood && (wanted.symbol().empty() || recorded->mayHold(wanted.symbol()))) {
         file_.check(*entry);

@@ -1,6 +1,6 @@
 #include "standalone/SearchIndexFormat.hpp"
 
-#include "standalone/Checksum.hpp"
+#include "standalone/Hash.hpp"
 #include "standalone/SearchForms.hpp"
 
 #include <cstddef>
@@ -20,10 +20,17 @@ constexpr std::size_t headSize = 1 + 2 * sizeof(std::uint32_t);
 using NameLength = std::uint16_t;
 constexpr std::size_t nameOffset = 1 + sizeof(NameLength);
 
-// The mark of a file's name is that of the symbol which it may be of.
-char markOf(std::string_view name) {
-    return static_cast<char>(checksumOf(name.substr(0, name.find('.'))));
-}
+// The mark of a file's name is that of the symbol which it may be of, up to the first dot.
+struct Mark {
+    explicit Mark(std::string_view name) {
+        const auto hash = hashOf(name.substr(0, name.find('.')));
+        first = static_cast<char>(hash >> 32U);
+        second = static_cast<char>(hash >> 40U);
+    }
+
+    char first;
+    char second;
+};
 
 void appendEntry(std::string& value, const FileTree::Entry& entry) {
     value += kindLetters[static_cast<std::size_t>(entry.kind)];
@@ -35,46 +42,61 @@ void appendEntry(std::string& value, const FileTree::Entry& entry) {
 
 std::string encodeFolder(const FolderStamp& stamp, bool isForAll, const std::vector<FileTree::Entry>& entries) {
     std::string forms;
-    std::string marks;
+    std::string firstMarks;
+    std::string secondMarks;
     std::string others;
     for (const auto& entry : entries) {
         if (isPackageClassOrPrivate(entry.name)) {
             appendEntry(forms, entry);
         } else {
-            marks += markOf(entry.name);
+            const Mark mark(entry.name);
+            firstMarks += mark.first;
+            secondMarks += mark.second;
             appendEntry(others, entry);
         }
     }
     std::string checked(1, isForAll ? forAll : forSome);
     appendNumber(checked, static_cast<std::uint32_t>(forms.size()));
-    appendNumber(checked, static_cast<std::uint32_t>(marks.size()));
-    checked.append(forms).append(marks);
+    appendNumber(checked, static_cast<std::uint32_t>(firstMarks.size()));
+    checked.append(forms).append(firstMarks).append(secondMarks);
     std::string value(reinterpret_cast<const char*>(stamp.data()), sizeof stamp);
     value += checked;
-    appendNumber(value, checksumOf(checked));
+    const std::uint64_t hash = hashOf(checked);
+    value.append(reinterpret_cast<const char*>(&hash), sizeof hash);
     return value += others;
 }
 
 bool IndexedFolder::mayHold(std::string_view symbol) const {
-    return marks.find(markOf(symbol)) != std::string_view::npos;
+    const Mark mark(symbol);
+    const auto firsts = marks.substr(0, marks.size() / 2);
+    auto place = firsts.find(mark.first);
+    while (place != std::string_view::npos && marks[firsts.size() + place] != mark.second) {
+        place = firsts.find(mark.first, place + 1);
+    }
+    return place != std::string_view::npos;
 }
 
 std::optional<IndexedFolder> decodeFolder(std::string_view value) {
     FolderStamp stamp{};
-    if (value.size() < sizeof stamp + headSize + checksumSize) {
+    std::uint64_t hash = 0;
+    if (value.size() < sizeof stamp + headSize + sizeof hash) {
         return std::nullopt;
     }
     std::memcpy(stamp.data(), value.data(), sizeof stamp);
     const auto rest = value.substr(sizeof stamp);
     const std::size_t formsSize = numberFrom(rest.substr(1));
     const std::size_t otherCount = numberFrom(rest.substr(1 + sizeof(std::uint32_t)));
-    const auto checked = headSize + formsSize + otherCount;
-    if (rest.size() - checksumSize < checked || (rest.front() != forAll && rest.front() != forSome)
-        || checksumOf(rest.substr(0, checked)) != numberFrom(rest.substr(checked))) {
+    const auto marksSize = 2 * otherCount;
+    const auto checked = headSize + formsSize + marksSize;
+    if (rest.size() - sizeof hash < checked || (rest.front() != forAll && rest.front() != forSome)) {
+        return std::nullopt;
+    }
+    std::memcpy(&hash, rest.data() + checked, sizeof hash);
+    if (hash != hashOf(rest.substr(0, checked))) {
         return std::nullopt;
     }
     return IndexedFolder{stamp, rest.front() == forAll, rest.substr(headSize, formsSize),
-                         rest.substr(headSize + formsSize, otherCount), rest.substr(checked + checksumSize)};
+                         rest.substr(headSize + formsSize, marksSize), rest.substr(checked + sizeof hash)};
 }
 
 bool decodeEntries(std::string_view entries, const FileTree::Filter& wanted, std::vector<FileTree::Entry>& found) {

@@ -5,10 +5,12 @@
 //   head     a letter that tells who may list it; the size of `forms` and the number of `others`, of 32 bits each
 //   forms    the names of packages, classes and private folders: for each a letter that tells its kind, its length in
 //            bytes (16 bits), and the name
-//   marks    a byte for each of the other names, by which most folders are seen not to hold a symbol's files
-//   the CRC-32 of head, forms and marks
+//   marks    the first bytes of the marks of all other names, then their second ones; by these, folders are seen not to
+//            hold a symbol's files
+//   the hash of head, forms and marks, of 64 bits
 //   others   the other names, as in `forms`
-// So most folders are told without a look at the whole entry: a stamp that is damaged is that of no folder.
+// So most folders are told without a look at the whole entry: a stamp that is damaged is that of no folder. The hash is
+// that of Hash.hpp.
 #pragma once
 
 #include "standalone/DatabaseFormat.hpp"
@@ -28,7 +30,7 @@ inline constexpr DatabaseKind searchIndexKind{u"kelwhich search index", 3, "sear
 std::string encodeFolder(const FolderStamp& stamp, bool isForAll, const std::vector<FileTree::Entry>& entries);
 
 struct IndexedFolder {
-    // Whether `others` must be looked at for the files of a symbol; mostly false when there are none.
+    // Whether `others` must be looked at for the files of a symbol; hardly ever when there are none.
     bool mayHold(std::string_view symbol) const;
 
     FolderStamp stamp;

@@ -1,0 +1,29 @@
+// A hash of bytes, for tables in memory and for what is told by a few bytes of a file.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tessgen::standalone {
+
+// Knuth's multiplicative hashing: by 2^64 divided by the golden ratio, eight bytes at a time as far as there are. Of
+// bytes of one length, those that differ in one never have the same. The lowest bits are the least mixed.
+inline std::uint64_t hashOf(std::string_view bytes) {
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
+    std::uint64_t hash = factor;
+    const auto add = [&hash](std::uint64_t number) {
+        hash = (hash ^ number) * factor;
+        hash ^= hash >> 29U;
+    };
+    for (std::uint64_t number = 0; bytes.size() >= sizeof number; bytes.remove_prefix(sizeof number)) {
+        std::memcpy(&number, bytes.data(), sizeof number);
+        add(number);
+    }
+    for (const char byte : bytes) {
+        add(static_cast<unsigned char>(byte));
+    }
+    return hash;
+}
+
+} // namespace tessgen::standalone
