@@ -93,16 +93,16 @@ void requireSafeAnswer(const std::vector<std::string>& words) {
     for (const auto& line : text) {
         require(isSafe(line), "a line is safe", line);
     }
-    for (const auto& written : {cli::asJSON({answer}), cli::asJSONLine(answer)}) {
-        const auto document = json::parse(written);
-        const auto& read = document.contains("answers") ? document["answers"].at(0) : document;
-        require(read.at("query") == words.front(), "the query is in the JSON", written);
-        for (std::size_t i = 1; i < words.size(); ++i) {
-            require(read.at("candidates").at(i - 1).at("path") == words[i], "a path is in the JSON", written);
-        }
-        for (const auto& line : standalone::split(written, '\n')) {
-            require(isSafe(line), "a line of JSON is safe", line);
-        }
+    // One of the two for each input, so that more of them are tried.
+    const auto written = words.front().size() % 2 == 0 ? cli::asJSON({answer}) : cli::asJSONLine(answer);
+    const auto document = json::parse(written);
+    const auto& read = document.contains("answers") ? document["answers"].at(0) : document;
+    require(read.at("query") == words.front(), "the query is in the JSON", written);
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        require(read.at("candidates").at(i - 1).at("path") == words[i], "a path is in the JSON", written);
+    }
+    for (const auto& line : standalone::split(written, '\n')) {
+        require(isSafe(line), "a line of JSON is safe", line);
     }
 }
 

