@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Measures the program beside others and prints one table: goal, figure, ratio, met or not. About ten minutes on two
+# Measures the program beside others and prints one table: goal, figure, ratio, met or not. A few minutes on two
 # cores that do nothing else. Usage: scripts/bench.sh [--quick] [--write] [--npm]
 # --quick: few rounds in small worlds; whether all can be run and is answered rightly, not how fast.
 # --write: the table and the plot go into docs/performance.md. --npm: gets oxc-resolver, which is not in Debian.

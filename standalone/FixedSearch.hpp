@@ -23,6 +23,7 @@ class FixedSearch {
 public:
     // Takes the view: lists every folder of the search path once, and its class, package and private folders. What
     // cannot be read is an error of the names that it may concern, not of this.
+    // Errors: std::runtime_error when there is more than a NameIndex can hold.
     // Lifetime: both outlive the search.
     FixedSearch(const Installation& installation, const FileTree& files);
 

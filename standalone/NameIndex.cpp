@@ -33,7 +33,8 @@ void NameIndex::add(std::string_view name, std::uint32_t folder, std::uint32_t e
 
 void NameIndex::close() {
     if (names_.size() >= none || folders_.size() * extensions_.size() >= none) {
-        throw std::length_error("the search path holds too many files for one view of the disk");
+        throw std::runtime_error(
+            "the search path holds too many files for one view of the disk; take folders out of it");
     }
     const std::size_t count = files_.size();
     files_.push_back({static_cast<std::uint32_t>(names_.size()), 0, none});

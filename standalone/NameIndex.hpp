@@ -25,6 +25,7 @@ public:
     // Adds a file behind those that its symbols have; `name` has no dot.
     void add(std::string_view name, std::uint32_t folder, std::uint32_t extension);
     // To be called once, when all is added and before anything is found.
+    // Errors: std::runtime_error for names of 4 GiB or more together, or as many folders.
     void close();
 
     // The files of a symbol, in the order in which they were added.
