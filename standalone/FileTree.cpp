@@ -27,8 +27,8 @@ using Kind = FileTree::Kind;
 // A folder that is open for reading, or could not be opened.
 class OpenFolder {
 public:
-    explicit OpenFolder(const std::string& path)
-        : descriptor_(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC)) {}
+    explicit OpenFolder(const WalkedPath& walk)
+        : descriptor_(openat(walk.folder, walk.path, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC)) {}
     OpenFolder(const OpenFolder&) = delete;
     OpenFolder& operator=(const OpenFolder&) = delete;
     ~OpenFolder() {
@@ -167,7 +167,7 @@ std::optional<std::vector<FileTree::Entry>> entriesAndStatus(const std::string& 
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
-    const OpenFolder opened(folder);
+    const OpenFolder opened(wanted.walkTo(folder));
     if (!opened.isOpen()) {
         failUnlessAbsent(folder);
         return std::nullopt;

@@ -4,8 +4,11 @@
 // Threads: const operations may be called concurrently on every implementation.
 #pragma once
 
+#include "standalone/HeldFolder.hpp"
+
 #include <concepts>
 #include <cstdint>
+#include <fcntl.h>
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,7 +29,7 @@ public:
     };
 
     // Which entries are wanted, by their names; a huge folder is then not copied for the few of them.
-    // Lifetime: what `symbol` views outlives the filter.
+    // Lifetime: what `symbol` views, and the folder that is walked from, outlive the filter.
     class Filter {
     public:
         // `symbol`, when it is not empty, tells in other words that the filter wants no names but those of packages,
@@ -39,9 +42,16 @@ public:
         bool operator()(std::string_view name) const { return wants_(name); }
         std::string_view symbol() const { return symbol_; }
 
+        // Lets the system walk to the folders from there.
+        void walkFrom(const HeldFolder& top) { top_ = &top; }
+        WalkedPath walkTo(const std::string& folder) const {
+            return top_ == nullptr ? WalkedPath{AT_FDCWD, folder.c_str()} : top_->to(folder);
+        }
+
     private:
         std::function<bool(std::string_view name)> wants_;
         std::string_view symbol_;
+        const HeldFolder* top_ = nullptr;
     };
 
     // What a folder holds of what is wanted, in no particular order, without "." and ".."; nothing when there is no

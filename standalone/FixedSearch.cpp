@@ -61,7 +61,7 @@ FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
 class SearchPathWalk {
 public:
     SearchPathWalk(const Installation& installation, FixedSearch& search)
-        : extensions_(installation.extensions), search_(search) {
+        : extensions_(installation.extensions), top_(installation.root), search_(search) {
         for (const std::string& extension : extensions_) {
             firstPlaces_.push_back(placeOf(extension, extensions_));
         }
@@ -86,7 +86,7 @@ private:
 
     // `prefix` are the packages that lead to the folder, each with a "." behind it. Errors: the folder's own.
     void addFolder(const std::string& folder, const std::string& prefix, int links) {
-        const auto entries = search_.files_.entries(folder);
+        const auto entries = search_.files_.entries(folder, top_);
         if (!entries) {
             return;
         }
@@ -142,7 +142,7 @@ private:
             const bool isSure = sureOr(inside, [&] {
                 if (leadsTo(Kind::folder, search_.files_, folder, entry)) {
                     std::string path = joinPath(folder, entry->name);
-                    if (auto below = search_.files_.entries(path)) {
+                    if (auto below = search_.files_.entries(path, top_)) {
                         auto files = symbolFiles(path, *below, prefix, inside);
                         const auto number =
                             search_.index_.addFolder(path, canBePart(symbol) ? inside : "", prefix.empty());
@@ -165,7 +165,7 @@ private:
                 return;
             }
             const std::string path = joinPath(folder, entry->name);
-            if (const auto below = search_.files_.entries(path)) {
+            if (const auto below = search_.files_.entries(path, top_)) {
                 addFiles(search_.index_.addFolder(path, ""), symbolFiles(path, *below, "", {}));
             }
         });
@@ -229,6 +229,7 @@ private:
 
     const std::vector<std::string>& extensions_;
     std::vector<std::uint32_t> firstPlaces_; // of each extension in the list
+    const HeldFolder top_;
     FixedSearch& search_;
 };
 

@@ -34,9 +34,9 @@ const Entry* findEntry(const Entries& entries, std::string_view name) {
 class SymbolQuestion {
 public:
     // No part of the symbol is empty.
-    SymbolQuestion(std::vector<std::string> parts, const std::vector<std::string>& extensions, const FileTree& files)
-        : files_(files), classFolder_("@" + parts.back()) {
-        for (const std::string& extension : extensions) {
+    SymbolQuestion(std::vector<std::string> parts, const Installation& installation, const FileTree& files)
+        : files_(files), top_(installation.root), classFolder_("@" + parts.back()) {
+        for (const std::string& extension : installation.extensions) {
             fileNames_.push_back(parts.back() + "." + extension);
         }
         parts.pop_back();
@@ -113,7 +113,9 @@ private:
 
     template <typename Wants>
     Entries list(const std::string& folder, Wants wants) const {
-        return files_.entries(folder, {wants, std::string_view(classFolder_).substr(1)}).value_or(Entries());
+        FileTree::Filter wanted(wants, std::string_view(classFolder_).substr(1));
+        wanted.walkFrom(top_);
+        return files_.entries(folder, wanted).value_or(Entries());
     }
 
     bool isFileName(std::string_view name) const {
@@ -123,6 +125,7 @@ private:
     }
 
     const FileTree& files_;
+    const HeldFolder top_; // that most of the search path lies in
     std::vector<std::string> packages_;
     std::string classFolder_;            // of the class that the symbol may be
     std::vector<std::string> fileNames_; // with each extension
@@ -155,7 +158,7 @@ void addSymbolFiles(std::string_view name, const Installation& installation, con
     if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
         return;
     }
-    const SymbolQuestion question(std::move(parts), installation.extensions, files);
+    const SymbolQuestion question(std::move(parts), installation, files);
     for (const std::string& folder : installation.searchPath) {
         question.search(folder, places);
     }

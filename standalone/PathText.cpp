@@ -42,7 +42,10 @@ std::string absolutePath(std::string_view path, std::string_view base) {
         enter(result, path.substr(begin, end - begin));
         begin = end + 1;
     }
-    return result.empty() ? "/" : result;
+    if (result.empty()) {
+        result = "/";
+    }
+    return result;
 }
 
 } // namespace tessgen::standalone

@@ -51,23 +51,27 @@ const std::optional<Answer>& RememberingFileTree::remembered(Memory<Answer>& mem
     return known->second.answer;
 }
 
-std::optional<std::vector<FileTree::Entry>> RememberingFileTree::entries(const std::string& folder) const {
+std::optional<std::vector<FileTree::Entry>> RememberingFileTree::entries(const std::string& folder,
+                                                                         const HeldFolder& top) const {
+    Filter wanted = wanted_;
+    wanted.walkFrom(top);
     std::optional<std::vector<Entry>> asked;
-    const auto& known = listing(folder, asked);
+    const auto& known = listing(folder, wanted, asked);
     return asked || !known ? std::move(asked) : entriesOf(*known, [](std::string_view) { return true; });
 }
 
 std::optional<std::vector<FileTree::Entry>> RememberingFileTree::entries(const std::string& folder,
                                                                          const Filter& wanted) const {
     std::optional<std::vector<Entry>> asked;
-    const auto& known = listing(folder, asked);
+    const auto& known = listing(folder, wanted_, asked);
     return known ? std::optional(entriesOf(*known, wanted)) : std::nullopt;
 }
 
 const std::optional<RememberingFileTree::Listing>&
-RememberingFileTree::listing(const std::string& folder, std::optional<std::vector<Entry>>& asked) const {
+RememberingFileTree::listing(const std::string& folder, const Filter& wanted,
+                             std::optional<std::vector<Entry>>& asked) const {
     return remembered(listings_, folder, [&] {
-        asked = tree_->entries(folder, wanted_);
+        asked = tree_->entries(folder, wanted);
         return asked ? std::optional(keep(*asked)) : std::nullopt;
     });
 }

@@ -27,8 +27,8 @@ public:
     std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
     std::optional<Kind> kindOf(const std::string& path) const override;
 
-    // All that is kept of a folder.
-    std::optional<std::vector<Entry>> entries(const std::string& folder) const;
+    // All that is kept of a folder, which is walked to from `top`.
+    std::optional<std::vector<Entry>> entries(const std::string& folder, const HeldFolder& top) const;
 
 private:
     template <typename Answer>
@@ -44,7 +44,8 @@ private:
     template <typename Answer, typename Ask>
     const std::optional<Answer>& remembered(Memory<Answer>& memory, std::string_view path, Ask ask) const;
     // `asked` becomes what the other tree says, if it is asked now.
-    const std::optional<Listing>& listing(const std::string& folder, std::optional<std::vector<Entry>>& asked) const;
+    const std::optional<Listing>& listing(const std::string& folder, const Filter& wanted,
+                                          std::optional<std::vector<Entry>>& asked) const;
     Listing keep(const std::vector<Entry>& entries) const;
     std::string_view keep(std::string_view text) const;
 

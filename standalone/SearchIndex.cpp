@@ -13,10 +13,10 @@ namespace tessgen::standalone {
 namespace {
 
 // Whether the folder is the recorded one, and the user may list it, who need not be the one who built the index.
-bool isThere(const std::string& folder, const IndexedFolder& recorded) {
+bool isThere(const WalkedPath& folder, const IndexedFolder& recorded) {
     struct stat status {};
-    return stat(folder.c_str(), &status) == 0 && stampOf(status) == recorded.stamp
-           && (recorded.isForAll || faccessat(AT_FDCWD, folder.c_str(), R_OK, AT_EACCESS) == 0);
+    return fstatat(folder.folder, folder.path, &status, 0) == 0 && stampOf(status) == recorded.stamp
+           && (recorded.isForAll || faccessat(folder.folder, folder.path, R_OK, AT_EACCESS) == 0);
 }
 
 } // namespace
@@ -30,7 +30,7 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
         return std::nullopt;
     }
     const auto recorded = decodeFolder(entry->value);
-    if (recorded && !isThere(folder, *recorded)) {
+    if (recorded && !isThere(wanted.walkTo(folder), *recorded)) {
         return std::nullopt;
     }
     std::optional<std::vector<FileTree::Entry>> found(std::in_place);

@@ -5,6 +5,7 @@ add_unit_tests(
   standalone/DiagnosisTest.cpp
   standalone/FixedSearchTest.cpp
   standalone/FolderStampTest.cpp
+  standalone/HeldFolderTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp

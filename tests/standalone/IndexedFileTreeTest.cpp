@@ -68,6 +68,7 @@ timespec later() {
 
 Installation installationIn(const TemporaryFolder& folder) {
     Installation installation;
+    installation.root = folder.path();
     installation.searchPath = {folder.path("w/a"), folder.path("w/b"), folder.path("w/none")};
     installation.extensions = {"vk", "vkx", "a.vk"};
     installation.searchIndex = folder.path("search.cdb");

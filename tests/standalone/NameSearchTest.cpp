@@ -262,6 +262,7 @@ TEST(RealFileTree, RefusesPathsThatAreTooLongForTheSystem) {
     std::ofstream("g.vkx").flush();
     std::filesystem::current_path(previous);
     Installation installation;
+    installation.root = top.path();
     installation.searchPath = {folder};
     installation.extensions = {"vk", "vkx"};
     const RealFileTree tree;

@@ -1,0 +1,34 @@
+// A folder that is held open while folders below it are looked at: the system then walks only the rest of each path.
+//
+// It stays the folder that it was, whatever its path leads to later, so it is held while one name is searched or one
+// view is taken, and no longer.
+// Threads: any, at the same time.
+#pragma once
+
+#include <string>
+
+namespace tessgen::standalone {
+
+// How the system is told of a path: the two first arguments of openat, fstatat and faccessat.
+struct WalkedPath {
+    int folder; // AT_FDCWD when the path is absolute
+    const char* path;
+};
+
+class HeldFolder {
+public:
+    // Errors: none; when the folder cannot be opened, paths are walked as a whole.
+    explicit HeldFolder(const std::string& path);
+    HeldFolder(const HeldFolder&) = delete;
+    HeldFolder& operator=(const HeldFolder&) = delete;
+    ~HeldFolder();
+
+    // To `path`, which is absolute and outlives the walk.
+    WalkedPath to(const std::string& path) const;
+
+private:
+    int descriptor_;
+    std::string above_; // what paths below the folder begin with
+};
+
+} // namespace tessgen::standalone
