@@ -1,4 +1,4 @@
-// Runs programs in turn, round after round, and tells the median time of each and the most memory that it took.
+// Runs programs round after round, in an order of chance, and tells the median time of each and the most memory that it took.
 //
 // Usage: side_by_side ROUNDS WORDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]
 // In an argument, %W stands for a word of the file WORDS, another one in each round. Output is thrown away. On standard
@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <iostream>
+#include <random>
 #include <spawn.h>
 #include <stdexcept>
 #include <string>
@@ -122,12 +123,16 @@ double median(std::vector<double> values) {
 }
 
 void measure(std::size_t rounds, const std::vector<std::string>& words, std::vector<Program>& programs) {
+    std::vector<Program*> order;
     for (auto& program : programs) {
         lookAtMemory(program, words.at(rounds % words.size())); // also the warming round
+        order.push_back(&program);
     }
+    std::minstd_rand random;
     for (std::size_t round = 0; round < rounds; ++round) {
-        for (std::size_t i = 0; i < programs.size(); ++i) { // each after each other one as often
-            run(programs[(round + i) % programs.size()], words[round % words.size()]);
+        std::shuffle(order.begin(), order.end(), random); // so that each comes after each other one
+        for (auto* program : order) {
+            run(*program, words[round % words.size()]);
         }
     }
     for (const auto& program : programs) {

@@ -12,7 +12,7 @@
 namespace tessgen::cli {
 
 int batch(const Request& request) {
-    Resolver resolver(request);
+    auto& resolver = Resolver::of(request);
     const bool isColoured = outputIsColoured();
     Tally tally;
     auto lines = standalone::LineReader::ofStandardInput();

@@ -40,6 +40,12 @@ Resolver::Resolver(const Request& request, standalone::View view)
     forget();
 }
 
+// Never taken down: the process ends when the request is answered, and gives all of it back at once.
+Resolver& Resolver::of(const Request& request, standalone::View view) {
+    static auto* const resolver = new Resolver(request, view); // NOLINT(cppcoreguidelines-owning-memory)
+    return *resolver;
+}
+
 // As kelwhich::kelwhich puts them together.
 void Resolver::forget() {
     Collaborators of = replay_      ? replayed(replay_)

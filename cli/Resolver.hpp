@@ -2,7 +2,7 @@
 // recorded, or from a recording.
 //
 // Threads: those of KELWhichResolver over such collaborators.
-// Lifetime: the installation stays open, and answers of the disk are remembered, as long as this lives.
+// Lifetime: until the process ends. The installation stays open, and answers of the disk are remembered.
 #pragma once
 
 #include "cli/CommandLine.hpp"
@@ -18,9 +18,9 @@ class Replay;
 
 class Resolver {
 public:
-    // Opens what the request speaks of.
+    // Opens what the request speaks of; to be called once.
     // Errors: those of `findManifest`, of Session, of Recording and of Replay.
-    explicit Resolver(const Request& request, standalone::View view = standalone::View::live);
+    static Resolver& of(const Request& request, standalone::View view = standalone::View::live);
     Resolver(const Resolver&) = delete;
     Resolver& operator=(const Resolver&) = delete;
     ~Resolver() = default;
@@ -39,6 +39,8 @@ public:
     void keepRecording() const;
 
 private:
+    Resolver(const Request& request, standalone::View view);
+
     std::shared_ptr<const Replay> replay_;
     standalone::Session session_;
     std::shared_ptr<Recording> recording_;

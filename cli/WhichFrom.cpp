@@ -24,7 +24,7 @@ using standalone::LineReader;
 class NamesOfFile {
 public:
     NamesOfFile(const Request& request, LineReader& lines)
-        : request_(request), lines_(lines), resolver_(request, standalone::View::fixed),
+        : request_(request), lines_(lines), resolver_(Resolver::of(request, standalone::View::fixed)),
           progress_("names", lines.size()) {}
 
     int answerAll() {
@@ -106,7 +106,7 @@ private:
 
     const Request& request_;
     LineReader& lines_;
-    const Resolver resolver_;
+    const Resolver& resolver_;
     Progress progress_;
     const bool showsProgress_ = !outputIsTerminal(); // there, the answers show it
     const bool isColoured_ = outputIsColoured();
