@@ -1,4 +1,5 @@
-// Runs programs round after round, in an order of chance, and tells the median time of each and the most memory that it took.
+// Runs programs round after round, in an order of chance, and tells the median time of each and the most memory that
+// it took.
 //
 // Usage: side_by_side ROUNDS WORDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]
 // In an argument, %W stands for a word of the file WORDS, another one in each round. Output is thrown away. On standard

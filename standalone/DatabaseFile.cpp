@@ -99,11 +99,11 @@ DatabaseEntry DatabaseFile::entryIn(std::string_view bytes, std::uint32_t keyLen
         failDamaged("an entry is too short");
     }
     const auto content = bytes.substr(0, bytes.size() - checksumSize);
-    return {content.substr(0, keyLength), content.substr(keyLength), numberFrom(bytes.substr(content.size()))};
+    return {content.substr(0, keyLength), content.substr(keyLength)};
 }
 
 void DatabaseFile::check(const DatabaseEntry& entry) const {
-    if (checksumOf({entry.key.data(), entry.key.size() + entry.value.size()}) != entry.checksum) {
+    if (checksumOf({entry.key.data(), entry.key.size() + entry.value.size()}) != entry.checksum()) {
         failDamaged("the checksum of an entry is wrong");
     }
 }
@@ -122,7 +122,7 @@ DatabaseEntry DatabaseFile::entryAt(const EntryReference& reference) const {
         failDamaged("an entry is not as long as it was");
     }
     const auto entry = checkedEntry(bytes(reference.position + databaseEntryHeaderSize, reference.length), keyLength);
-    if (entry.checksum != reference.checksum) {
+    if (entry.checksum() != reference.checksum) {
         failDamaged("an entry is not the one that was written there");
     }
     return entry;

@@ -31,8 +31,9 @@ public:
 
 struct DatabaseEntry {
     std::string_view key;   // right before `value` in the file
-    std::string_view value; // without its checksum
-    std::uint32_t checksum;
+    std::string_view value; // without its checksum, which is right behind it
+
+    std::uint32_t checksum() const { return numberFrom({value.data() + value.size(), checksumSize}); }
 };
 
 class DatabaseFile {

@@ -62,7 +62,7 @@ private:
             return false;
         }
         const auto length = static_cast<std::uint32_t>(entry.key.size() + entry.value.size() + checksumSize);
-        const auto reference = encodeReference({position(), length, entry.checksum});
+        const auto reference = encodeReference({position(), length, entry.checksum()});
         for (const auto& name : record->names) {
             due_.emplace_back(encodeKey(EntryKind::name, name), reference);
         }
