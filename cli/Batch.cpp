@@ -12,7 +12,7 @@
 namespace tessgen::cli {
 
 int batch(const Request& request) {
-    auto& resolver = Resolver::of(request);
+    Resolver resolver(request);
     const bool isColoured = outputIsColoured();
     Tally tally;
     auto lines = standalone::LineReader::ofStandardInput();

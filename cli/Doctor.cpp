@@ -70,7 +70,7 @@ std::string asJSON(const Findings& findings) {
 } // namespace
 
 int doctor(const Request& request) {
-    const auto& resolver = Resolver::of(request, standalone::View::fixed);
+    const Resolver resolver(request, standalone::View::fixed);
     const auto findings = diagnose(examinedBy(resolver));
     writeOut(request.json ? asJSON(findings) : asText(findings));
     if (findings.empty()) {

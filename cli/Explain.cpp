@@ -36,7 +36,7 @@ int explain(const Request& request) {
     if (request.whyNot && !standalone::isUTF8(*request.whyNot)) {
         throw std::runtime_error("the PATH of --why-not is not UTF-8");
     }
-    const auto& resolver = Resolver::of(request);
+    const Resolver resolver(request);
     const bool coloured = outputIsColoured();
     std::string text;
     std::vector<nlohmann::ordered_json> documents;

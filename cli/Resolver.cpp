@@ -25,6 +25,13 @@ standalone::Installation installationOf(const Replay& replay) {
     return installation;
 }
 
+// Never closed: the process ends when the request is answered, and gives all of it back at once.
+void openSession(const Request& request, const Replay* replay, standalone::View view) {
+    [[maybe_unused]] static const auto* const session = replay != nullptr
+                                                            ? new standalone::Session(installationOf(*replay))
+                                                            : new standalone::Session(findManifest(request), view);
+}
+
 Collaborators realCollaborators() {
     return {std::make_unique<kelwhich::ORVAKWhichResolver>(), std::make_unique<kelwhich::ScreenerMetadataResolver>(),
             std::make_unique<kelwhich::RealFileSystem>()};
@@ -33,17 +40,12 @@ Collaborators realCollaborators() {
 } // namespace
 
 Resolver::Resolver(const Request& request, standalone::View view)
-    : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr),
-      session_(replay_ ? standalone::Session(installationOf(*replay_))
-                       : standalone::Session(findManifest(request), view)),
-      recording_(request.record ? std::make_shared<Recording>(*request.record) : nullptr) {
+    : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr) {
+    openSession(request, replay_.get(), view);
+    if (request.record) {
+        recording_ = std::make_shared<Recording>(*request.record);
+    }
     forget();
-}
-
-// Never taken down: the process ends when the request is answered, and gives all of it back at once.
-Resolver& Resolver::of(const Request& request, standalone::View view) {
-    static auto* const resolver = new Resolver(request, view); // NOLINT(cppcoreguidelines-owning-memory)
-    return *resolver;
 }
 
 // As kelwhich::kelwhich puts them together.

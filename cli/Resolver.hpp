@@ -2,7 +2,8 @@
 // recorded, or from a recording.
 //
 // Threads: those of KELWhichResolver over such collaborators.
-// Lifetime: until the process ends. The installation stays open, and answers of the disk are remembered.
+// Lifetime: answers of the disk are remembered as long as this lives; the installation stays open until the process
+// ends, so there is one resolver a process.
 #pragma once
 
 #include "cli/CommandLine.hpp"
@@ -18,9 +19,9 @@ class Replay;
 
 class Resolver {
 public:
-    // Opens what the request speaks of; to be called once.
+    // Opens what the request speaks of.
     // Errors: those of `findManifest`, of Session, of Recording and of Replay.
-    static Resolver& of(const Request& request, standalone::View view = standalone::View::live);
+    explicit Resolver(const Request& request, standalone::View view = standalone::View::live);
     Resolver(const Resolver&) = delete;
     Resolver& operator=(const Resolver&) = delete;
     ~Resolver() = default;
@@ -39,10 +40,7 @@ public:
     void keepRecording() const;
 
 private:
-    Resolver(const Request& request, standalone::View view);
-
     std::shared_ptr<const Replay> replay_;
-    standalone::Session session_;
     std::shared_ptr<Recording> recording_;
     std::unique_ptr<const kelwhich::KELWhichResolver> resolver_;
 };

@@ -84,7 +84,7 @@ std::string rendered(const std::vector<Answer>& answers, const Request& request)
 
 int which(const Request& request) {
     refusePathsOnTerminal(request);
-    const auto& resolver = Resolver::of(request);
+    const Resolver resolver(request);
     Tally tally;
     std::vector<Answer> answers;
     for (const auto& name : request.operands) {

@@ -23,9 +23,8 @@ using standalone::LineReader;
 
 class NamesOfFile {
 public:
-    NamesOfFile(const Request& request, LineReader& lines)
-        : request_(request), lines_(lines), resolver_(Resolver::of(request, standalone::View::fixed)),
-          progress_("names", lines.size()) {}
+    NamesOfFile(const Request& request, const Resolver& resolver, LineReader& lines)
+        : request_(request), lines_(lines), resolver_(resolver), progress_("names", lines.size()) {}
 
     int answerAll() {
         while (const auto line = nextLine()) {
@@ -124,8 +123,9 @@ private:
 int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
     auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
+    const Resolver resolver(request, standalone::View::fixed);
     // Never taken down: the process ends next, which gives all of it back at once.
-    static auto* const names = new NamesOfFile(request, lines); // NOLINT(cppcoreguidelines-owning-memory)
+    static auto* const names = new NamesOfFile(request, resolver, lines); // NOLINT(cppcoreguidelines-owning-memory)
     return names->answerAll();
 }
 
