@@ -76,11 +76,12 @@ class Bench:
         self.folder = folder
         self.quick = quick
         self.rounds = 5 if quick else 51
-        # Copies, as an installer makes them: what a linker has just written lies in memory page by page, and takes up
-        # to a fifth longer to start.
+        # Copies, as an installer makes them: how a file's pages lie in memory decides about the start.
         self.tools = os.path.join(folder, "bin")
         os.mkdir(self.tools)
-        for program in [f"{build}/cli/kelwhich", *glob.glob(f"{build}/benchmarks/bench_*")]:
+        for program in [f"{build}/cli/kelwhich", *glob.glob(f"{glob.escape(build)}/benchmarks/bench_*")]:
+            if not os.path.exists(program):
+                raise Wrong(f"there is no {program}: build it first")
             shutil.copy(program, self.tools)
         self.program = f"{self.tools}/kelwhich"
         self.rows = []
@@ -124,7 +125,7 @@ class Bench:
                     raise Wrong(f"the answer of {wrong} is wrong: {got.get(wrong)}, not {expected.get(wrong)}")
 
     def beside(self, *commands, words=("-",), rounds=None, environment=None):
-        """Runs the commands in turn; each one's median time in microseconds, and its memory in KiB."""
+        """Runs the commands round after round; each one's median time in microseconds, and its memory in KiB."""
         with open(f"{self.folder}/words", "w", encoding="utf-8") as out:
             out.writelines(word + "\n" for word in words)
         line = [f"{self.tools}/bench_side_by_side", str(rounds or self.rounds), f"{self.folder}/words"]

@@ -3,7 +3,8 @@
 
 A question without the index may make five for each folder that it lists and one for each candidate, those of the start
 included; with the index, one for each folder, two for each candidate, and 40. Asking names again, where many are
-answered, makes none. Prints each count and ends with 1 when one is too high.
+answered, makes none. No folder below the root is looked for by its whole path, and the program does not ask where it
+lies. Prints each count and ends with 1 when one is too high.
 """
 import json
 import os
@@ -44,6 +45,15 @@ def one_question(program, manifest, world):
     return calls, 5 * folders + candidates, all_folders + 40 + 2 * candidates
 
 
+def long_ways(program, manifest, world):
+    """The calls of one question that make the system walk to a folder from the top, or to the program."""
+    with tempfile.NamedTemporaryFile("r") as log:
+        subprocess.run(["strace", "-f", "-o", log.name, program, "-i", manifest, next(iter(names_of(world)))], check=True,
+                       stdout=subprocess.DEVNULL)
+        top = re.escape(os.path.realpath(world))
+        return len(re.findall(rf'\(AT_FDCWD, "{top}/s\d[^"]*(?<!\.vk)"|/proc/self/exe', log.read()))
+
+
 def asked_again(program, manifest, world, folder):
     """The calls that names make when they are asked a second time; those that read and write lines do not count."""
     calls = []
@@ -77,10 +87,12 @@ def main(program, folders):
         indexed = with_index(program, manifest)
         known, _, most_known = one_question(program, indexed, world)
         again = asked_again(program, manifest, world, folder)
+        long = long_ways(program, manifest, world) + long_ways(program, indexed, world)
     print(f"one question in {folders} folders: {calls} system calls, at most {most}")
     print(f"with the index: {known} system calls, at most {most_known}")
     print(f"all names asked again: {again} system calls, at most 0")
-    return 0 if calls <= most and known <= most_known and again <= 0 else 1
+    print(f"walks to folders from the top, and to the program: {long}, at most 0")
+    return 0 if calls <= most and known <= most_known and again <= 0 and long == 0 else 1
 
 
 if __name__ == "__main__":

@@ -124,7 +124,7 @@ int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
     auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
     const Resolver resolver(request, standalone::View::fixed);
-    // Never taken down: the process ends next, which gives all of it back at once.
+    // Never taken down, nor used any more: the process ends next, which gives all of it back at once.
     static auto* const names = new NamesOfFile(request, resolver, lines); // NOLINT(cppcoreguidelines-owning-memory)
     return names->answerAll();
 }

@@ -44,6 +44,7 @@ public:
 
         // Lets the system walk to the folders from there.
         void walkFrom(const HeldFolder& top) { top_ = &top; }
+        void walkFrom(HeldFolder&& top) = delete; // it must outlive the filter
         WalkedPath walkTo(const std::string& folder) const {
             return top_ == nullptr ? WalkedPath{AT_FDCWD, folder.c_str()} : top_->to(folder);
         }

@@ -4,12 +4,24 @@
 
 #include <climits>
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace tessgen::standalone {
 
-HeldFolder::HeldFolder(const std::string& path)
-    : descriptor_(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)), above_(joinPath(path, "")) {}
+namespace {
+
+int openWithoutLinks(const std::string& path) {
+    open_how how{};
+    how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_SYMLINKS;
+    return static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how));
+}
+
+} // namespace
+
+HeldFolder::HeldFolder(const std::string& path) : above_(joinPath(path, "")), descriptor_(openWithoutLinks(path)) {}
 
 HeldFolder::~HeldFolder() {
     if (descriptor_ >= 0) {
@@ -17,9 +29,10 @@ HeldFolder::~HeldFolder() {
     }
 }
 
-// A path that the system does not take as a whole is not walked in part either, and the root itself is walked as such.
+// A path that the system does not take as a whole is not walked in part either, and the folder itself is walked as
+// such.
 WalkedPath HeldFolder::to(const std::string& path) const {
-    const bool isBelow = path.size() > above_.size() && path.starts_with(above_);
+    const bool isBelow = path.size() > above_.size() && path.starts_with(above_) && path[above_.size()] != '/';
     return descriptor_ >= 0 && isBelow && path.size() < PATH_MAX ? WalkedPath{descriptor_, path.c_str() + above_.size()}
                                                                  : WalkedPath{AT_FDCWD, path.c_str()};
 }

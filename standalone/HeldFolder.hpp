@@ -1,7 +1,7 @@
 // A folder that is held open while folders below it are looked at: the system then walks only the rest of each path.
 //
 // It stays the folder that it was, whatever its path leads to later, so it is held while one name is searched or one
-// view is taken, and no longer.
+// view is taken, and no longer. So long it takes a descriptor of the process.
 // Threads: any, at the same time.
 #pragma once
 
@@ -17,7 +17,8 @@ struct WalkedPath {
 
 class HeldFolder {
 public:
-    // Errors: none; when the folder cannot be opened, paths are walked as a whole.
+    // Errors: none; when the folder cannot be opened, or links lead to it, paths are walked as a whole: the system
+    // counts the links of a walk, and a path must not be longer in one way than in the other.
     explicit HeldFolder(const std::string& path);
     HeldFolder(const HeldFolder&) = delete;
     HeldFolder& operator=(const HeldFolder&) = delete;
@@ -27,8 +28,8 @@ public:
     WalkedPath to(const std::string& path) const;
 
 private:
-    int descriptor_;
     std::string above_; // what paths below the folder begin with
+    int descriptor_;
 };
 
 } // namespace tessgen::standalone

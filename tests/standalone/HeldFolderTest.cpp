@@ -1,6 +1,7 @@
 #include "standalone/HeldFolder.hpp"
 
 #include "standalone/FileTree.hpp"
+#include "standalone/FixedSearch.hpp"
 #include "standalone/NameSearch.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -10,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 namespace tessgen::standalone {
 namespace {
@@ -26,12 +28,14 @@ TEST(HeldFolder, IsWalkedFromToWhatLiesBelowIt) {
     EXPECT_GE(walk.folder, 0);
     EXPECT_STREQ(walk.path, "b/c");
     const std::string tooLong = folder + "/" + std::string(PATH_MAX - folder.size() - 1, 'n');
-    for (const std::string& path : {folder, folder + "/", folder + "b", top.path(), std::string("/"), tooLong}) {
+    for (const std::string& path :
+         {folder, folder + "/", folder + "//b", folder + "b", top.path(), std::string("/"), tooLong}) {
         EXPECT_EQ(held.to(path).folder, AT_FDCWD) << path;
         EXPECT_EQ(held.to(path).path, path.c_str());
     }
-    for (const std::string& other : {top.path("none"), top.write("file")}) {
-        EXPECT_EQ(HeldFolder(other).to(below).folder, AT_FDCWD) << other;
+    top.link("linked", "a");
+    for (const std::string& other : {top.path("none"), top.write("file"), top.path("linked"), top.path("linked/b")}) {
+        EXPECT_EQ(HeldFolder(other).to(other + "/c").folder, AT_FDCWD) << other;
     }
     const HeldFolder root("/");
     EXPECT_STREQ(root.to("/x").path, "x");
@@ -54,6 +58,26 @@ TEST(HeldFolder, IsTheRootOfTheMoment) {
     std::filesystem::rename(top.path("other"), top.path("root"));
     EXPECT_TRUE(search.find(u"f").empty());
     EXPECT_EQ(search.find(u"g").size(), 1);
+}
+
+// The system walks along 40 links at most, from wherever it begins.
+TEST(HeldFolder, LeadsToNothingThatItsPathDoesNotLeadTo) {
+    const TemporaryFolder top;
+    top.write("real/0/f.vk");
+    std::filesystem::rename(top.path("real"), top.path("0"));
+    for (int i = 1; i <= 25; ++i) {
+        top.link(std::to_string(i), std::to_string(i - 1));
+        top.link("0/" + std::to_string(i), std::to_string(i - 1));
+    }
+    Installation installation;
+    installation.extensions = {"vk"};
+    const RealFileTree disk;
+    for (const auto& [root, folder, found] : {std::tuple("25", "10", 1), {"25", "25", 0}, {"0", "25", 1}}) {
+        installation.root = top.path(root);
+        installation.searchPath = {installation.root + "/" + folder};
+        EXPECT_EQ(NameSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
+        EXPECT_EQ(FixedSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
+    }
 }
 
 } // namespace
