@@ -19,9 +19,14 @@ namespace {
 using test::TemporaryFolder;
 
 TEST(HeldFolder, IsWalkedFromToWhatLiesBelowIt) {
+    const HeldFolder root("/");
+    if (root.to("/x").folder == AT_FDCWD) {
+        GTEST_SKIP() << "the system cannot open a folder so";
+    }
+    EXPECT_STREQ(root.to("/x").path, "x");
     const TemporaryFolder top;
-    const std::string folder = top.makeFolder("a");
     top.makeFolder("a/b");
+    const std::string folder = std::filesystem::canonical(top.path("a"));
     const HeldFolder held(folder);
     const std::string below = folder + "/b/c";
     const WalkedPath walk = held.to(below);
@@ -37,8 +42,6 @@ TEST(HeldFolder, IsWalkedFromToWhatLiesBelowIt) {
     for (const std::string& other : {top.path("none"), top.write("file"), top.path("linked"), top.path("linked/b")}) {
         EXPECT_EQ(HeldFolder(other).to(other + "/c").folder, AT_FDCWD) << other;
     }
-    const HeldFolder root("/");
-    EXPECT_STREQ(root.to("/x").path, "x");
 }
 
 // Between two questions another folder may come to lie where the root was.
