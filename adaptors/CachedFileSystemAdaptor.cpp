@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 
-#include "adaptors/remembered.hpp"
+#include "adaptors/Memoize.hpp"
 
 #include <memory>
 #include <mutex>

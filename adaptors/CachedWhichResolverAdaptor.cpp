@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 
-#include "adaptors/remembered.hpp"
+#include "adaptors/Memoize.hpp"
 
 #include <memory>
 #include <string>

@@ -3,8 +3,8 @@
 // Usage: bench_resolve [WHAT COUNT]    answers COUNT times, for a tool that counts instructions; without arguments,
 // tells the compiler, and for each WHAT how often it allocates memory.
 #include "host/Paths.hpp"
-#include "standalone/Installation.hpp"
 #include "standalone/Session.hpp"
+#include "standalone/manifest/Installation.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 #include "tests/support/FailingAllocator.hpp"

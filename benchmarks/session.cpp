@@ -4,7 +4,7 @@
 // which they are asked.
 #include "standalone/Session.hpp"
 #include "host/Paths.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/text/Text.hpp"
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 #include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
@@ -81,7 +81,7 @@ void path(benchmark::State& state, Helper helper) {
 }
 
 void run(char** words) {
-    const standalone::Session session(words[1], standalone::View::fixed);
+    const standalone::Session session(words[1], standalone::View::snapshot);
     const Names names = readNames(words[2]);
     Names absent = names;
     for (auto& name : absent) {

@@ -1,7 +1,7 @@
-#include "cli/CommandLine.hpp"
-#include "cli/Commands.hpp"
-#include "cli/Console.hpp"
-#include "cli/Help.hpp"
+#include "cli/commands/Commands.hpp"
+#include "cli/options/CommandLine.hpp"
+#include "cli/options/Help.hpp"
+#include "cli/output/Console.hpp"
 
 #include <cstdlib>
 #include <exception>
@@ -51,8 +51,8 @@ int run(const Request& request) {
 int main(int count, char** words) {
     // What stops the program where nothing may be thrown; most likely memory is out.
     std::set_terminate([] {
-        complainOfFailure();
-        endComplaints(exitNothing);
+        reportFailure();
+        flushErrors(exitNothing);
         std::_Exit(exitNothing);
     });
     int exitCode = exitNothing;
@@ -60,8 +60,8 @@ int main(int count, char** words) {
         prepareStreams();
         exitCode = run(readCommandLine(count, words));
     } catch (...) {
-        complainOfFailure();
+        reportFailure();
     }
-    endComplaints(exitCode);
+    flushErrors(exitCode);
     return exitCode;
 }

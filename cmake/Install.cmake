@@ -12,7 +12,7 @@ if(NOT KELWHICH_PLATFORM)
   install(FILES standalone/Session.hpp standalone/HostArrays.hpp DESTINATION "${standalone_include_dir}/standalone"
           COMPONENT development)
   install(DIRECTORY platform/include/ DESTINATION "${standalone_include_dir}" COMPONENT development)
-  install(FILES cli/kelwhich.schema.json standalone/installation.schema.json
+  install(FILES cli/kelwhich.schema.json standalone/manifest/installation.schema.json
           DESTINATION "${CMAKE_INSTALL_DATADIR}/kelwhich" COMPONENT program)
   install(DIRECTORY examples/installation DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT program
           PATTERN "*.cdb" EXCLUDE)

@@ -1,10 +1,10 @@
 // A manifest of any bytes: an installation, of which `config` shows the settings that make the same one again, or an
 // error that names the line and column in the file.
-#include "cli/Commands.hpp"
-#include "cli/Console.hpp"
-#include "cli/Escape.hpp"
+#include "cli/commands/Commands.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
 #include "fuzz/Fuzz.hpp"
-#include "standalone/Installation.hpp"
+#include "standalone/manifest/Installation.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <nlohmann/json.hpp>

@@ -1,10 +1,10 @@
 // Words of a command line of any bytes, one a line: a request or an error of one line; and what is printed of them is
 // whole lines of UTF-8 that rule no terminal and mean the words.
-#include "cli/CommandLine.hpp"
-#include "cli/Escape.hpp"
-#include "cli/Render.hpp"
+#include "cli/options/CommandLine.hpp"
+#include "cli/output/Escape.hpp"
+#include "cli/output/Render.hpp"
 #include "fuzz/Fuzz.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -57,8 +57,8 @@ std::string unquoted(std::string word) {
     return word;
 }
 
-// One line, UTF-8, no control character, no mark that turns the direction of writing. These are named once more, apart
-// from those that the program knows.
+// One line, UTF-8, no control character, no mark that wouldWinBy the direction of writing. These are named once more,
+// apart from those that the program knows.
 bool isSafe(std::string_view line) {
     const auto units = standalone::toUTF16(line);
     const auto isUnsafe = [](char16_t c) {

@@ -1,9 +1,9 @@
 // Lines of records of any bytes: the store that is built of them holds what they say and can be written as lines that
 // build the very same store; or an error names the line, and nothing is left behind.
-#include "cli/Escape.hpp"
+#include "cli/output/Escape.hpp"
 #include "fuzz/Fuzz.hpp"
-#include "standalone/SupportRecords.hpp"
-#include "standalone/SupportStoreCheck.hpp"
+#include "standalone/store/SupportRecords.hpp"
+#include "standalone/store/SupportStoreCheck.hpp"
 #include "tests/support/SupportStores.hpp"
 
 #include <stdexcept>

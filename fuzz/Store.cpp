@@ -2,10 +2,10 @@
 // file holds it; what the check calls whole is read whole.
 #include "fuzz/Fuzz.hpp"
 #include "fuzz/StoreInput.hpp"
-#include "standalone/DatabaseFile.hpp"
-#include "standalone/SupportStore.hpp"
-#include "standalone/SupportStoreCheck.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/database/DatabaseFile.hpp"
+#include "standalone/store/SupportStore.hpp"
+#include "standalone/store/SupportStoreCheck.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <algorithm>
 #include <map>

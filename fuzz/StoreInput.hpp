@@ -2,8 +2,8 @@
 // behind checksums, references and hash tables is met too.
 #pragma once
 
-#include "standalone/DatabaseTables.hpp"
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/database/DatabaseTables.hpp"
+#include "standalone/store/SupportStoreFormat.hpp"
 
 #include <algorithm>
 #include <cstddef>

@@ -16,7 +16,7 @@ namespace {
 constexpr auto npos = std::u16string_view::npos;
 
 // Where an ASCII character occurs last. By bytes, many at a time; the library's own search goes unit by unit.
-std::size_t lastPlaceOf(std::u16string_view text, char character) noexcept {
+std::size_t findLast(std::u16string_view text, char character) noexcept {
     std::size_t length = text.size() * sizeof(char16_t);
     while (length != 0) {
         const auto* const begin = reinterpret_cast<const char*>(text.data());
@@ -35,7 +35,7 @@ std::size_t lastPlaceOf(std::u16string_view text, char character) noexcept {
 // What stands before the last "/" and after it, without one all of the text.
 struct Parts {
     explicit Parts(std::u16string_view path) noexcept : name(path) {
-        if (const auto separator = lastPlaceOf(path, '/'); separator != npos) {
+        if (const auto separator = findLast(path, '/'); separator != npos) {
             folder = path.substr(0, separator);
             name = path.substr(separator + 1);
         }
@@ -46,7 +46,7 @@ struct Parts {
 };
 
 std::u16string_view stemOf(std::u16string_view file) noexcept {
-    return file.substr(0, lastPlaceOf(file, '.'));
+    return file.substr(0, findLast(file, '.'));
 }
 
 bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
@@ -57,7 +57,7 @@ bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
 std::u16string_view folderAbovePrivate(std::u16string_view path) noexcept {
     const auto folder = parentDirectory(path);
     const Parts parts(folder);
-    return sameText(parts.name, u"private") ? parts.folder : folder;
+    return equal(parts.name, u"private") ? parts.folder : folder;
 }
 
 // The name that a text defines, in its parts.
@@ -72,7 +72,7 @@ struct QualifiedName {
         last = stemOf(file.name);
         auto folder = file.folder;
         if (const auto classFolder = getClassFolderInfo(text)) {
-            if (!sameText(classFolder->className, last)) {
+            if (!equal(classFolder->className, last)) {
                 return; // a method of the class
             }
             folder = parentDirectory(classFolder->classFolder);
@@ -107,7 +107,7 @@ std::u16string_view fileName(std::u16string_view path) noexcept {
 }
 
 std::u16string_view fileExtension(std::u16string_view path) noexcept {
-    const auto dot = lastPlaceOf(path, '.');
+    const auto dot = findLast(path, '.');
     return dot == npos ? std::u16string_view() : path.substr(dot + 1);
 }
 
@@ -116,7 +116,7 @@ std::u16string_view fileStem(std::u16string_view path) noexcept {
 }
 
 bool containsSeparator(const std::u16string& text) noexcept {
-    return lastPlaceOf(text, '/') != npos;
+    return findLast(text, '/') != npos;
 }
 
 std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path) {
@@ -149,7 +149,7 @@ std::u16string qualifiedNameForPath(const std::u16string& text) {
 
 bool definesPlainName(std::u16string_view text, std::u16string_view name) {
     const QualifiedName defined(text);
-    return defined.prefixes.empty() && sameText(defined.last, name);
+    return defined.prefixes.empty() && equal(defined.last, name);
 }
 
 } // namespace tessgen::kelwhich

@@ -14,7 +14,7 @@
 namespace tessgen::kelwhich {
 
 // The same code units. Faster than ==, which goes unit by unit in this standard library.
-inline bool sameText(std::u16string_view a, std::u16string_view b) noexcept {
+inline bool equal(std::u16string_view a, std::u16string_view b) noexcept {
     return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
@@ -23,7 +23,7 @@ inline bool sameText(std::u16string_view a, std::u16string_view b) noexcept {
 //   "/h", "/h/tb"          -> false
 //   "/h", ""               -> true
 inline bool beginsWith(std::u16string_view text, std::u16string_view prefix) noexcept {
-    return text.size() >= prefix.size() && sameText(text.substr(0, prefix.size()), prefix);
+    return text.size() >= prefix.size() && equal(text.substr(0, prefix.size()), prefix);
 }
 
 // Lexical: `text` with the prefix `from`, if it has it, replaced by `to`.

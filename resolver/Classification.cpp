@@ -1,6 +1,6 @@
 #include "fl/filesystem.hpp"
 #include "host/Paths.hpp"
-#include "resolver/Verdicts.hpp"
+#include "resolver/Judgements.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 #include "tessapp/util/foundation.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"

@@ -1,10 +1,10 @@
 #include "tessgen/kelwhich/Explanation.hpp"
 
 #include "host/Paths.hpp"
+#include "resolver/Duplicates.hpp"
+#include "resolver/Judgements.hpp"
 #include "resolver/Ordering.hpp"
 #include "resolver/Predicates.hpp"
-#include "resolver/Repeats.hpp"
-#include "resolver/Verdicts.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "host/Paths.hpp"
+#include "resolver/Judgements.hpp"
 #include "resolver/Predicates.hpp"
-#include "resolver/Verdicts.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <iterator>
@@ -15,7 +15,7 @@ namespace {
 
 // A file that only the files of the folder above may use. One in a class's private folder belongs to the class.
 bool liesInPrivateFolder(const WhichResult& result) {
-    return isFile(result) && sameText(fileName(parentDirectory(result.path)), u"private")
+    return isFile(result) && equal(fileName(parentDirectory(result.path)), u"private")
            && !getClassFolderInfo(result.path);
 }
 

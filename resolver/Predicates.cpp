@@ -20,7 +20,7 @@ bool isBuiltinOrSourceFile(const WhichResult& result) {
         return true;
     }
     const auto extension = fileExtension(result.path);
-    return sameText(extension, u"vk") || sameText(extension, u"vkx");
+    return equal(extension, u"vk") || equal(extension, u"vkx");
 }
 
 Explanation::Definition definitionBy(const WhichResult& result, const std::u16string& name) {
@@ -40,7 +40,7 @@ Explanation::Definition definitionAt(const std::u16string& path, const std::u16s
         return Definition::otherName;
     }
     const auto classFolder = getClassFolderInfo(path);
-    return classFolder && !sameText(classFolder->className, name) ? Definition::otherClass : Definition::direct;
+    return classFolder && !equal(classFolder->className, name) ? Definition::otherClass : Definition::direct;
 }
 
 } // namespace tessgen::kelwhich

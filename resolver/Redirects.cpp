@@ -1,5 +1,5 @@
+#include "resolver/Duplicates.hpp"
 #include "resolver/Predicates.hpp"
-#include "resolver/Repeats.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <range/v3/range/conversion.hpp>

@@ -1,7 +1,7 @@
 #include "standalone/Session.hpp"
 
-#include "standalone/SessionState.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/services/SessionState.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <atomic>
 #include <memory>
@@ -72,13 +72,13 @@ SessionState::SessionState(Installation opened, View view)
       files(index ? &*index : nullptr, disk), search(installation, files), store(openStore(installation)),
       root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
       kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
-    if (view == View::fixed) {
-        fixedSearch.emplace(installation, files);
+    if (view == View::snapshot) {
+        snapshotSearch.emplace(installation, files);
     }
 }
 
 std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
-    return fixedSearch ? fixedSearch->find(name) : search.find(name);
+    return snapshotSearch ? snapshotSearch->find(name) : search.find(name);
 }
 
 const SessionState& currentSession() {

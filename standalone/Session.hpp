@@ -13,14 +13,15 @@ struct Installation;
 struct SessionState;
 
 enum class View {
-    live,  // each answer reflects the disk at the moment it is given
-    fixed, // all answers reflect the disk at the moment the session opened; for answering many names
+    live,     // each answer reflects the disk at the moment it is given
+    snapshot, // all answers reflect the disk at the moment the session opened; for answering many names
+    fixed [[deprecated("use View::snapshot")]] = snapshot,
 };
 
 class Session {
 public:
     // Opens the installation that a manifest, or the `installation.json` of a folder, describes. The manifest, the
-    // store and the search index, if it was built, are opened once. A fixed view lists every folder of the search path
+    // store and the search index, if it was built, are opened once. A snapshot lists every folder of the search path
     // now; names with "/", and packages that are reached through more than one link, are looked at when they are first
     // asked for. A folder that cannot be read is an error of the questions that need it, in both views.
     // Errors: std::runtime_error, one line: a manifest, a store or an index that is not as it should be;

@@ -14,7 +14,7 @@ add_unit_tests(
   support/FakeArrays.cpp
   support/RecordingHost.cpp
   sweeps/ThreadsTest.cpp
-  ../standalone/DataArrays.cpp
+  ../standalone/services/DataArrays.cpp
   LIBRARIES
   kelwhich_objects
   kelwhich_paths)

@@ -1,7 +1,3 @@
-find_package(fmt REQUIRED)
-find_package(nlohmann_json REQUIRED)
-find_package(utf8cpp REQUIRED)
-
 # The built program as a user meets it: sessions of commands and what they must answer.
 file(GLOB sessions CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/program/*.session")
 foreach(path ${sessions})
@@ -17,17 +13,9 @@ add_unit_tests(
   program_tests
   SOURCES
   cli/RecordingTest.cpp
-  ../cli/Escape.cpp
-  ../cli/Kinds.cpp
-  ../cli/Reason.cpp
-  ../cli/Recording.cpp
-  ../cli/RecordingFormat.cpp
-  ../cli/Replay.cpp
   LIBRARIES
+  kelwhich_cli
   kelwhich_standalone_objects
   kelwhich_objects
   kelwhich_paths
-  kelwhich_standalone_needs
-  fmt::fmt-header-only
-  nlohmann_json::nlohmann_json
-  utf8cpp)
+  kelwhich_standalone_needs)

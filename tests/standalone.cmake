@@ -3,9 +3,9 @@ add_unit_tests(
   standalone_tests
   SOURCES
   standalone/DiagnosisTest.cpp
-  standalone/FixedSearchTest.cpp
+  standalone/SnapshotSearchTest.cpp
   standalone/FolderStampTest.cpp
-  standalone/HeldFolderTest.cpp
+  standalone/DirectoryHandleTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp
@@ -28,5 +28,5 @@ if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
   target_compile_definitions(standalone_tests PRIVATE KELWHICH_SWEEPS_ALLOCATIONS)
 endif()
 add_test(NAME standalone.schema
-         COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/installation.schema.json" standalone/manifests.json
+         COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/manifest/installation.schema.json" standalone/manifests.json
          WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")

@@ -1,6 +1,6 @@
-#include "cli/Help.hpp"
+#include "cli/options/Help.hpp"
 #include "cli/pages/Pages.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,7 @@
 // one, or the first two, may be a command, and after the first name every word is a name.
 #pragma once
 
-#include "cli/Options.hpp"
+#include "cli/options/Options.hpp"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/RealFileSystem.hpp"
 
-#include "standalone/DataArrays.hpp"
+#include "standalone/services/DataArrays.hpp"
 #include "tests/support/RecordingHost.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 

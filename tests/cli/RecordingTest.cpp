@@ -1,7 +1,7 @@
-#include "cli/Recording.hpp"
-#include "cli/Replay.hpp"
-#include "standalone/Installation.hpp"
+#include "cli/recording/Recording.hpp"
+#include "cli/recording/Replay.hpp"
 #include "standalone/Session.hpp"
+#include "standalone/manifest/Installation.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 #include "tests/support/World.hpp"
 
@@ -28,14 +28,14 @@ std::string said(const cli::Question& question, AskIt ask) {
 }
 
 std::vector<std::string> saidToEachQuestion(const cli::Collaborators& of, const std::u16string& text) {
-    using cli::Ask;
-    return {said({Ask::which, text}, [&] { return of.which->which(text); }),
-            said({Ask::findByPath, text}, [&] { return of.metadata->findByPath(text); }),
-            said({Ask::findBySymbol, text}, [&] { return of.metadata->findBySymbol(text); }),
-            said({Ask::exists, text}, [&] { return of.fileSystem->exists(text); }),
-            said({Ask::orvakroot, {}}, [&] { return of.fileSystem->orvakroot(); }),
-            said({Ask::spkgroot, {}}, [&] { return of.fileSystem->spkgroot(); }),
-            said({Ask::isOnKELPath, text}, [&] { return of.fileSystem->isOnKELPath(text); })};
+    using cli::QueryKind;
+    return {said({QueryKind::which, text}, [&] { return of.which->which(text); }),
+            said({QueryKind::findByPath, text}, [&] { return of.metadata->findByPath(text); }),
+            said({QueryKind::findBySymbol, text}, [&] { return of.metadata->findBySymbol(text); }),
+            said({QueryKind::exists, text}, [&] { return of.fileSystem->exists(text); }),
+            said({QueryKind::orvakroot, {}}, [&] { return of.fileSystem->orvakroot(); }),
+            said({QueryKind::spkgroot, {}}, [&] { return of.fileSystem->spkgroot(); }),
+            said({QueryKind::isOnKELPath, text}, [&] { return of.fileSystem->isOnKELPath(text); })};
 }
 
 // Texts that are no Unicode, answers that change and change back, errors that are no UTF-8, questions in between.

@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/invoke.hpp"
 
-#include "standalone/DataArrays.hpp"
+#include "standalone/services/DataArrays.hpp"
 #include "tests/support/FakeArrays.hpp"
 #include "tests/support/Faults.hpp"
 #include "tests/support/RecordingHost.hpp"

@@ -1,6 +1,6 @@
 #include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
 
-#include "standalone/DataArrays.hpp"
+#include "standalone/services/DataArrays.hpp"
 #include "tests/support/RecordingHost.hpp"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "standalone/Diagnosis.hpp"
+#include "standalone/doctor/Diagnosis.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 #include "tests/support/SupportStores.hpp"
 
@@ -54,8 +54,8 @@ struct Patient {
             }
             return name == u"modern";
         };
-        const Examined examined{installation, tree, withStore ? &store : nullptr,
-                                [this](const std::string& path) { return tree.realPath(path); }, resolves};
+        const DiagnosisInput examined{installation, tree, withStore ? &store : nullptr,
+                                      [this](const std::string& path) { return tree.realPath(path); }, resolves};
         Strings lines;
         for (const Finding& finding : diagnose(examined)) {
             lines.push_back(std::string(textOf(finding.trap).code) + ": " + finding.place);
@@ -221,7 +221,7 @@ TEST(Diagnosis, FindsEachTrapAndNothingElse) {
             }
         }
     }
-    EXPECT_EQ(met.size(), static_cast<std::size_t>(Trap::redirectToNothing) + 1);
+    EXPECT_EQ(met.size(), static_cast<std::size_t>(Diagnostic::redirectToNothing) + 1);
     const std::string document = test::contentOf(KELWHICH_SOURCE_DIR "/docs/standalone-host.md");
     for (const std::string& code : met) {
         EXPECT_NE(document.find("| `" + code + "` |"), std::string::npos) << code << " is not in the document";

@@ -1,4 +1,4 @@
-#include "standalone/FolderStamp.hpp"
+#include "standalone/index/FolderStamp.hpp"
 
 #include <gtest/gtest.h>
 
@@ -35,8 +35,8 @@ TEST(FolderStamp, IsNotBelievedOnDisksWithoutTheTimeOfTheInode) {
         {0x9660, false}, {0x73717368, false}, {0xE0F5E1E2, false},
     };
     for (const auto& [fileSystem, believed] : disks) {
-        EXPECT_EQ(timesTellChanges({changed, fileSystem, true}), believed) << std::hex << fileSystem;
-        EXPECT_FALSE(timesTellChanges({{}, fileSystem, true}));
+        EXPECT_EQ(hasReliableTimestamps({changed, fileSystem, true}), believed) << std::hex << fileSystem;
+        EXPECT_FALSE(hasReliableTimestamps({{}, fileSystem, true}));
     }
 }
 

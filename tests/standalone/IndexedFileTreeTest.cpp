@@ -1,11 +1,11 @@
-#include "standalone/SearchIndex.hpp"
+#include "standalone/index/SearchIndex.hpp"
 
-#include "standalone/FixedSearch.hpp"
-#include "standalone/NameSearch.hpp"
-#include "standalone/SearchIndexBuilder.hpp"
-#include "standalone/SearchIndexCheck.hpp"
-#include "standalone/SearchIndexFormat.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/index/SearchIndexBuilder.hpp"
+#include "standalone/index/SearchIndexCheck.hpp"
+#include "standalone/index/SearchIndexFormat.hpp"
+#include "standalone/search/NameSearch.hpp"
+#include "standalone/search/SnapshotSearch.hpp"
+#include "standalone/text/Text.hpp"
 #include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -95,7 +95,7 @@ private:
 std::vector<std::string> answers(const Installation& installation, const FileTree& files) {
     std::vector<std::string> lines;
     const NameSearch live(installation, files);
-    const FixedSearch fixed(installation, files);
+    const SnapshotSearch fixed(installation, files);
     const auto ask = [&lines](const auto& search, const char* name) {
         std::string line;
         const auto error = test::errorOf([&] {

@@ -1,4 +1,4 @@
-#include "standalone/Installation.hpp"
+#include "standalone/manifest/Installation.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
@@ -36,7 +36,7 @@ std::string errorOf(const std::string& fileOrFolder) {
 }
 
 TEST(Installation, ReadsEveryKeyOfTheSchemasExample) {
-    std::ifstream file(KELWHICH_SOURCE_DIR "/standalone/installation.schema.json");
+    std::ifstream file(KELWHICH_SOURCE_DIR "/standalone/manifest/installation.schema.json");
     const auto schema = nlohmann::json::parse(file);
     const auto& example = schema.at("examples").at(0);
     EXPECT_EQ(example.size(), schema.at("properties").size()) << "the example has every key";

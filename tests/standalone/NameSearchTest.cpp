@@ -1,6 +1,6 @@
-#include "standalone/NameSearch.hpp"
-#include "standalone/PathText.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/search/NameSearch.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 

@@ -73,7 +73,7 @@ TEST(Session, KeepsItsViewWhenThatIsFixed) {
     const TemporaryFolder folder;
     folder.write("installation.json", R"({"searchPath": ["lib"]})");
     folder.makeFolder("lib/sub");
-    for (const auto view : {standalone::View::live, standalone::View::fixed}) {
+    for (const auto view : {standalone::View::live, standalone::View::snapshot}) {
         const Session session(folder.path(), view);
         EXPECT_EQ(textsOf(start(callWhich, {u"f"}).get().at(0)), Texts());
         const auto file = std::filesystem::path(folder.write("lib/f.vk", ""));

@@ -1,8 +1,8 @@
-#include "standalone/SupportStoreBuilder.hpp"
+#include "standalone/store/SupportStoreBuilder.hpp"
 
-#include "standalone/Checksum.hpp"
-#include "standalone/DatabaseWriter.hpp"
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/database/Checksum.hpp"
+#include "standalone/database/DatabaseWriter.hpp"
+#include "standalone/store/SupportStoreFormat.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -238,13 +238,13 @@ TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsTo) {
 TEST(DatabaseWriter, FillsTheFormatsLimitAndNotOneByteMore) {
     const TemporaryFolder folder;
     const auto sizeWithin = [&folder](std::uint64_t limit) {
-        NewFile file(folder.path("limited.cdb"));
+        AtomicFile file(folder.path("limited.cdb"));
         DatabaseWriter writer(file, limit);
         for (const auto* key : {"f", "g", "h"}) {
             writer.add(key, "value");
         }
         writer.finish(supportStoreKind, 3, u"/opt/orvak");
-        file.replaceTarget();
+        file.commit();
         return std::filesystem::file_size(folder.path("limited.cdb"));
     };
     const auto size = sizeWithin(databaseSizeLimit);

@@ -1,6 +1,6 @@
-#include "standalone/SupportStoreCheck.hpp"
+#include "standalone/store/SupportStoreCheck.hpp"
 
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/store/SupportStoreFormat.hpp"
 #include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 

@@ -1,7 +1,7 @@
-#include "standalone/SupportStore.hpp"
+#include "standalone/store/SupportStore.hpp"
 
-#include "standalone/SupportStoreCheck.hpp"
-#include "standalone/SupportStoreFormat.hpp"
+#include "standalone/store/SupportStoreCheck.hpp"
+#include "standalone/store/SupportStoreFormat.hpp"
 #include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"

@@ -1,5 +1,5 @@
-#include "standalone/Text.hpp"
-#include "standalone/PathText.hpp"
+#include "standalone/text/Text.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <gmock/gmock.h>
 

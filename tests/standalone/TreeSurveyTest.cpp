@@ -1,8 +1,8 @@
-#include "standalone/TreeSurvey.hpp"
-#include "standalone/Installation.hpp"
-#include "standalone/NameSearch.hpp"
-#include "standalone/PathText.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/manifest/TreeSurvey.hpp"
+#include "standalone/manifest/Installation.hpp"
+#include "standalone/search/NameSearch.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 
 #include <gmock/gmock.h>

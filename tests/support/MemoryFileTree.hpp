@@ -1,8 +1,8 @@
 // A file tree in memory, which writes down what it is asked.
 #pragma once
 
-#include "standalone/FileTree.hpp"
-#include "standalone/PathText.hpp"
+#include "standalone/files/FileTree.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <algorithm>
 #include <map>

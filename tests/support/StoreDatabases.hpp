@@ -1,7 +1,7 @@
 // Constant databases for tests, written by the library that the stores' format is from.
 #pragma once
 
-#include "standalone/DatabaseFormat.hpp"
+#include "standalone/database/DatabaseFormat.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <cdb.h>

@@ -1,9 +1,9 @@
 // Support stores for tests: built from lines, asked, and their answers shown as texts.
 #pragma once
 
-#include "standalone/SupportStore.hpp"
-#include "standalone/SupportStoreBuilder.hpp"
-#include "standalone/Text.hpp"
+#include "standalone/store/SupportStore.hpp"
+#include "standalone/store/SupportStoreBuilder.hpp"
+#include "standalone/text/Text.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 // The stand-alone host, and the library over it, while memory is out and among many threads.
-#include "standalone/Installation.hpp"
-#include "standalone/SearchIndexBuilder.hpp"
-#include "standalone/SessionState.hpp"
+#include "standalone/index/SearchIndexBuilder.hpp"
+#include "standalone/manifest/Installation.hpp"
+#include "standalone/services/SessionState.hpp"
 #include "tessgen/kelwhich/kelwhich.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/sweeps/Threads.hpp"
@@ -105,7 +105,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
         expected = answersTo(names);
     }
     EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
-    for (const auto view : {View::live, View::fixed}) {
+    for (const auto view : {View::live, View::snapshot}) {
         for (int round = 0; round < 10; ++round) {
             const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), view);
             together([&](int number) {
@@ -174,7 +174,7 @@ TEST(HostSweep, OfEveryAllocation) {
             });
         }
     };
-    for (const auto view : {View::live, View::fixed}) {
+    for (const auto view : {View::live, View::snapshot}) {
         sweepSession(listed, view);
         sweepSession(indexed, view);
     }

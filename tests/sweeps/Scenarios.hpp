@@ -1,7 +1,7 @@
 // Every public operation of the library, each as something that can be made anew, called, and called again.
 #pragma once
 
-#include "standalone/DataArrays.hpp"
+#include "standalone/services/DataArrays.hpp"
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 #include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"

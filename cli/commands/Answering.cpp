@@ -1,0 +1,58 @@
+#include "cli/commands/Answering.hpp"
+
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "tessgen/kelwhich/Explanation.hpp"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace tessgen::cli {
+
+Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver) {
+    Answer answer{std::string(name), {}, {}};
+    for (const auto& resolution : resolver.explain(nameIn(name)).resolutions) {
+        for (const auto& candidate : resolution.candidates) {
+            if (candidate.repeat) {
+                continue;
+            }
+            answer.candidates.push_back({inUTF8(candidate.result.path), candidate.result.type, candidate.isUser(),
+                                         candidate.isSupported(), !candidate.isDirect()});
+        }
+    }
+    return answer;
+}
+
+std::string unmetRequirement(const Answer& answer, const Requirement& requirement) {
+    if (answer.candidates.empty()) {
+        return "";
+    }
+    const auto& preferred = answer.candidates.front();
+    if (requirement.user && !preferred.isUser) {
+        return fmt::format("prefers what is not the user's own: {}", preferred.path);
+    }
+    if (requirement.supported && !preferred.isSupported) {
+        return fmt::format("prefers what is not supported: {}", preferred.path);
+    }
+    if (requirement.single && answer.candidates.size() > 1) {
+        return fmt::format("has {} candidates, not a single one", answer.candidates.size());
+    }
+    return "";
+}
+
+void applySelection(Answer& answer, const Request& request) {
+    if (request.first && answer.candidates.size() > 1) {
+        answer.candidates.erase(answer.candidates.begin() + 1, answer.candidates.end());
+    }
+}
+
+void refusePathsOnTerminal(const Request& request) {
+    if (request.null && outputIsTerminal()) {
+        throw std::runtime_error("--null writes paths as they are, which is not for a terminal: pass them on to a "
+                                 "program or a file, or leave out --null");
+    }
+}
+
+} // namespace tessgen::cli

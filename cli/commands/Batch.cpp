@@ -1,0 +1,39 @@
+#include "cli/commands/Answering.hpp"
+#include "cli/commands/Commands.hpp"
+#include "cli/commands/Outcome.hpp"
+#include "cli/installation/ResolverSession.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Render.hpp"
+#include "standalone/files/LineReader.hpp"
+
+#include <exception>
+
+namespace tessgen::cli {
+
+int batch(const Request& request) {
+    ResolverSession resolver(request);
+    const bool isColoured = outputIsColoured();
+    Outcome tally;
+    auto lines = standalone::LineReader::ofStandardInput();
+    while (const auto name = lines.next()) {
+        std::string text;
+        try {
+            resolver.dropCache();
+            auto answer = answerTo(*name, *resolver);
+            tally.addAnswer(*name, !answer.candidates.empty());
+            applySelection(answer, request);
+            text = request.json ? asJSONLine(answer) : asText(answer, isColoured) + "\n";
+        } catch (const std::exception& error) {
+            tally.addFailure();
+            if (request.json) {
+                text = asJSONLine(*name, errorMessage(error));
+            } else {
+                reportErrorOfLine(lines.place(), errorMessage(error));
+            }
+        }
+        writeOut(text);
+    }
+    return tally.exitCode();
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,83 @@
+#include "cli/commands/Commands.hpp"
+#include "cli/installation/ResolverSession.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/services/SessionState.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using standalone::Finding;
+using standalone::Findings;
+
+constexpr std::ptrdiff_t shownPlaces = 10; // of each trap, as text
+
+standalone::DiagnosisInput examinedBy(const ResolverSession& resolver) {
+    const auto& session = standalone::currentSession();
+    return {session.installation,
+            session.files,
+            session.store ? &*session.store : nullptr,
+            standalone::realPath,
+            [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); },
+            session.index ? &*session.index : nullptr};
+}
+
+// Trap by trap: its code, why it matters and what to do, then its places. Findings of one trap stand together.
+std::string asText(const Findings& findings) {
+    std::string text;
+    auto to = std::back_inserter(text);
+    for (auto first = findings.begin(); first != findings.end();) {
+        const auto last = std::find_if(first, findings.end(),
+                                       [trap = first->trap](const Finding& other) { return other.trap != trap; });
+        const auto& said = textOf(first->trap);
+        fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", said.code, said.message, said.advice);
+        const auto shown = std::min(last - first, shownPlaces);
+        for (const auto& finding : Findings(first, first + shown)) {
+            fmt::format_to(to, "    {}\n", escaped(finding.place));
+        }
+        if (last - first > shown) {
+            fmt::format_to(to, "    and {} more; --json shows all\n", last - first - shown);
+        }
+        first = last;
+    }
+    return text.empty() ? "no findings\n" : text;
+}
+
+std::string asJSON(const Findings& findings) {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& finding : findings) {
+        const auto& said = textOf(finding.trap);
+        list.push_back({{"code", said.code},
+                        {"place", escaped(finding.place)},
+                        {"message", said.message},
+                        {"advice", said.advice}});
+    }
+    const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"findings", std::move(list)}};
+    return escapedJSON(document.dump(2)) + '\n';
+}
+
+} // namespace
+
+int doctor(const Request& request) {
+    const ResolverSession resolver(request, standalone::View::snapshot);
+    const auto findings = diagnose(examinedBy(resolver));
+    writeOut(request.json ? asJSON(findings) : asText(findings));
+    if (findings.empty()) {
+        return exitYes;
+    }
+    reportError(counted(findings.size(), "finding"));
+    return exitNo;
+}
+
+} // namespace tessgen::cli

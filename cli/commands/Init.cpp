@@ -1,0 +1,228 @@
+#include "cli/commands/Commands.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "standalone/files/AtomicFile.hpp"
+#include "standalone/manifest/ManifestFile.hpp"
+#include "standalone/manifest/TreeSurvey.hpp"
+#include "standalone/search/FolderNaming.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+using nlohmann::ordered_json;
+using standalone::TreeSurvey;
+
+constexpr const char* storeName = "support.cdb";
+constexpr const char* recordsName = "support.jsonl";
+
+// Where they are written.
+struct TreeFiles {
+    std::string manifest;
+    std::string records;
+};
+
+bool isThere(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+// Without links, since the manifest's folder will be taken so.
+std::string realFolder(const std::string& folder) {
+    std::error_code error;
+    auto real = std::filesystem::canonical(folder, error).string();
+    if (error) {
+        throw std::runtime_error(fmt::format("{}: {}", folder, error.message()));
+    }
+    if (!std::filesystem::is_directory(real, error)) {
+        throw std::runtime_error(folder + ": is not a folder");
+    }
+    if (!standalone::isUTF8(real)) {
+        throw std::runtime_error(real + ": the path is not UTF-8, and no manifest can lie there");
+    }
+    return real;
+}
+
+// The folders relative to the tree, in the order given, each once.
+std::vector<std::string> relativeFolders(const std::vector<std::string>& folders, const std::string& tree) {
+    std::vector<std::string> relative;
+    for (const auto& folder : folders) {
+        if (const auto meant = standalone::joinPath(tree, folder); !isThere(folder) && isThere(meant)) {
+            throw std::runtime_error(fmt::format("{}: no such folder; did you mean {}?", folder, meant));
+        }
+        const auto real = realFolder(folder);
+        const auto above = standalone::joinPath(tree, "");
+        if (real != tree && !real.starts_with(above)) {
+            throw std::runtime_error(fmt::format("{}: does not lie below {}", folder, tree));
+        }
+        auto path = real == tree ? "." : real.substr(above.size());
+        if (std::find(relative.begin(), relative.end(), path) == relative.end()) {
+            relative.push_back(std::move(path));
+        }
+    }
+    return relative;
+}
+
+// No file's folder is compared with one of these: they are taken off its path before.
+void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
+    for (const auto& folder : kelFolders) {
+        if (standalone::isPackageClassOrPrivate(std::string_view(folder).substr(folder.rfind('/') + 1))) {
+            throw std::runtime_error(folder + ": is a package, class or private folder; name the folder above it");
+        }
+    }
+}
+
+[[noreturn]] void refuseToReplace(const std::string& file) {
+    throw std::runtime_error(file + ": is there already; --force replaces it");
+}
+
+void refuseIfThere(const std::string& file) {
+    if (isThere(file)) {
+        refuseToReplace(file);
+    }
+}
+
+std::string manifestFor(const TreeSurvey& survey, const std::vector<std::string>& sourceCode, bool hasRecords) {
+    auto manifest = ordered_json::object();
+    if (hasRecords) {
+        manifest["supportStore"] = storeName;
+    }
+    manifest["searchPath"] = survey.searchFolders;
+    manifest["kelPath"] = survey.kelFolders;
+    manifest["sourceCode"] = sourceCode;
+    return manifest.dump(2) + '\n';
+}
+
+// One line for each KEL file. What the code generator brings is meant to be translated: it is called supported.
+std::string recordsFor(const TreeSurvey& survey) {
+    std::string lines;
+    for (const auto& file : survey.kelFiles) {
+        const ordered_json record{{"path", file}, {"supportFlags", std::vector<bool>(6, true)}};
+        lines += record.dump() + '\n';
+    }
+    return lines;
+}
+
+// A name that would be taken for a command or an option is told apart.
+std::string nameWord(const std::string& name) {
+    const bool isOther =
+        name.starts_with('-')
+        || std::any_of(commandTable.begin(), commandTable.end(), [&name](const auto& row) { return row.word == name; });
+    return name.empty() ? "NAME" : (isOther ? "-- " : "") + shellWord(name);
+}
+
+void complainOfPassedOver(const TreeSurvey& survey) {
+    for (const auto& path : survey.notUTF8) {
+        reportError(fmt::format("passed over, since its name is not UTF-8: {}", path));
+    }
+    for (const auto& folder : survey.unreadable) {
+        reportError(fmt::format("passed over: {}", folder));
+    }
+}
+
+void place(standalone::AtomicFile& written, const std::string& file, bool force) {
+    if (force) {
+        written.commit();
+    } else if (!written.commitIfAbsent()) {
+        refuseToReplace(file);
+    }
+}
+
+// Both files are written before the first takes its place. The manifest goes first: without it the records are nothing.
+void writeFiles(const TreeFiles& files, const std::string& manifest, const std::optional<std::string>& records,
+                bool force) {
+    standalone::AtomicFile newManifest(files.manifest);
+    newManifest.append(manifest);
+    std::optional<standalone::AtomicFile> newRecords;
+    if (records) {
+        newRecords.emplace(files.records).append(*records);
+    }
+    place(newManifest, files.manifest, force);
+    if (newRecords) {
+        place(*newRecords, files.records, force);
+    }
+}
+
+std::string report(const TreeFiles& files, const TreeSurvey& survey, const Request& request) {
+    std::string text;
+    auto to = std::back_inserter(text);
+    fmt::format_to(to, "{}: {}, ", escaped(files.manifest), counted(survey.searchFolders.size(), "search folder"));
+    if (survey.kelFolders.empty()) {
+        text += "no KEL folder (--kel names one)\n";
+    } else {
+        fmt::format_to(to, "{} with {}\n", counted(survey.kelFolders.size(), "KEL folder"),
+                       counted(survey.kelFiles.size(), "file"));
+    }
+    if (request.records) {
+        fmt::format_to(to, "{}: {}; each calls its KEL file supported: set supportFlags where that does not hold\n",
+                       escaped(files.records), counted(survey.kelFiles.size(), "record"));
+    } else if (!survey.kelFiles.empty()) {
+        text += "KEL files are found by their records, which --records writes for a start\n";
+    }
+    const auto& operand = request.operands.front();
+    const auto folder = operand.starts_with('-') ? "./" + operand : operand;
+    if (!request.records && survey.searchFolders.empty()) {
+        return text; // nothing is found yet
+    }
+    text += "next:\n";
+    if (request.records) {
+        fmt::format_to(to, "  kelwhich -i {} store build {}\n", shellWord(folder),
+                       shellWord(standalone::joinPath(folder, recordsName)));
+    }
+    fmt::format_to(to, "  kelwhich -i {} {}\n", shellWord(folder), nameWord(survey.nameToTry));
+    return text;
+}
+
+} // namespace
+
+int init(const Request& request) {
+    const auto tree = realFolder(request.operands.front());
+    const TreeFiles files{standalone::joinPath(tree, standalone::manifestName),
+                          standalone::joinPath(tree, recordsName)};
+    if (!request.force) {
+        refuseIfThere(files.manifest);
+        if (request.records) {
+            refuseIfThere(files.records);
+        }
+    }
+    const auto sourceCode = relativeFolders(request.sourceCodeFolders, tree);
+    const auto kelFolders = relativeFolders(request.kelFolders, tree);
+    refuseNestedFolders(kelFolders);
+    const auto survey = standalone::surveyTree(tree, kelFolders, standalone::RealFileTree());
+    complainOfPassedOver(survey);
+    if (survey.searchFolders.empty() && survey.kelFiles.empty() && !survey.unreadable.empty()) {
+        throw std::runtime_error(fmt::format("what {} holds could not be read; nothing is written", tree));
+    }
+    if (request.records && survey.kelFiles.empty()) {
+        throw std::runtime_error("no KEL file to write a record for; name the folder of such files with --kel");
+    }
+    if (survey.searchFolders.empty() && survey.kelFiles.empty()) {
+        reportError(fmt::format("no source file (.vk, .vkx) to be found from {}; nothing is written", tree));
+        return exitNo;
+    }
+    writeFiles(files, manifestFor(survey, sourceCode, request.records),
+               request.records ? std::optional(recordsFor(survey)) : std::nullopt, request.force);
+    writeOut(report(files, survey, request));
+    if (!survey.unreadable.empty()) {
+        reportError(fmt::format("{} could not be read, and left out", counted(survey.unreadable.size(), "folder")));
+        return exitPartly;
+    }
+    return exitYes;
+}
+
+} // namespace tessgen::cli

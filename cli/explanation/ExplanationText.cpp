@@ -1,0 +1,199 @@
+#include "cli/explanation/ExplanationWording.hpp"
+#include "cli/explanation/RenderExplanation.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "cli/output/Render.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+using kelwhich::Explanation;
+using Candidate = Explanation::Candidate;
+using Key = Explanation::Key;
+using Ownership = Explanation::Ownership;
+
+constexpr std::size_t keyCount = Explanation::keys.size();
+
+// How people know a candidate: its rank, or that of the one that it repeats.
+std::string labelOf(const Candidate& candidate) {
+    return fmt::format("{}{}", candidate.repeat ? "=" : "", candidate.rank);
+}
+
+std::string valueOf(Key key, const Candidate& candidate) {
+    const auto yesOrNo = [](bool value) { return value ? "yes" : "no"; };
+    switch (key) {
+    case Key::direct:
+        return yesOrNo(candidate.isDirect());
+    case Key::user:
+        return yesOrNo(candidate.isUser());
+    case Key::supported:
+        return yesOrNo(candidate.isSupported());
+    case Key::sourceFile:
+        return yesOrNo(candidate.sourceFile);
+    case Key::kind:
+        return candidate.kind == Explanation::Kind::KELBuiltin ? "KEL built-in"
+               : candidate.kind == Explanation::Kind::KELPath  ? "KEL path"
+                                                               : "other";
+    case Key::gathered:
+        break;
+    }
+    return fmt::format("{} ({})", candidate.gathered, sourceWords(candidate.source));
+}
+
+class ExplanationText {
+public:
+    ExplanationText(std::string& text, const Style& style) : out_(text), style_(style) {}
+
+    void append(const Explained& explained) {
+        const auto& explanation = explained.explanation;
+        add("{}{}{}\n", style_.name, escaped(explained.query), style_.end);
+        for (const auto& redirect : explanation.redirects) {
+            add("  redirect to {} by {}\n    {}\n", escaped(inUTF8(redirect.target)), escaped(inUTF8(redirect.path)),
+                escaped(redirectWords(redirect, explained.query)));
+        }
+        for (const auto& resolution : explanation.resolutions) {
+            if (explanation.resolutions.size() > 1) {
+                add("\n  {}as {}{}\n", style_.name, escaped(inUTF8(resolution.name)), style_.end);
+            }
+            append(resolution);
+        }
+        if (explained.whyNot) {
+            append(*explained.whyNot);
+        }
+    }
+
+private:
+    template <typename... Arguments>
+    void add(fmt::format_string<Arguments...> form, Arguments&&... arguments) {
+        fmt::format_to(std::back_inserter(out_), form, std::forward<Arguments>(arguments)...);
+    }
+
+    void append(const Explanation::Resolution& resolution) {
+        const auto name = inUTF8(resolution.name);
+        const auto& candidates = resolution.candidates;
+        labelWidth_ = 1;
+        for (const auto& candidate : candidates) {
+            labelWidth_ = std::max(labelWidth_, labelOf(candidate).size());
+        }
+        if (candidates.empty()) {
+            add("  {}no candidate{}\n", style_.aside, style_.end);
+        }
+        appendList(candidates);
+        if (!candidates.empty()) {
+            appendTable(candidates);
+        }
+        const auto facts = out_.size();
+        appendPairs(candidates, name);
+        appendCauses(candidates, name);
+        for (const auto& dropped : resolution.dropped) {
+            add("  left out: {} ({})\n    {}\n", escaped(inUTF8(dropped.result.path)), sourceWords(dropped.source),
+                dropWords(dropped.rule));
+        }
+        if (out_.size() > facts && !candidates.empty()) {
+            out_.insert(facts, 1, '\n');
+        }
+    }
+
+    void appendList(const std::vector<Candidate>& candidates) {
+        for (const auto& candidate : candidates) {
+            const bool isFirst = candidate.rank == 1 && !candidate.repeat;
+            add("  {}{:>{}}  {:{}}  {}{}\n", isFirst ? style_.first : "", labelOf(candidate), labelWidth_,
+                kindWords(candidate.result.type), widestKindWords, escaped(inUTF8(candidate.result.path)),
+                isFirst ? style_.end : "");
+        }
+    }
+
+    void appendTable(const std::vector<Candidate>& candidates) {
+        constexpr std::array<std::string_view, keyCount> titles = {"direct",      "user", "supported",
+                                                                   "source file", "kind", "found"};
+        constexpr std::array<std::size_t, keyCount> widths = {6, 4, 9, 11, 13, 5};
+        add("\n  {}{:{}}", style_.aside, "", labelWidth_);
+        for (std::size_t i = 0; i < keyCount; ++i) {
+            add("  {:{}}", titles.at(i), i + 1 < keyCount ? widths.at(i) : 0);
+        }
+        add("{}\n", style_.end);
+        for (const auto& candidate : candidates) {
+            std::string row = fmt::format("  {:>{}}", labelOf(candidate), labelWidth_);
+            for (std::size_t i = 0; i < keyCount; ++i) {
+                const auto key = Explanation::keys.at(i);
+                const auto value = valueOf(key, candidate) + (candidate.ahead == key ? "*" : "");
+                const auto padding = i + 1 < keyCount ? widths.at(i) - std::min(widths.at(i), value.size()) : 0;
+                const bool decides = candidate.ahead == key;
+                row += fmt::format("  {}{}{}{:{}}", decides ? style_.name : "", value, decides ? style_.end : "", "",
+                                   padding);
+            }
+            add("{}\n", row);
+        }
+    }
+
+    void appendPairs(const std::vector<Candidate>& candidates, const std::string& name) {
+        for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
+            const auto& earlier = candidates[i];
+            const auto& later = candidates[i + 1];
+            const auto key = *earlier.ahead;
+            add("  {} before {}: {}; {}\n", labelOf(earlier), labelOf(later),
+                escaped(reason(key, earlier, labelOf(earlier), name)),
+                escaped(reason(key, later, labelOf(later), name)));
+        }
+    }
+
+    // What stands behind the table: whose folder a path begins with, and what records say.
+    void appendCauses(const std::vector<Candidate>& candidates, const std::string& name) {
+        for (const auto& candidate : candidates) {
+            if (candidate.ownership == Ownership::sourceCode || candidate.ownership == Ownership::supportPackage) {
+                add("  {}\n", escaped(reason(Key::user, candidate, labelOf(candidate), name)));
+            }
+            if (candidate.record) {
+                add("  record of {}: {}\n", labelOf(candidate), escaped(recordWords(candidate)));
+            }
+        }
+    }
+
+    void append(const WhyNot& whyNot) {
+        add("\n  why not {}?\n", escaped(whyNot.path));
+        if (whyNot.place == WhyNot::Place::first) {
+            add("    it is the first\n");
+        }
+        for (const auto& obstacle : whyNot.obstacles) {
+            add("    {}\n", escaped(obstacle.words));
+        }
+        if (whyNot.wouldWinBy) {
+            add("    without that it would come first: {}\n", escaped(*whyNot.wouldWinBy));
+        }
+    }
+
+    std::string& out_;
+    const Style& style_;
+    std::size_t labelWidth_ = 1;
+};
+
+} // namespace
+
+std::string asText(const Explained& explained, bool coloured) {
+    const auto style = styleOf(coloured);
+    std::string text;
+    ExplanationText(text, style).append(explained);
+    return text;
+}
+
+std::string searchedAsText(const std::vector<std::string>& searched, bool coloured) {
+    const auto style = styleOf(coloured);
+    auto text = fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end);
+    for (const auto& folder : searched) {
+        fmt::format_to(std::back_inserter(text), "  {}\n", escaped(folder));
+    }
+    return text;
+}
+
+} // namespace tessgen::cli

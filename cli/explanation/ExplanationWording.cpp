@@ -1,0 +1,146 @@
+#include "cli/explanation/ExplanationWording.hpp"
+
+#include "cli/output/Escape.hpp"
+#include "cli/output/Render.hpp"
+#include "tessapp/internal/screener/meta/SupportEntry.hpp"
+#include "tessgen/kelwhich/ClassFolderInfo.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace tessgen::cli {
+
+namespace {
+
+using kelwhich::Explanation;
+using Candidate = Explanation::Candidate;
+using Definition = Explanation::Definition;
+using Key = Explanation::Key;
+using Kind = Explanation::Kind;
+using Ownership = Explanation::Ownership;
+using Support = Explanation::Support;
+
+// Whether a file defines a name, and if not, what it is instead.
+std::string fileDefinition(Definition definition, const std::u16string& path, const std::u16string& definedName,
+                           std::string_view subject, const std::string& name) {
+    if (definition == Definition::otherClass) {
+        const auto folder = kelwhich::getClassFolderInfo(path);
+        const auto className = folder ? inUTF8(std::u16string(folder->className)) : std::string();
+        return fmt::format("{} is a method of the class {}", subject, className);
+    }
+    return definition == Definition::otherName ? fmt::format("{} defines {}", subject, inUTF8(definedName))
+                                               : fmt::format("{} defines {}", subject, name);
+}
+
+std::string definitionReason(const Candidate& candidate, std::string_view subject, const std::string& name) {
+    if (candidate.definition == Definition::hostMethod) {
+        return fmt::format("{} is a method that the host brings", subject);
+    }
+    return fileDefinition(candidate.definition, candidate.result.path, candidate.definedName, subject, name);
+}
+
+std::string userReason(const Candidate& candidate, std::string_view subject) {
+    switch (candidate.ownership) {
+    case Ownership::user:
+        return fmt::format("{} is the user's own", subject);
+    case Ownership::noHostFile:
+        return fmt::format("{} is a {}, which is never the user's own", subject, kindWords(candidate.result.type));
+    case Ownership::sourceCode:
+        return fmt::format("{} is host code: its path begins with the source-code folder {}", subject,
+                           inUTF8(candidate.hostFolder));
+    case Ownership::supportPackage:
+        break;
+    }
+    return fmt::format("{} is host code: its path begins with the support-package root {}", subject,
+                       inUTF8(candidate.hostFolder));
+}
+
+std::string supportReason(const Candidate& candidate, std::string_view subject, const std::string& name) {
+    switch (candidate.support) {
+    case Support::KELBuiltin:
+        return fmt::format("{} is supported, as every KEL built-in", subject);
+    case Support::recorded:
+        return fmt::format("{} is supported by its record", subject);
+    case Support::hostBuiltin:
+        return fmt::format("{} is not supported, as no host built-in", subject);
+    case Support::noRecord:
+        return fmt::format("{} is not supported: it has no record", subject);
+    case Support::noFlag:
+        return fmt::format("{} is not supported: its record sets no flag", subject);
+    case Support::unsupportedName:
+        break;
+    }
+    return fmt::format("{} is not supported: its record lists {} as unsupported", subject, name);
+}
+
+std::string sourceFileReason(const Candidate& candidate, std::string_view subject) {
+    using Type = kelwhich::WhichResultType;
+    if (candidate.result.type != Type::KELPath && candidate.result.type != Type::ORVAKPath) {
+        return fmt::format("{} is a built-in", subject);
+    }
+    return fmt::format("{} is {} source file of the host language", subject, candidate.sourceFile ? "a" : "no");
+}
+
+std::string kindReason(const Candidate& candidate, std::string_view subject) {
+    return fmt::format("{} is a {}", subject, kindWords(candidate.result.type));
+}
+
+} // namespace
+
+std::string_view keyName(Key key) {
+    constexpr std::array<std::string_view, Explanation::keys.size()> names = {"direct",     "user", "supported",
+                                                                              "sourceFile", "kind", "gathered"};
+    return names.at(static_cast<std::size_t>(key));
+}
+
+std::string reason(Key key, const Candidate& candidate, std::string_view subject, const std::string& name) {
+    switch (key) {
+    case Key::direct:
+        return definitionReason(candidate, subject, name);
+    case Key::user:
+        return userReason(candidate, subject);
+    case Key::supported:
+        return supportReason(candidate, subject, name);
+    case Key::sourceFile:
+        return sourceFileReason(candidate, subject);
+    case Key::kind:
+        return kindReason(candidate, subject);
+    case Key::gathered:
+        break;
+    }
+    return fmt::format("{} was found as {}", subject, sourceWords(candidate.source));
+}
+
+std::string sourceWords(const Explanation::Source& source) {
+    const bool isRecord = source.question == Explanation::Source::Question::supportRecords;
+    return fmt::format("{} {}", isRecord ? "support record" : "host answer", source.number);
+}
+
+std::string_view dropWords(Explanation::DropRule rule) {
+    return rule == Explanation::DropRule::hostFile ? "a record of a host file: the host's own answer speaks for it"
+                                                   : "in a private folder, which a name without \"/\" does not reach";
+}
+
+std::string redirectWords(const Explanation::Redirect& redirect, const std::string& name) {
+    if (redirect.isHonoured() && inUTF8(redirect.definedName) != name) {
+        return "followed, as every redirect of a dotted name or a path";
+    }
+    return (redirect.isHonoured() ? "followed: " : "ignored: ")
+           + fileDefinition(redirect.definition, redirect.path, redirect.definedName, "it", name);
+}
+
+std::string recordWords(const Candidate& candidate) {
+    const auto& record = *candidate.record;
+    const auto& flags = record.supportFlags;
+    auto words = fmt::format("{} of {} flags set", std::count(flags.begin(), flags.end(), true), flags.size());
+    for (const auto& symbol : record.unsupportedSymbols) {
+        words += (&symbol == &record.unsupportedSymbols.front() ? ", unsupported as " : ", ") + inUTF8(symbol);
+    }
+    return fmt::format("{}: {}", inUTF8(record.path), words);
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,35 @@
+// How explanations look: as text for people, as JSON for programs.
+#pragma once
+
+#include "cli/explanation/WhyNot.hpp"
+#include "tessgen/kelwhich/Explanation.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessgen::cli {
+
+struct Explained {
+    std::string query; // UTF-8
+    kelwhich::Explanation explanation;
+    std::optional<WhyNot> whyNot;
+};
+
+// The redirects; then for each name that was resolved its candidates, a table of their keys in which "*" marks the one
+// that decides, a line for each neighbouring pair, the records, and what was left out. All escaped.
+// Errors: std::runtime_error, here and below: a text is not UTF-16.
+std::string asText(const Explained& explained, bool coloured);
+
+// The folders that the host searched, in their order.
+std::string searchedAsText(const std::vector<std::string>& searched, bool coloured);
+
+// An element of the list of explanations.
+nlohmann::ordered_json asJSON(const Explained& explained);
+
+// One document, {"schema":"kelwhich/1","explanations":[...],"searched":[...]}.
+std::string asJSON(std::vector<nlohmann::ordered_json> explanations, const std::vector<std::string>& searched);
+
+} // namespace tessgen::cli

@@ -1,0 +1,130 @@
+#include "cli/options/Help.hpp"
+
+#include "standalone/text/Text.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstddef>
+
+namespace tessgen::cli {
+
+namespace {
+
+constexpr std::size_t width = 80;
+constexpr std::size_t helpColumn = 29; // where what a row does begins
+
+constexpr auto sections = std::to_array<HelpSection>({
+    {"Names",
+     "Only the first word can be a command, and after the first name every word is a name. After -- no word is a "
+     "command or an option: kelwhich -- store asks for the name store."},
+    {"Manifest", "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest "
+                 "installation.json in the working folder or above."},
+    {"Exit status", "0  yes: every name has a candidate, what was asked for is done\n"
+                    "1  a clear no: some name has no candidate or is not as required, or there are findings\n"
+                    "2  nothing could be answered or done\n"
+                    "3  some names were answered and others not"},
+    {"Errors", "The last line on standard error says why the exit status is not 0 (not after --quiet for 1). After "
+               "--json it is a JSON object, "
+               "{\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},
+});
+
+// The words of `text` after what `out` ends with, in lines that are indented by `indent`.
+void appendWrapped(std::string& out, std::string_view text, std::size_t indent) {
+    auto column = out.size() - (out.rfind('\n') + 1);
+    bool startsLine = true;
+    while (!text.empty()) {
+        const auto word = text.substr(0, text.find(' '));
+        text.remove_prefix(std::min(word.size() + 1, text.size()));
+        if (!startsLine && column + 1 + word.size() > width) {
+            out += '\n';
+            column = 0;
+            startsLine = true;
+        }
+        const auto gap = startsLine ? indent - std::min(indent, column) : 1;
+        out.append(gap, ' ').append(word);
+        column += gap + word.size();
+        startsLine = false;
+    }
+    out += '\n';
+}
+
+template <typename Row>
+void append(std::string& text, const Row& row) {
+    const auto left = "  " + spelled(row);
+    text += left;
+    if (left.size() + 2 > helpColumn) {
+        text += '\n';
+    }
+    appendWrapped(text, row.help, helpColumn);
+}
+
+// A title and those options that `isShown`; nothing when there are none.
+template <typename IsShown>
+void appendOptions(std::string& text, const std::string& title, IsShown isShown) {
+    std::string list;
+    for (const auto& row : optionTable) {
+        if (isShown(row)) {
+            append(list, row);
+        }
+    }
+    if (!list.empty()) {
+        text += fmt::format("\n{}:\n{}", title, list);
+    }
+}
+
+void appendOptionsOf(std::string& text, const CommandRow& command) {
+    appendOptions(text, fmt::format("Options of {}", command.words()),
+                  [&](const OptionRow& row) { return row.belongsTo(command) && !row.belongsToAll(); });
+    appendOptions(text, "Options of every command", [](const OptionRow& row) { return row.belongsToAll(); });
+}
+
+} // namespace
+
+const std::span<const HelpSection> helpSections = sections;
+
+std::string spelled(const CommandRow& row) {
+    return fmt::format("{}{}{}", row.words(), row.operands.empty() ? "" : " ", row.operands);
+}
+
+std::string spelled(const OptionRow& row) {
+    const auto letter = row.letter == 0 ? std::string(4, ' ') : fmt::format("-{}, ", row.letter);
+    return fmt::format("{}--{}{}{}", letter, row.name, row.argument == nullptr ? "" : " ",
+                       row.argument == nullptr ? "" : row.argument);
+}
+
+std::string sentence(std::string_view help) {
+    std::string text(help);
+    text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+    return text + (text.ends_with('.') ? "" : ".");
+}
+
+std::string helpText() {
+    std::string text = "Usage: kelwhich [OPTION...] NAME...\n"
+                       "       kelwhich COMMAND [OPTION...] ...\n\n";
+    appendWrapped(text, purpose, 0);
+    text += "\nCommands (kelwhich COMMAND --help says more of one):\n";
+    for (const auto& row : commandTable) {
+        append(text, row);
+    }
+    appendOptionsOf(text, commandTable.front());
+    for (const auto& section : helpSections) {
+        text += fmt::format("\n{}:\n", section.title);
+        for (const auto& line : standalone::split(section.text, '\n')) {
+            appendWrapped(text, line, 2);
+        }
+    }
+    return text;
+}
+
+std::string helpText(const CommandRow& command) {
+    std::string text = fmt::format("Usage: kelwhich {} [OPTION...]{}{}\n\n", command.words(),
+                                   command.operands.empty() ? "" : " ", command.operands);
+    appendWrapped(text, sentence(command.help), 0);
+    appendOptionsOf(text, command);
+    return text;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,148 @@
+#include "cli/output/Escape.hpp"
+
+#include <fmt/format.h>
+#include <utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace tessgen::cli {
+
+namespace {
+
+struct Range {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+// Control characters, every space but the plain one, line and paragraph separators, marks of direction, and what
+// Unicode calls default-ignorable: fillers, joiners, selectors, tags. In ascending order.
+constexpr std::array unseen{
+    Range{0x0000, 0x001F}, Range{0x007F, 0x00A0},   Range{0x00AD, 0x00AD},   Range{0x034F, 0x034F},
+    Range{0x061C, 0x061C}, Range{0x115F, 0x1160},   Range{0x1680, 0x1680},   Range{0x17B4, 0x17B5},
+    Range{0x180B, 0x180F}, Range{0x2000, 0x200F},   Range{0x2028, 0x202F},   Range{0x205F, 0x206F},
+    Range{0x2800, 0x2800}, Range{0x3000, 0x3000},   Range{0x3164, 0x3164},   Range{0xFDD0, 0xFDEF},
+    Range{0xFE00, 0xFE0F}, Range{0xFEFF, 0xFEFF},   Range{0xFFA0, 0xFFA0},   Range{0xFFF0, 0xFFFB},
+    Range{0xFFFE, 0xFFFF}, Range{0x1BCA0, 0x1BCA3}, Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF},
+};
+
+bool isUnseen(std::uint32_t character) {
+    const auto* const range =
+        std::lower_bound(unseen.begin(), unseen.end(), character, [](Range r, std::uint32_t c) { return r.last < c; });
+    return range != unseen.end() && range->first <= character;
+}
+
+// $'...', where a backslash begins the code of a byte.
+std::string quotedWithCodes(std::string_view text) {
+    std::string word = "$'";
+    for (const char c : text) {
+        if (c == '\\' || c == '\'') {
+            word.append(1, '\\').append(1, c);
+        } else if (c >= ' ' && c <= '~') {
+            word += c;
+        } else {
+            fmt::format_to(std::back_inserter(word), "\\x{:02X}", static_cast<unsigned char>(c));
+        }
+    }
+    return word + "'";
+}
+
+} // namespace
+
+std::string escaped(std::string_view text) {
+    const auto isPlain = [](char c) { return c > ' ' && c <= '~' && c != '\\'; };
+    if (std::all_of(text.begin(), text.end(), isPlain)) { // as nearly every name and path is
+        return std::string(text);
+    }
+    std::string out;
+    out.reserve(text.size());
+    auto to = std::back_inserter(out);
+    const auto* const end = text.data() + text.size();
+    for (const auto* at = text.data(); at != end;) {
+        const auto* const invalid = utf8::find_invalid(at, end);
+        while (at != invalid) {
+            const auto* const begin = at;
+            const auto character = utf8::unchecked::next(at);
+            const bool outerSpace = character == U' ' && (begin == text.data() || at == end);
+            if (character == U'\\') {
+                out.append("\\\\");
+            } else if (outerSpace || isUnseen(character)) {
+                fmt::format_to(to, "\\u{{{:X}}}", character);
+            } else {
+                out.append(begin, at);
+            }
+        }
+        if (at != end) {
+            fmt::format_to(to, "\\x{{{:X}}}", static_cast<unsigned char>(*at++));
+        }
+    }
+    return out;
+}
+
+std::string forJSON(std::string_view text) {
+    return standalone::isUTF8(text) ? std::string(text) : escaped(text);
+}
+
+std::string escapedJSON(std::string_view json) {
+    std::string out;
+    out.reserve(json.size());
+    const auto* const end = json.data() + json.size();
+    for (const auto* at = json.data(); at != end;) {
+        const auto* const begin = at;
+        const auto character = utf8::unchecked::next(at);
+        if (character < U' ' || !isUnseen(character)) { // below the space there are only the document's own line ends
+            out.append(begin, at);
+            continue;
+        }
+        std::u16string units;
+        utf8::unchecked::utf8to16(begin, at, std::back_inserter(units));
+        for (const char16_t unit : units) {
+            fmt::format_to(std::back_inserter(out), "\\u{:04x}", static_cast<std::uint32_t>(unit));
+        }
+    }
+    return out;
+}
+
+std::string shellWord(std::string_view text) {
+    const auto isPlain = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
+               || std::string_view("/._-+@").find(c) != std::string_view::npos;
+    };
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return std::string(text);
+    }
+    std::string word = "'";
+    for (const char c : text) {
+        word += c == '\'' ? R"('\'')" : std::string(1, c);
+    }
+    word += '\'';
+    return escaped(word) == word ? word : quotedWithCodes(text);
+}
+
+std::u16string nameIn(std::string_view word) {
+    if (word.empty()) {
+        throw std::runtime_error("refused, a name cannot be empty");
+    }
+    if (word.find('\0') != std::string_view::npos) {
+        throw std::runtime_error("refused, a name cannot hold a NUL");
+    }
+    auto name = standalone::toUTF16(word);
+    if (!name) {
+        throw std::runtime_error("refused, this is not UTF-8");
+    }
+    return *std::move(name);
+}
+
+std::string inUTF8(const std::u16string& text) {
+    auto converted = standalone::toUTF8(text);
+    if (!converted) {
+        throw std::runtime_error("a text of the answer is not UTF-16");
+    }
+    return *std::move(converted);
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,58 @@
+#include "cli/output/Progress.hpp"
+
+#include "cli/output/Console.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+
+namespace tessgen::cli {
+
+namespace {
+
+// "[##########              ] 42 %, 0:07 left". `part` is more than 0.
+std::string barText(double part, double seconds) {
+    constexpr std::size_t barWidth = 24;
+    const auto left = std::lround(seconds * (1 - part) / part);
+    const auto width = static_cast<std::size_t>(part * barWidth);
+    return fmt::format("[{:#<{}}{:{}}] {:.0f} %, {}:{:02} left", "", width, "", barWidth - width, part * 100, left / 60,
+                       left % 60);
+}
+
+} // namespace
+
+Progress::Progress(std::string_view things, std::optional<std::uint64_t> size)
+    : things_(things), size_(size), possible_(statusCanBeShown()), begin_(Clock::now()),
+      next_(begin_ + std::chrono::milliseconds(500)) {}
+
+void Progress::show(std::uint64_t count, std::uint64_t bytes) {
+    if (!possible_) {
+        return;
+    }
+    const auto now = Clock::now();
+    if (now < next_) {
+        return;
+    }
+    const double seconds = std::chrono::duration<double>(now - begin_).count();
+    auto text = fmt::format("{} {}, {} MB, {:.0f} {}/s", count, things_, bytes / 1'000'000,
+                            static_cast<double>(count) / seconds, things_);
+    if (size_ && *size_ > 0 && bytes > 0) {
+        const double part = static_cast<double>(bytes) / static_cast<double>(*size_);
+        text += "  " + barText(std::min(part, 1.0), seconds); // a file may grow while it is read
+    }
+    showStatus(text);
+    shown_ = true;
+    next_ = now + std::chrono::milliseconds(100);
+}
+
+void Progress::clear() {
+    if (shown_) {
+        showStatus("");
+        shown_ = false;
+    }
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,169 @@
+#include "cli/output/Render.hpp"
+
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+// By bits: user, supported, indirect.
+constexpr std::array<std::string_view, 8> verdicts{
+    "",         "user",           "supported",           "user, supported",
+    "indirect", "user, indirect", "supported, indirect", "user, supported, indirect",
+};
+
+std::string_view verdictsOf(const Answer::Candidate& candidate) {
+    return verdicts.at((candidate.isUser ? 1U : 0U) + (candidate.isSupported ? 2U : 0U)
+                       + (candidate.isIndirect ? 4U : 0U));
+}
+
+std::string nearWords(const std::vector<std::string>& names) {
+    std::string words;
+    for (const auto& name : names) {
+        words.append(words.empty() ? "; did you mean " : &name == &names.back() ? " or " : ", ").append(escaped(name));
+    }
+    return words.append(words.empty() ? "" : "?");
+}
+
+std::string& appendPadded(std::string& text, std::string_view words, std::size_t width) {
+    return text.append(words).append(width - words.size(), ' ');
+}
+
+// Without a formatting library, which takes more than finding the candidates where many names are asked.
+void append(std::string& text, const Answer& answer, const Style& style) {
+    text.append(style.name).append(escaped(answer.query)).append(style.end).append("\n");
+    if (answer.candidates.empty()) {
+        text.append("  ").append(style.aside).append("no candidate").append(nearWords(answer.near)).append(style.end);
+        text.append("\n");
+    }
+    std::size_t widestVerdicts = 0;
+    for (const auto& candidate : answer.candidates) {
+        widestVerdicts = std::max(widestVerdicts, verdictsOf(candidate).size());
+    }
+    const std::string_view gap = widestVerdicts == 0 ? "" : "  ";
+    const auto rankWidth = std::to_string(answer.candidates.size()).size();
+    for (std::size_t i = 0; i < answer.candidates.size(); ++i) {
+        const auto& candidate = answer.candidates[i];
+        const auto rank = std::to_string(i + 1);
+        text.append("  ").append(i == 0 ? style.first : style.aside);
+        text.append(rankWidth - rank.size(), ' ').append(rank).append("  ");
+        appendPadded(text, kindWords(candidate.type), widestKindWords).append(gap);
+        appendPadded(text, verdictsOf(candidate), widestVerdicts).append(i == 0 ? "" : style.end).append("  ");
+        text.append(escaped(candidate.path)).append(i == 0 ? style.end : "").append("\n");
+    }
+}
+
+nlohmann::ordered_json candidatesOf(const Answer& answer) {
+    auto candidates = nlohmann::ordered_json::array();
+    for (const auto& candidate : answer.candidates) {
+        candidates.push_back({{"rank", candidates.size() + 1},
+                              {"kind", kindName(candidate.type)},
+                              {"path", candidate.path},
+                              {"user", candidate.isUser},
+                              {"supported", candidate.isSupported},
+                              {"indirect", candidate.isIndirect}});
+    }
+    return candidates;
+}
+
+} // namespace
+
+std::string asText(const std::vector<Answer>& answers, bool coloured) {
+    std::string text;
+    for (const auto& answer : answers) {
+        text += text.empty() ? "" : "\n";
+        append(text, answer, styleOf(coloured));
+    }
+    return text;
+}
+
+std::string asText(const Answer& answer, bool coloured) {
+    constexpr std::size_t usualSize = 256;
+    std::string text;
+    text.reserve(usualSize);
+    append(text, answer, styleOf(coloured));
+    return text;
+}
+
+std::string asJSON(const std::vector<Answer>& answers) {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& answer : answers) {
+        list.push_back({{"query", answer.query}, {"candidates", candidatesOf(answer)}});
+    }
+    const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"answers", std::move(list)}};
+    return escapedJSON(document.dump(2)) + '\n';
+}
+
+std::string asJSONLine(const Answer& answer) {
+    const nlohmann::ordered_json line{
+        {"schema", "kelwhich/1"}, {"query", answer.query}, {"candidates", candidatesOf(answer)}};
+    return escapedJSON(line.dump()) + '\n';
+}
+
+std::string asJSONLine(std::string_view query, std::string_view error) {
+    const nlohmann::ordered_json line{
+        {"schema", "kelwhich/1"}, {"query", forJSON(query)}, {"error", {{"message", forJSON(error)}}}};
+    return escapedJSON(line.dump()) + '\n';
+}
+
+std::string asPaths(const Answer& answer) {
+    std::string paths;
+    for (const auto& candidate : answer.candidates) {
+        using Type = kelwhich::WhichResultType;
+        if (candidate.type == Type::KELPath || candidate.type == Type::ORVAKPath) {
+            paths.append(candidate.path).append(1, '\0');
+        }
+    }
+    return paths;
+}
+
+namespace {
+
+struct Kind {
+    std::string_view name;
+    std::string_view words;
+};
+
+// In the order of the types' values.
+constexpr std::array kinds{
+    Kind{"KELPath", "KEL path file"},
+    Kind{"KELBuiltin", "KEL built-in"},
+    Kind{"ORVAKPath", "host file"},
+    Kind{"ORVAKBuiltin", "host built-in"},
+    Kind{"ORVAKBuiltinMethod", "host built-in method"},
+};
+
+const Kind& kindOf(kelwhich::WhichResultType type) {
+    return kinds.at(static_cast<std::size_t>(type));
+}
+
+} // namespace
+
+std::string_view kindName(kelwhich::WhichResultType type) {
+    return kindOf(type).name;
+}
+
+std::string_view kindWords(kelwhich::WhichResultType type) {
+    return kindOf(type).words;
+}
+
+std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name) {
+    const auto* const kind = std::find_if(kinds.begin(), kinds.end(), [name](const Kind& k) { return k.name == name; });
+    return kind == kinds.end() ? std::nullopt
+                               : std::optional(static_cast<kelwhich::WhichResultType>(kind - kinds.begin()));
+}
+
+} // namespace tessgen::cli

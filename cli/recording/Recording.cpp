@@ -1,0 +1,120 @@
+#include "cli/recording/Recording.hpp"
+
+#include "cli/output/Console.hpp"
+#include "standalone/services/SessionState.hpp"
+
+#include <exception>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+// The answer of `ask`, or its error, after the recording has it.
+template <typename AskIt>
+auto recordedAnswer(Recording& recording, const Question& question, AskIt ask) {
+    try {
+        auto answer = ask();
+        recording.add(question, answer);
+        return answer;
+    } catch (const std::exception& error) {
+        recording.add(question, RecordedError{errorMessage(error)});
+        throw;
+    }
+}
+
+template <typename Interface>
+class Recorded : public Interface {
+public:
+    Recorded(std::unique_ptr<Interface> inner, std::shared_ptr<Recording> recording)
+        : inner_(std::move(inner)), recording_(std::move(recording)) {}
+
+protected:
+    template <typename AskIt>
+    auto answer(QueryKind what, const std::u16string& of, AskIt ask) const {
+        return recordedAnswer(*recording_, {what, of}, [&] { return ask(*inner_); });
+    }
+
+private:
+    std::unique_ptr<Interface> inner_;
+    std::shared_ptr<Recording> recording_;
+};
+
+class RecordedWhichResolver final : public Recorded<kelwhich::WhichResolver> {
+public:
+    using Recorded::Recorded;
+
+    std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
+        return answer(QueryKind::which, name, [&](auto& inner) { return inner.which(name); });
+    }
+};
+
+class RecordedMetadataResolver final : public Recorded<kelwhich::MetadataResolver> {
+public:
+    using Recorded::Recorded;
+
+    std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
+        return answer(QueryKind::findByPath, path, [&](auto& inner) { return inner.findByPath(path); });
+    }
+    std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
+        return answer(QueryKind::findBySymbol, symbol, [&](auto& inner) { return inner.findBySymbol(symbol); });
+    }
+};
+
+class RecordedFileSystem final : public Recorded<kelwhich::FileSystem> {
+public:
+    using Recorded::Recorded;
+
+    bool exists(const std::u16string& path) const override {
+        return answer(QueryKind::exists, path, [&](auto& inner) { return inner.exists(path); });
+    }
+    std::u16string orvakroot() const override {
+        return answer(QueryKind::orvakroot, {}, [](auto& inner) { return inner.orvakroot(); });
+    }
+    std::optional<std::u16string> spkgroot() const override {
+        return answer(QueryKind::spkgroot, {}, [](auto& inner) { return inner.spkgroot(); });
+    }
+    bool isOnKELPath(const std::u16string& path) const override {
+        return answer(QueryKind::isOnKELPath, path, [&](auto& inner) { return inner.isOnKELPath(path); });
+    }
+};
+
+} // namespace
+
+Recording::Recording(const std::string& file) : file_(file) {}
+
+void Recording::add(const Question& question, const RecordedAnswer& answer) {
+    auto line = answerLine(question, answer);
+    const std::lock_guard guard(lock_);
+    const auto [place, isNew] = answers_.try_emplace(question);
+    auto& [lines, repeats] = place->second;
+    if (isNew) {
+        inOrder_.push_back(&place->second);
+    } else if (lines.back() == line) {
+        ++repeats;
+        return;
+    }
+    lines.insert(lines.end(), std::exchange(repeats, 0), isNew ? std::string() : std::string(lines.back()));
+    lines.push_back(std::move(line));
+}
+
+void Recording::write() {
+    const auto& installation = standalone::currentSession().installation;
+    file_.append(headLine({installation.sourceCode, installation.searchPath}) + '\n');
+    for (const auto* const answers : inOrder_) {
+        for (const auto& line : answers->lines) {
+            file_.append(line + '\n');
+        }
+    }
+    file_.commit();
+}
+
+Collaborators recorded(Collaborators collaborators, const std::shared_ptr<Recording>& recording) {
+    return {std::make_unique<RecordedWhichResolver>(std::move(collaborators.which), recording),
+            std::make_unique<RecordedMetadataResolver>(std::move(collaborators.metadata), recording),
+            std::make_unique<RecordedFileSystem>(std::move(collaborators.fileSystem), recording)};
+}
+
+} // namespace tessgen::cli

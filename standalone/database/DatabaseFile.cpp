@@ -1,0 +1,227 @@
+#include "standalone/database/DatabaseFile.hpp"
+
+#include "standalone/files/FileTree.hpp"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+// With what can be done.
+std::string errorText(int error) {
+    return std::generic_category().message(error).append(adviceOn(error));
+}
+
+} // namespace
+
+DatabaseFile::DatabaseFile(std::string file, const DatabaseKind& kind) : file_(std::move(file)), kind_(&kind) {
+    map();
+    readInfo();
+}
+
+void DatabaseFile::map() {
+    // Without O_NONBLOCK, opening a FIFO would wait for a writer.
+    const int descriptor = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        if (errno != ENOENT) {
+            refuse("cannot be opened: " + errorText(errno));
+        }
+        fail("there is no such " + std::string(kind_->name));
+    }
+    struct stat status {};
+    const bool known = fstat(descriptor, &status) == 0;
+    const bool large = known && S_ISREG(status.st_mode) && status.st_size >= databaseHeaderSize;
+    const bool mapped = large && cdb_init(&mapping_.database, descriptor) == 0;
+    const int error = errno;
+    close(descriptor); // the mapping does not need it
+    if (!known || (large && !mapped)) {
+        refuse("cannot be read: " + errorText(error));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        refuse("is not a regular file; remove it, or name another file");
+    }
+    if (!large) {
+        fail("is not a " + std::string(kind_->name) + ", or is cut short");
+    }
+    checkTableSlots(static_cast<std::uint64_t>(status.st_size));
+}
+
+// The hash tables lie one after the other between the entries and the end of the file, so every cut shows here.
+void DatabaseFile::checkTableSlots(std::uint64_t fileSize) const {
+    const auto slots = bytes(0, databaseHeaderSize);
+    std::uint64_t tablesEnd = numberFrom(slots);
+    bool consistent = tablesEnd >= databaseHeaderSize;
+    for (std::size_t slot = 0; slot < databaseHeaderSize; slot += databaseSlotSize) {
+        consistent = consistent && numberFrom(slots.substr(slot)) == tablesEnd;
+        tablesEnd += std::uint64_t{numberFrom(slots.substr(slot + databaseSlotSize / 2))} * databasePlaceSize;
+    }
+    if (!consistent || tablesEnd > databaseSizeLimit) {
+        fail("is not a " + std::string(kind_->name) + ", or is damaged");
+    }
+    if (tablesEnd != fileSize) {
+        fail("is cut short or has grown: it holds " + std::to_string(fileSize) + " bytes where "
+             + std::to_string(tablesEnd) + " were written");
+    }
+}
+
+void DatabaseFile::readInfo() {
+    const auto entry = DatabaseSearch(*this, databaseInfoKey).next();
+    const auto info = entry ? decodeInfo(*kind_, entry->value) : std::nullopt;
+    if (!info) {
+        fail("is not a " + std::string(kind_->name));
+    }
+    if (info->version != kind_->version) {
+        fail("has the format of another version of this program");
+    }
+    info_ = *info;
+}
+
+void DatabaseFile::release(std::uint32_t begin, std::uint32_t end) const {
+    constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
+    begin -= begin % block;
+    end -= end % block;
+    // The cast is what madvise asks for; the bytes stay what they are.
+    madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
+}
+
+DatabaseEntry DatabaseFile::entryIn(std::string_view bytes, std::uint32_t keyLength) const {
+    if (bytes.size() < std::size_t{keyLength} + checksumSize) {
+        failDamaged("an entry is too short");
+    }
+    const auto content = bytes.substr(0, bytes.size() - checksumSize);
+    return {content.substr(0, keyLength), content.substr(keyLength)};
+}
+
+void DatabaseFile::check(const DatabaseEntry& entry) const {
+    if (checksumOf({entry.key.data(), entry.key.size() + entry.value.size()}) != entry.checksum()) {
+        failDamaged("the checksum of an entry is wrong");
+    }
+}
+
+DatabaseEntry DatabaseFile::checkedEntry(std::string_view bytes, std::uint32_t keyLength) const {
+    const auto entry = entryIn(bytes, keyLength);
+    check(entry);
+    return entry;
+}
+
+DatabaseEntry DatabaseFile::entryAt(const EntryReference& reference) const {
+    const auto header = bytes(reference.position, databaseEntryHeaderSize);
+    const auto keyLength = numberFrom(header);
+    const auto valueLength = numberFrom(header.substr(databaseEntryHeaderSize / 2));
+    if (std::uint64_t{keyLength} + valueLength != reference.length) {
+        failDamaged("an entry is not as long as it was");
+    }
+    const auto entry = checkedEntry(bytes(reference.position + databaseEntryHeaderSize, reference.length), keyLength);
+    if (entry.checksum() != reference.checksum) {
+        failDamaged("an entry is not the one that was written there");
+    }
+    return entry;
+}
+
+std::string DatabaseFile::advice() const {
+    return "; build it anew with: " + std::string(kind_->command);
+}
+
+void DatabaseFile::refuse(const std::string& what) const {
+    throw std::runtime_error(file_ + ": " + what);
+}
+
+void DatabaseFile::fail(const std::string& what) const {
+    refuse(what + advice());
+}
+
+void DatabaseFile::failOutside() const {
+    failDamaged("an entry would lie outside the file");
+}
+
+void DatabaseFile::failDamaged(const std::string& damage) const {
+    throw DatabaseDamage(file_ + ": is damaged: " + damage + advice(), damage);
+}
+
+// By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as
+// long.
+DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) : file_(&file), key_(key) {
+    if (key_.size() > databaseSizeLimit) {
+        return; // such a key is in no entry
+    }
+    hash_ = databaseHashOf(key_);
+    constexpr std::uint32_t slots = databaseHeaderSize / databaseSlotSize;
+    const auto slot = file.bytes(hash_ % slots * databaseSlotSize, databaseSlotSize);
+    unseen_ = numberFrom(slot.substr(databaseSlotSize / 2));
+    if (unseen_ > 0) {
+        table_ = file.bytes(numberFrom(slot), unseen_ * databasePlaceSize);
+        place_ = std::size_t{hash_ / slots % unseen_} * databasePlaceSize;
+    }
+}
+
+std::optional<DatabaseEntry> DatabaseSearch::next() {
+    const auto entry = nextUnchecked();
+    if (entry) {
+        file_->check(*entry);
+    }
+    return entry;
+}
+
+std::optional<DatabaseEntry> DatabaseSearch::nextUnchecked() {
+    for (; unseen_ > 0; --unseen_) {
+        std::array<std::uint32_t, 2> place{}; // that is looked at a dozen times for each key, so without checks
+        std::memcpy(place.data(), &table_[place_], sizeof place);
+        place_ = place_ + databasePlaceSize == table_.size() ? 0 : place_ + databasePlaceSize;
+        const auto [hash, position] = place;
+        if (position == 0) { // a place that is free ends the search
+            unseen_ = 0;
+            break;
+        }
+        if (hash != hash_) {
+            continue;
+        }
+        const auto header = file_->bytes(position, databaseEntryHeaderSize);
+        const auto length = std::uint64_t{numberFrom(header)} + numberFrom(header.substr(databaseEntryHeaderSize / 2));
+        if (numberFrom(header) != key_.size()) {
+            continue;
+        }
+        if (length > databaseSizeLimit) {
+            file_->failOutside();
+        }
+        const auto entry = file_->bytes(position + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
+        if (entry.starts_with(key_)) {
+            --unseen_;
+            return file_->entryIn(entry, numberFrom(header));
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<DatabaseEntry> DatabaseWalk::next() {
+    const auto end = file_->entriesEnd();
+    if (following_ == end) {
+        return std::nullopt;
+    }
+    constexpr std::uint32_t most = 1U << 24U;
+    if (following_ - released_ > most) {
+        file_->release(released_, following_);
+        released_ = following_;
+    }
+    position_ = std::exchange(following_, end);
+    const auto header = file_->bytes(position_, databaseEntryHeaderSize);
+    const auto keyLength = numberFrom(header);
+    const auto length = std::uint64_t{keyLength} + numberFrom(header.substr(databaseEntryHeaderSize / 2));
+    if (position_ + databaseEntryHeaderSize + length > end) {
+        file_->failDamaged("an entry does not end where the next one begins");
+    }
+    following_ = static_cast<std::uint32_t>(position_ + databaseEntryHeaderSize + length);
+    const auto bytes = file_->bytes(position_ + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
+    return file_->checkedEntry(bytes, keyLength);
+}
+
+} // namespace tessgen::standalone

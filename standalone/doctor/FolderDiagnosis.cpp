@@ -1,0 +1,220 @@
+#include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Kind = FileTree::Kind;
+
+// A folder that the manifest gives.
+struct GivenFolder {
+    std::string place; // its key and its path
+    std::string path;
+};
+using GivenFolders = std::vector<GivenFolder>;
+
+std::string placeInList(const std::string& key, std::size_t index, const std::string& value) {
+    return key + "[" + std::to_string(index) + "] " + value;
+}
+
+GivenFolders givenFolders(const std::string& key, const std::vector<std::string>& paths) {
+    GivenFolders folders;
+    for (const auto& path : paths) {
+        folders.push_back({placeInList(key, folders.size(), path), path});
+    }
+    return folders;
+}
+
+std::string folderAbove(const std::string& path) {
+    return absolutePath("..", path);
+}
+
+std::string_view lastComponent(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+bool endsWithSlash(const std::string& folder) {
+    return folder.ends_with('/') && folder != "/";
+}
+
+class FolderCheck {
+public:
+    FolderCheck(const DiagnosisInput& examined, Findings& findings)
+        : examined_(examined), findings_(findings),
+          search_(givenFolders("searchPath", examined.installation.searchPath)),
+          kel_(givenFolders("kelPath", examined.installation.kelPath)),
+          source_(givenFolders("sourceCode", sourceCodePaths(examined.installation))) {}
+
+    void run() {
+        for (const auto* folders : {&search_, &kel_, &source_}) {
+            findMissing(*folders);
+        }
+        findRepeats();
+        findKELFoldersThatHoldNothing();
+        findKELFoldersOnSearchPath();
+        findPrefixes();
+        findRootInPackageRoot();
+    }
+
+private:
+    void report(Diagnostic trap, std::string place) { findings_.push_back({trap, std::move(place)}); }
+
+    std::string realPathOf(const std::string& path) {
+        return readOrReport(path, findings_, [&] { return examined_.realPath(path); }).value_or(path);
+    }
+
+    void findMissing(const GivenFolders& folders) {
+        for (const auto& folder : folders) {
+            const auto isFolder = readOrReport(folder.path, findings_, [&] {
+                return std::optional(examined_.files.kindOf(folder.path) == Kind::folder);
+            });
+            if (isFolder == false) {
+                report(Diagnostic::folderMissing, folder.place);
+            }
+        }
+    }
+
+    void findRepeats() {
+        std::unordered_map<std::string, const GivenFolder*> known;
+        for (const auto& folder : search_) {
+            const auto [first, isNew] = known.try_emplace(realPathOf(folder.path), &folder);
+            if (!isNew) {
+                report(Diagnostic::folderGivenTwice, folder.place + " and " + first->second->place);
+            }
+        }
+    }
+
+    void findKELFoldersThatHoldNothing() {
+        for (const auto& folder : kel_) {
+            if (endsWithSlash(folder.path)) {
+                report(Diagnostic::kelFolderEndsWithSlash, folder.place);
+            } else if (isPackageClassOrPrivate(lastComponent(folder.path))) {
+                report(Diagnostic::kelFolderInPackage, folder.place);
+            }
+        }
+    }
+
+    // A search folder is a KEL folder, or is one when package, class and private folders are passed over.
+    void findKELFoldersOnSearchPath() {
+        std::unordered_map<std::string, const GivenFolder*> kel;
+        for (const auto& folder : kel_) {
+            if (!endsWithSlash(folder.path)) { // such a one holds nothing
+                kel.try_emplace(folder.path, &folder);
+                kel.try_emplace(realPathOf(folder.path), &folder);
+            }
+        }
+        for (const auto& folder : search_) {
+            for (std::string path = realPathOf(folder.path);; path = folderAbove(path)) {
+                if (const auto found = kel.find(path); found != kel.end()) {
+                    report(Diagnostic::kelFolderOnSearchPath, folder.place + " and " + found->second->place);
+                    break;
+                }
+                if (!isPackageClassOrPrivate(lastComponent(path))) {
+                    break;
+                }
+            }
+        }
+    }
+
+    void findPrefixes() {
+        std::unordered_set<std::string> known;
+        for (const auto& folder : source_) {
+            known.insert(folder.path);
+        }
+        const auto& packages = examined_.installation.supportPackageRoot;
+        if (packages) {
+            known.insert(*packages);
+        }
+        for (const auto& folder : source_) {
+            findWhatBeginsWith(folder, Diagnostic::sourceFolderIsPrefix, known);
+        }
+        if (packages) {
+            findWhatBeginsWith({"supportPackageRoot " + *packages, *packages}, Diagnostic::packageRootIsPrefix, known);
+        }
+    }
+
+    // The folders and source files beside this folder whose names begin with its own. What lies in a folder of `known`
+    // does not matter: it is no user's in any case.
+    void findWhatBeginsWith(const GivenFolder& folder, Diagnostic trap, const std::unordered_set<std::string>& known) {
+        const std::string name(lastComponent(folder.path));
+        const std::string above = folderAbove(folder.path);
+        if (name.empty() || liesIn(known, above)) {
+            return;
+        }
+        const auto entries = readOrReport(above, findings_, [&] {
+            return examined_.files.entries(above, [&](std::string_view other) {
+                return other.starts_with(name) && other != name && isUTF8(other);
+            });
+        });
+        std::set<std::string> found; // in one order on every disk
+        for (const auto& entry : entries.value_or(std::vector<FileTree::Entry>())) {
+            const std::string path = joinPath(above, entry.name);
+            if (known.contains(path)) {
+                continue;
+            }
+            const auto kind = readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); });
+            if (kind == Kind::folder || (kind == Kind::file && isSourceFile(entry.name))) {
+                found.insert(path);
+            }
+        }
+        for (const auto& path : found) {
+            report(trap, path + " and " + folder.place);
+        }
+    }
+
+    bool isSourceFile(std::string_view name) const {
+        const auto& extensions = examined_.installation.extensions;
+        return std::any_of(extensions.begin(), extensions.end(),
+                           [name](const std::string& extension) { return name.ends_with("." + extension); });
+    }
+
+    static bool liesIn(const std::unordered_set<std::string>& folders, std::string path) {
+        while (!folders.contains(path) && path != "/") {
+            path = folderAbove(path);
+        }
+        return folders.contains(path);
+    }
+
+    void findRootInPackageRoot() {
+        const auto& [packages, root] = std::tie(examined_.installation.supportPackageRoot, examined_.installation.root);
+        if (packages && root.starts_with(*packages)) {
+            report(Diagnostic::packageRootHoldsRoot, "supportPackageRoot " + *packages + " and root " + root);
+        }
+    }
+
+    const DiagnosisInput& examined_;
+    Findings& findings_;
+    const GivenFolders search_;
+    const GivenFolders kel_;
+    const GivenFolders source_;
+};
+
+void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findings) {
+    std::set<std::tuple<std::u16string_view, std::u16string_view, bool>> known;
+    for (std::size_t index = 0; index < builtins.size(); ++index) {
+        const auto& builtin = builtins[index];
+        if (!known.emplace(builtin.name, builtin.className, builtin.constructor).second) {
+            findings.push_back(
+                {Diagnostic::builtinGivenTwice, placeInList("builtins", index, toUTF8(builtin.name).value())});
+        }
+    }
+}
+
+} // namespace
+
+void checkFolders(const DiagnosisInput& examined, Findings& findings) {
+    FolderCheck(examined, findings).run();
+    findRepeatedBuiltins(examined.installation.builtins, findings);
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,124 @@
+#include "host/Paths.hpp"
+#include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/store/SupportRecords.hpp"
+#include "standalone/text/Text.hpp"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using Kind = FileTree::Kind;
+
+class RecordCheck {
+public:
+    RecordCheck(const DiagnosisInput& examined, Findings& findings)
+        : examined_(examined), findings_(findings), root_(toUTF16(examined.installation.root).value()) {
+        if (const auto& packages = examined.installation.supportPackageRoot) {
+            packages_ = toUTF16(*packages).value();
+        }
+    }
+
+    void look(const SupportRecord& record) {
+        if (!record.entry.isBuiltin) {
+            lookAtFile(record.entry.path);
+            lookAtUnsupported(record);
+        }
+        if (record.entry.isRedirect) {
+            lookAtTarget(record.entry);
+        }
+    }
+
+private:
+    void report(Diagnostic trap, const std::u16string& path, const std::u16string& rest = u"") {
+        findings_.push_back({trap, toUTF8(path + rest).value_or("?")});
+    }
+
+    void lookAtFile(const std::u16string& path) {
+        bool isThere = isFile(path);
+        if (packages_) {
+            isThere = isThere || isFile(kelwhich::replacePrefix(path, root_, *packages_));
+            const bool holdsRoot = kelwhich::beginsWith(root_, *packages_); // then nothing is a record's fault
+            if (!holdsRoot && kelwhich::beginsWith(path, *packages_)) {
+                report(Diagnostic::recordInPackageRoot, path);
+            }
+        }
+        if (!isThere) {
+            report(Diagnostic::recordWithoutFile, path);
+        }
+    }
+
+    // Asks for each folder once, since most files of a folder that is not there have their record too. Of a folder that
+    // cannot be read nothing is known to be missing.
+    bool isFile(const std::u16string& path) {
+        const std::string text = toUTF8(path).value_or("");
+        const std::string folder = text.substr(0, text.rfind('/'));
+        const auto known = findings_.size();
+        const auto kindOf = [&](const std::string& place) {
+            return readOrReport(folder, findings_, [&] { return examined_.files.kindOf(place); });
+        };
+        const auto [state, isNew] = folders_.try_emplace(folder, Folder::absent);
+        if (isNew && (folder.empty() || kindOf(folder) == Kind::folder)) {
+            state->second = Folder::there;
+        }
+        const bool found = state->second == Folder::there && kindOf(text) == Kind::file;
+        if (findings_.size() > known) {
+            state->second = Folder::unreadable;
+        }
+        return found || state->second == Folder::unreadable;
+    }
+
+    void lookAtUnsupported(const SupportRecord& record) {
+        const auto& refused = record.entry.unsupportedSymbols;
+        for (const auto& name : record.names) {
+            if (std::find(refused.begin(), refused.end(), name) != refused.end()) {
+                report(Diagnostic::recordRefusesItself, record.entry.path, u", " + name);
+            }
+        }
+    }
+
+    void lookAtTarget(const tessapp::internal::screener::meta::SupportEntry& entry) {
+        const auto [resolved, isNew] = targets_.try_emplace(entry.symbol, true);
+        if (isNew) {
+            resolved->second = hasCandidate(entry);
+        }
+        if (!resolved->second) {
+            report(Diagnostic::redirectToNothing, entry.path, u", " + entry.symbol);
+        }
+    }
+
+    // Where the disk fails nothing is known. That is told once: what fails one target mostly fails them all.
+    bool hasCandidate(const tessapp::internal::screener::meta::SupportEntry& entry) {
+        Findings failures;
+        const auto answer = readOrReport(toUTF8(entry.path + u", " + entry.symbol).value_or("?"), failures,
+                                         [&] { return std::optional(examined_.resolves(entry.symbol)); });
+        if (!answer && !std::exchange(targetFailed_, true)) {
+            findings_.push_back(failures.front());
+        }
+        return answer.value_or(true);
+    }
+
+    enum class Folder { there, absent, unreadable };
+
+    const DiagnosisInput& examined_;
+    Findings& findings_;
+    const std::u16string root_;
+    std::optional<std::u16string> packages_;
+    std::unordered_map<std::string, Folder> folders_;
+    std::unordered_map<std::u16string, bool> targets_; // of redirects: whether they have a candidate
+    bool targetFailed_ = false;
+};
+
+} // namespace
+
+void checkRecords(const DiagnosisInput& examined, Findings& findings) {
+    if (examined.store != nullptr) {
+        RecordCheck check(examined, findings);
+        examined.store->forEachRecord([&](const SupportRecord& record) { check.look(record); });
+    }
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,254 @@
+#include "standalone/files/AtomicFile.hpp"
+
+#include "standalone/files/FileTree.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <random>
+#include <stdexcept>
+#include <sys/file.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace tessgen::standalone {
+
+namespace {
+
+constexpr std::string_view prefix = ".kelwhich-new-";
+constexpr std::size_t bufferSize = std::size_t{1} << 18U;
+
+std::string folderOf(const std::string& path) {
+    const auto separator = path.rfind('/');
+    return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
+}
+
+// A hidden name beside `target`, another one at each call; short, since the target's own may be as long as any can be.
+std::string nameBeside(const std::string& target) {
+    return folderOf(target).append(prefix) + std::to_string(std::random_device()());
+}
+
+bool isSuchName(std::string_view name) {
+    return name.starts_with(prefix) && name.size() > prefix.size()
+           && name.find_first_not_of("0123456789", prefix.size()) == std::string_view::npos;
+}
+
+// Waits while another process looks whether the file is a leftover. False when it was one to that process, and is gone.
+// Where locks are not to be had nothing is taken for a leftover either.
+bool lock(int descriptor) {
+    while (flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    }
+    struct stat status {};
+    return fstat(descriptor, &status) != 0 || status.st_nlink != 0;
+}
+
+bool isAt(int descriptor, const std::string& path) {
+    struct stat open {};
+    struct stat named {};
+    return fstat(descriptor, &open) == 0 && lstat(path.c_str(), &named) == 0 && S_ISREG(named.st_mode)
+           && open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+// Removes `path` if no process is writing it. Under the lock, no other process gives the name to another file.
+void removeLeftover(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && isAt(descriptor, path)) {
+        unlink(path.c_str());
+    }
+    close(descriptor);
+}
+
+// Leftovers do no harm, hence errors do not matter.
+void removeLeftovers(const std::string& folder) {
+    try {
+        for (const auto& entry : RealFileTree().entries(folder, isSuchName).value_or(std::vector<FileTree::Entry>())) {
+            removeLeftover(folder + entry.name);
+        }
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): a folder that can be written to, not read
+    }
+}
+
+// Without this, a power failure may bring the old file back, which is whole as well; hence errors do not matter.
+void syncFolder(const std::string& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        fsync(descriptor);
+        close(descriptor);
+    }
+}
+
+// False, with errno, when it did not come to that. Some disks know no second name of a file, others no such rename.
+bool moveToFreeName(const std::string& from, const std::string& to) {
+    if (link(from.c_str(), to.c_str()) == 0) {
+        unlink(from.c_str());
+        return true;
+    }
+    return errno != EEXIST && renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+}
+
+const char* adviceFor(int error) {
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        return "; the disk is full: make room there, or write to another disk";
+    case EFBIG:
+        return "; files may not grow that large here: raise the limit (ulimit -f)";
+    case EACCES:
+    case EROFS:
+        return "; its folder cannot be written to: write to another one";
+    default:
+        return "";
+    }
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(const std::string& target) : target_(target) {
+    struct stat status {};
+    if (stat(target.c_str(), &status) == 0) {
+        std::error_code error;
+        target_ = std::filesystem::canonical(target, error).string();
+        if (error) {
+            target_ = target;
+            fail(error.value());
+        }
+        if (!S_ISREG(status.st_mode)) {
+            throw std::runtime_error(target_ + ": is not a regular file; name the file to be written");
+        }
+        old_ = status;
+    } else if (errno != ENOENT) {
+        fail(errno);
+    } else if (lstat(target.c_str(), &status) == 0) {
+        throw std::runtime_error(target + ": is a link that leads nowhere; make its target or remove it");
+    }
+    removeLeftovers(folderOf(target_));
+    // What the old file hides from others, the new one hides from its beginning.
+    create(old_ ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+}
+
+AtomicFile::~AtomicFile() {
+    if (!path_.empty()) {
+        unlink(path_.c_str());
+    }
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+}
+
+void AtomicFile::create(unsigned mode) {
+    for (;;) {
+        path_ = nameBeside(target_);
+        descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor_ < 0 && errno != EEXIST) {
+            fail(errno);
+        }
+        if (descriptor_ >= 0 && lock(descriptor_)) {
+            return;
+        }
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+}
+
+void AtomicFile::append(std::string_view bytes) {
+    buffer_ += bytes;
+    if (buffer_.size() >= bufferSize) {
+        flush();
+    }
+}
+
+void AtomicFile::overwrite(std::uint64_t position, std::string_view bytes) {
+    flush();
+    write(position, bytes);
+}
+
+std::string AtomicFile::read(std::uint64_t position, std::size_t length) {
+    flush();
+    std::string bytes(length, '\0');
+    for (std::size_t done = 0; done < length;) {
+        const auto got = pread(descriptor_, bytes.data() + done, length - done, static_cast<off_t>(position + done));
+        if (got == 0 || (got < 0 && errno != EINTR)) {
+            fail(got == 0 ? EIO : errno);
+        }
+        done += got < 0 ? 0 : static_cast<std::size_t>(got);
+    }
+    return bytes;
+}
+
+void AtomicFile::flush() {
+    write(written_, buffer_);
+    written_ += buffer_.size();
+    buffer_.clear();
+}
+
+void AtomicFile::write(std::uint64_t position, std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const auto done = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(position));
+        if (done < 0 && errno != EINTR) {
+            fail(errno);
+        }
+        const auto count = done < 0 ? 0 : static_cast<std::size_t>(done);
+        position += count;
+        bytes.remove_prefix(count);
+    }
+}
+
+void AtomicFile::copyOwnerAndMode(const struct stat& old) const {
+    auto mode = old.st_mode & 07777U;
+    constexpr auto unchanged = static_cast<uid_t>(-1);
+    if (fchown(descriptor_, old.st_uid, old.st_gid) != 0 && fchown(descriptor_, unchanged, old.st_gid) != 0) {
+        mode = (mode & ~070U) | ((mode & 07U) << 3U); // our group is one of the others
+    }
+    if (fchmod(descriptor_, mode) != 0) {
+        fail(errno);
+    }
+}
+
+void AtomicFile::sync() {
+    flush();
+    if (fsync(descriptor_) != 0) {
+        fail(errno);
+    }
+}
+
+void AtomicFile::commit() {
+    if (old_) {
+        copyOwnerAndMode(*old_);
+    }
+    sync();
+    if (rename(path_.c_str(), target_.c_str()) != 0) {
+        fail(errno);
+    }
+    path_.clear();
+    syncFolder(folderOf(target_));
+}
+
+bool AtomicFile::commitIfAbsent() {
+    sync();
+    if (!moveToFreeName(path_, target_)) {
+        if (errno == EEXIST) {
+            return false;
+        }
+        fail(errno);
+    }
+    path_.clear();
+    syncFolder(folderOf(target_));
+    return true;
+}
+
+void AtomicFile::fail(const std::string& cause) const {
+    throw std::runtime_error(target_ + ": cannot be written, and is as it was: " + cause);
+}
+
+void AtomicFile::fail(int error) const {
+    fail(std::generic_category().message(error) + adviceFor(error));
+}
+
+} // namespace tessgen::standalone

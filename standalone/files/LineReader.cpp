@@ -1,0 +1,95 @@
+#include "standalone/files/LineReader.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t blockSize = std::size_t{1} << 14U;
+
+} // namespace
+
+LineReader::LineReader(std::string file, int descriptor) : file_(std::move(file)), descriptor_(descriptor) {
+    if (descriptor_ < 0) {
+        fail("cannot be opened");
+    }
+}
+
+LineReader::LineReader(const std::string& file) : LineReader(file, open(file.c_str(), O_RDONLY | O_CLOEXEC)) {}
+
+LineReader LineReader::ofStandardInput() {
+    return {"standard input", STDIN_FILENO};
+}
+
+LineReader::~LineReader() {
+    if (descriptor_ != STDIN_FILENO) {
+        close(descriptor_);
+    }
+}
+
+std::optional<std::string_view> LineReader::next() {
+    auto end = buffer_.find('\n', begin_);
+    while (end == std::string::npos && !isAtEnd_) {
+        const auto looked = buffer_.size() - begin_;
+        readBlock();
+        end = buffer_.find('\n', looked);
+    }
+    if (begin_ == buffer_.size()) {
+        return std::nullopt;
+    }
+    const auto length = (end == std::string::npos ? buffer_.size() : end + 1) - begin_;
+    auto line = std::string_view(buffer_).substr(begin_, length);
+    begin_ += length;
+    ++number_;
+    bytes_ += length;
+    if (number_ == 1 && line.starts_with(byteOrderMark)) {
+        line.remove_prefix(byteOrderMark.size());
+    }
+    return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
+void LineReader::readBlock() {
+    buffer_.erase(0, std::exchange(begin_, 0));
+    const auto kept = buffer_.size();
+    buffer_.resize(kept + blockSize);
+    ssize_t count = 0;
+    do {
+        count = read(descriptor_, buffer_.data() + kept, blockSize);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
+        fail("cannot be read");
+    }
+    buffer_.resize(kept + static_cast<std::size_t>(count));
+    isAtEnd_ = count == 0;
+}
+
+std::optional<std::uint64_t> LineReader::size() const {
+    struct stat status {};
+    const bool isKnown = fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    return isKnown ? std::optional(static_cast<std::uint64_t>(status.st_size)) : std::nullopt;
+}
+
+bool LineReader::isFile(const std::string& path) const {
+    struct stat read {};
+    struct stat named {};
+    return fstat(descriptor_, &read) == 0 && stat(path.c_str(), &named) == 0 && read.st_dev == named.st_dev
+           && read.st_ino == named.st_ino;
+}
+
+bool LineReader::mayWait() const {
+    return !isAtEnd_ && buffer_.find('\n', begin_) == std::string::npos;
+}
+
+void LineReader::fail(const char* what) const {
+    throw std::runtime_error(file_ + ": " + what + ": " + std::generic_category().message(errno));
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,78 @@
+#include "standalone/index/SearchIndexCheck.hpp"
+
+#include "standalone/index/SearchIndexBuilder.hpp"
+#include "standalone/index/SearchIndexFormat.hpp"
+#include "standalone/search/SnapshotSearch.hpp"
+
+#include <optional>
+#include <sys/stat.h>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+class IndexChecker final : public DatabaseChecker {
+public:
+    using DatabaseChecker::DatabaseChecker;
+
+private:
+    bool checkEntry(const DatabaseEntry& entry) override {
+        const auto found = DatabaseSearch(file(), entry.key).next();
+        return expect(entry.key.starts_with('/') && isWritten(entry.value), "no build writes such a folder")
+               && expect(found && found->key.data() == entry.key.data(), "the folder is not found by its path");
+    }
+
+    static bool isWritten(std::string_view value) {
+        const auto all = [](std::string_view /*name*/) { return true; };
+        const auto folder = decodeFolder(value);
+        std::vector<FileTree::Entry> entries;
+        return folder && decodeEntries(folder->specialFolders, all, entries)
+               && decodeEntries(folder->others, all, entries)
+               && encodeFolder(folder->stamp, folder->isWorldReadable, entries) == value;
+    }
+};
+
+// The disk with its index, which counts what each of them answers.
+class CountingFileTree final : public FileTree {
+public:
+    CountingFileTree(const SearchIndex& index, const std::string& file) : index_(index), own_(file) {}
+
+    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
+        if (auto known = index_.entries(folder, wanted)) {
+            ++use_.folders;
+            return known;
+        }
+        FolderStatus status;
+        auto found = entriesAndStatus(folder, wanted, &status);
+        if (found && !own_.is(status.inode)) {
+            ++use_.folders;
+            use_.changed.push_back(folder);
+        }
+        return found;
+    }
+    std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
+
+    IndexUse takeUse() { return std::move(use_); }
+
+private:
+    const SearchIndex& index_;
+    const OwnFolder own_;
+    const RealFileTree disk_;
+    mutable IndexUse use_;
+};
+
+} // namespace
+
+DatabaseCheck checkSearchIndex(const std::string& file) {
+    const DatabaseFile opened(file, searchIndexKind);
+    return IndexChecker(opened).run();
+}
+
+IndexUse useOf(const SearchIndex& index, const Installation& installation) {
+    CountingFileTree files(index, installation.searchIndex.value());
+    const SnapshotSearch search(installation, files);
+    return files.takeUse();
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,233 @@
+#include "standalone/manifest/Installation.hpp"
+
+#include "standalone/files/FileTree.hpp"
+#include "standalone/json/JsonInput.hpp"
+#include "standalone/json/JsonPlaces.hpp"
+#include "standalone/manifest/ManifestFile.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+using nlohmann::json;
+
+const std::string& readText(const json* value, const std::string& place, const char* expected) {
+    const auto* text = value == nullptr ? nullptr : value->get_ptr<const std::string*>();
+    if (text == nullptr || text->empty() || text->find('\0') != std::string::npos) {
+        failAtKey(place, expected, value);
+    }
+    return *text;
+}
+
+// What `read(element, place)` makes of each element; empty when the key is not given.
+template <typename Read>
+auto readList(const json& object, const std::string& key, Read read) {
+    std::vector<decltype(read(object, key))> list;
+    if (const json* value = findValue(object, key)) {
+        if (!value->is_array()) {
+            failAtKey(key, "a list", value);
+        }
+        for (const json& element : *value) {
+            list.push_back(read(element, elementOf(key, list.size())));
+        }
+    }
+    return list;
+}
+
+// A folder or file, absolute; a relative one is meant in `base`. Nothing when the key is not given.
+std::optional<std::string> readPath(const json& manifest, const std::string& key, const std::string& base) {
+    const json* value = findValue(manifest, key);
+    return value == nullptr ? std::nullopt
+                            : std::optional(absolutePath(readText(value, key, "the path of a folder or file"), base));
+}
+
+const std::string& readFolder(const json& value, const std::string& place) {
+    return readText(&value, place, "the path of a folder");
+}
+
+// A KEL path folder with a "/" at its end matches nothing; it stays so that this can be found out.
+std::string readKELFolder(const json& value, const std::string& place, const std::string& root) {
+    const std::string& text = readFolder(value, place);
+    const std::string folder = absolutePath(text, root);
+    return text.ends_with('/') ? joinPath(folder, "") : folder;
+}
+
+std::vector<std::string> readSourceCodeFolder(const json& value, const std::string& place, const std::string& root) {
+    const std::string folder = absolutePath(readFolder(value, place), root);
+    if (folder == root) {
+        return {};
+    }
+    const std::string above = joinPath(root, "");
+    if (!folder.starts_with(above)) {
+        failAtKey(place, "a folder below the root " + root, &value);
+    }
+    return split(std::string_view(folder).substr(above.size()), '/');
+}
+
+std::string readExtension(const json& value, const std::string& place) {
+    constexpr const char* expected = R"(an extension without "." before it and without "/", such as "vk")";
+    const std::string& extension = readText(&value, place, expected);
+    if (extension.starts_with('.') || extension.find('/') != std::string::npos) {
+        failAtKey(place, expected, &value);
+    }
+    return extension;
+}
+
+std::vector<std::string> readExtensions(const json& manifest) {
+    constexpr const char* key = "extensions";
+    const json* value = findValue(manifest, key);
+    if (value == nullptr) {
+        return defaultExtensions();
+    }
+    auto extensions = readList(manifest, key, readExtension);
+    if (extensions.empty()) {
+        failAtKey(key, "at least one extension, since no name is found without", value);
+    }
+    std::unordered_set<std::string_view> known;
+    for (std::size_t index = 0; index < extensions.size(); ++index) {
+        if (!known.insert(extensions[index]).second) {
+            failAtKey(elementOf(key, index), "no extension twice", &(*value)[index]);
+        }
+    }
+    return extensions;
+}
+
+// The host tells of built-ins in a line of text, where such characters would mean something else; a name with "." or
+// "/" is never looked for among them.
+std::u16string readPlainName(const json* value, const std::string& place, const std::string& expected) {
+    const auto means = expected + R"(, a plain name without white space, "." and "/")";
+    const std::string& name = readText(value, place, means.c_str());
+    const auto isForeign = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
+    if (std::any_of(name.begin(), name.end(), isForeign)) {
+        failAtKey(place, means, value);
+    }
+    return toUTF16(name).value();
+}
+
+Builtin readBuiltin(const json& value, const std::string& place) {
+    if (!value.is_object()) {
+        failAtKey(place, R"(an object such as {"name": "sum"})", &value);
+    }
+    refuseUnknownKeys(value, {"name", "class", "constructor"}, place + ".");
+    Builtin builtin;
+    builtin.name = readPlainName(findValue(value, "name"), place + ".name", "the name of a built-in");
+    if (const json* constructor = findValue(value, "constructor")) {
+        if (!constructor->is_boolean()) {
+            failAtKey(place + ".constructor", "true or false", constructor);
+        }
+        builtin.constructor = constructor->get<bool>();
+    }
+    const json* className = findValue(value, "class");
+    if (className != nullptr || builtin.constructor) {
+        const char* expected =
+            builtin.constructor ? "the class that the constructor makes" : "the class that the method is of";
+        builtin.className = readPlainName(className, place + ".class", expected);
+    }
+    return builtin;
+}
+
+// Whatever lies in the support-package root is no user's file, so that root must not lie there as a whole.
+void refuseClashes(const Installation& read, const json& manifest) {
+    if (const auto& packages = read.supportPackageRoot) {
+        if (joinPath(read.root, "").starts_with(joinPath(*packages, ""))) {
+            failAtKey("supportPackageRoot", "a folder that root (" + read.root + ") does not lie in",
+                      findValue(manifest, "supportPackageRoot"));
+        }
+    }
+    if (read.supportStore == read.manifest) {
+        failAtKey("supportStore", "another file than the manifest", findValue(manifest, "supportStore"));
+    }
+    if (read.searchIndex && (read.searchIndex == read.manifest || read.searchIndex == read.supportStore)) {
+        failAtKey("searchIndex", "another file than the manifest and the support store",
+                  findValue(manifest, "searchIndex"));
+    }
+}
+
+Installation readManifest(const json& manifest, const std::string& path) {
+    if (!manifest.is_object()) {
+        failAtKey("", "an object with the keys of a manifest", &manifest);
+    }
+    refuseUnknownKeys(manifest, {"$schema", "root", "supportPackageRoot", "supportStore", "searchIndex", "searchPath",
+                                 "kelPath", "sourceCode", "extensions", "builtins"});
+    if (const json* schema = findValue(manifest, "$schema")) {
+        readText(schema, "$schema", "the place of the manifest's schema");
+    }
+    const std::string folder = absolutePath("..", path);
+    Installation result;
+    result.manifest = path;
+    result.root = readPath(manifest, "root", folder).value_or(folder);
+    result.supportPackageRoot = readPath(manifest, "supportPackageRoot", folder);
+    result.supportStore = readPath(manifest, "supportStore", folder);
+    result.searchIndex = readPath(manifest, "searchIndex", folder);
+    refuseClashes(result, manifest);
+
+    const auto& root = result.root;
+    result.searchPath = readList(manifest, "searchPath", [&root](const json& value, const std::string& place) {
+        return absolutePath(readFolder(value, place), root);
+    });
+    result.kelPath = readList(manifest, "kelPath", [&root](const json& value, const std::string& place) {
+        return readKELFolder(value, place, root);
+    });
+    result.sourceCode = readList(manifest, "sourceCode", [&root](const json& value, const std::string& place) {
+        return readSourceCodeFolder(value, place, root);
+    });
+    result.extensions = readExtensions(manifest);
+    result.builtins = readList(manifest, "builtins", readBuiltin);
+    for (const auto& setting : manifest.items()) {
+        result.given.push_back(setting.key());
+    }
+    return result;
+}
+
+std::runtime_error errorAt(TextPlace place, const ManifestFile& file, const std::runtime_error& error) {
+    return std::runtime_error(file.path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": "
+                              + error.what());
+}
+
+} // namespace
+
+std::vector<std::string> sourceCodePaths(const Installation& installation) {
+    std::vector<std::string> paths;
+    for (const auto& components : installation.sourceCode) {
+        std::string path = installation.root;
+        for (const auto& component : components) {
+            path = joinPath(path, component);
+        }
+        paths.push_back(std::move(path));
+    }
+    return paths;
+}
+
+std::vector<std::string> defaultExtensions() {
+    return {"vk", "vkx"};
+}
+
+Installation readInstallation(const std::string& fileOrFolder) {
+    const ManifestFile file = readManifestFile(fileOrFolder);
+    try {
+        return readManifest(parseJson(file.text), file.path);
+    } catch (const JsonSyntaxError& error) {
+        throw errorAt({error.line, error.column}, file, error);
+    } catch (const JsonKeyError& error) {
+        const auto find = error.isUnknownKey ? placeOfItsKey : placeOfValue;
+        throw errorAt(lineAndColumn(file.text, find(file.text, error.place)), file, error);
+    }
+}
+
+void requireFolder(const Installation& installation, std::string_view key, const std::string& folder) {
+    if (RealFileTree().kindOf(folder) != FileTree::Kind::folder) {
+        throw std::runtime_error(installation.manifest + ": key \"" + std::string(key) + "\": there is no folder "
+                                 + folder + ": make it, or say where it is");
+    }
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,66 @@
+// The files of every symbol of a search path, in the order of preference: chains of a hash table over flat arrays.
+//
+// Symbols are UTF-8: plain ("f") or dotted ("p.q.f"). A file is its folder, the last part of its symbol, and one of the
+// extensions. Few symbols are ever asked for: while files are added, nothing that was added is looked at.
+// Threads: const operations may be called concurrently.
+#pragma once
+
+#include "standalone/search/NameSearch.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessgen::standalone {
+
+class NameIndex {
+public:
+    explicit NameIndex(std::vector<std::string> extensions);
+
+    // The number by which a folder's files are added. These are the files of symbols `prefix` + `name`, and of the
+    // plain `name` too when `isPlainToo`.
+    std::uint32_t addFolder(std::string_view path, std::string_view prefix, bool isPlainToo = false);
+    // Adds a file behind those that its symbols have; `name` has no dot.
+    void add(std::string_view name, std::uint32_t folder, std::uint32_t extension);
+    // To be called once, when all is added and before anything is found.
+    // Errors: std::runtime_error for names of 4 GiB or more together, or as many folders.
+    void close();
+
+    // The files of a symbol, in the order in which they were added.
+    std::vector<FoundPlace> find(std::string_view symbol) const;
+
+    // Every symbol once.
+    std::vector<std::string> symbols() const;
+
+private:
+    struct Folder {
+        std::size_t path; // where its texts begin in `folderTexts_`: the path with a "/", then the prefix
+        std::size_t prefix;
+        std::size_t end;
+        bool isPlainToo;
+    };
+    struct File {
+        std::uint32_t name;  // where it begins in `names_`; it ends where the next file's begins
+        std::uint32_t place; // the folder's number times the number of extensions, and the extension's
+        std::uint32_t next;  // the next file of its chain; `none` after the last
+    };
+    static constexpr std::uint32_t none = UINT32_MAX;
+
+    const Folder& folderOf(const File& file) const { return folders_[file.place / extensions_.size()]; }
+    std::string_view prefixOf(const Folder& folder) const;
+    std::string_view nameOf(std::size_t file) const;
+    std::size_t chainOf(std::string_view name) const;
+    // The first file of the symbol `prefix` + `name` from `file` on along its chain, or `none`.
+    std::uint32_t firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const;
+
+    const std::vector<std::string> extensions_;
+    std::string folderTexts_;
+    std::vector<Folder> folders_;
+    std::string names_;                 // of the files, one behind the other
+    std::vector<File> files_;           // and one more when it is closed, which begins where the names end
+    std::vector<std::uint32_t> chains_; // the first file of each, by its name; a power of two
+};
+
+} // namespace tessgen::standalone
