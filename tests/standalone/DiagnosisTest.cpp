@@ -222,7 +222,7 @@ TEST(Diagnosis, FindsEachTrapAndNothingElse) {
         }
     }
     EXPECT_EQ(met.size(), static_cast<std::size_t>(Diagnostic::redirectToNothing) + 1);
-    const std::string document = test::contentOf(KELWHICH_SOURCE_DIR "/docs/standalone-host.md");
+    const std::string document = test::contentOf(KELWHICH_SOURCE_DIR "/docs/doctor.md");
     for (const std::string& code : met) {
         EXPECT_NE(document.find("| `" + code + "` |"), std::string::npos) << code << " is not in the document";
     }
