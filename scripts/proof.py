@@ -75,7 +75,7 @@ ROWS = [
         old="errno == ENOENT ? 0 : errno;", new="errno == ENOENT ? 0 : 0;", tells=r"wrong: .* of getdents64: exit code 0"),
     Row("kills and errors of system calls in store builds", **faults("store-build"),
         figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen",
-        path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_) != 0", new="fsync(descriptor_) > 0",
+        path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_.get()) != 0", new="fsync(descriptor_.get()) > 0",
         tells=r"FAILED: error=\w+ at fsync 1: "),
     Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}", figure=r"(\d+) inputs",
         fault="one for each target", caught_by="scripts/check-fuzz.sh"),

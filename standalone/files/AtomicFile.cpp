@@ -54,14 +54,10 @@ bool isAt(int descriptor, const std::string& path) {
 
 // Removes `path` if no process is writing it. Under the lock, no other process gives the name to another file.
 void removeLeftover(const std::string& path) {
-    const int descriptor = open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        return;
-    }
-    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && isAt(descriptor, path)) {
+    const Descriptor file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0 && isAt(file.get(), path)) {
         unlink(path.c_str());
     }
-    close(descriptor);
 }
 
 // Leftovers do no harm, hence errors do not matter.
@@ -76,10 +72,9 @@ void removeLeftovers(const std::string& folder) {
 
 // Without this, a power failure may bring the old file back, which is whole as well; hence errors do not matter.
 void syncFolder(const std::string& folder) {
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor >= 0) {
-        fsync(descriptor);
-        close(descriptor);
+    const Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.isOpen()) {
+        fsync(descriptor.get());
     }
 }
 
@@ -136,23 +131,17 @@ AtomicFile::~AtomicFile() {
     if (!path_.empty()) {
         unlink(path_.c_str());
     }
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
 }
 
 void AtomicFile::create(unsigned mode) {
     for (;;) {
         path_ = nameBeside(target_);
-        descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-        if (descriptor_ < 0 && errno != EEXIST) {
+        descriptor_ = Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (!descriptor_.isOpen() && errno != EEXIST) {
             fail(errno);
         }
-        if (descriptor_ >= 0 && lock(descriptor_)) {
+        if (descriptor_.isOpen() && lock(descriptor_.get())) {
             return;
-        }
-        if (descriptor_ >= 0) {
-            close(descriptor_);
         }
     }
 }
@@ -173,7 +162,8 @@ std::string AtomicFile::read(std::uint64_t position, std::size_t length) {
     flush();
     std::string bytes(length, '\0');
     for (std::size_t done = 0; done < length;) {
-        const auto got = pread(descriptor_, bytes.data() + done, length - done, static_cast<off_t>(position + done));
+        const auto got =
+            pread(descriptor_.get(), bytes.data() + done, length - done, static_cast<off_t>(position + done));
         if (got == 0 || (got < 0 && errno != EINTR)) {
             fail(got == 0 ? EIO : errno);
         }
@@ -190,7 +180,7 @@ void AtomicFile::flush() {
 
 void AtomicFile::write(std::uint64_t position, std::string_view bytes) const {
     while (!bytes.empty()) {
-        const auto done = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(position));
+        const auto done = pwrite(descriptor_.get(), bytes.data(), bytes.size(), static_cast<off_t>(position));
         if (done < 0 && errno != EINTR) {
             fail(errno);
         }
@@ -203,17 +193,18 @@ void AtomicFile::write(std::uint64_t position, std::string_view bytes) const {
 void AtomicFile::copyOwnerAndMode(const struct stat& old) const {
     auto mode = old.st_mode & 07777U;
     constexpr auto unchanged = static_cast<uid_t>(-1);
-    if (fchown(descriptor_, old.st_uid, old.st_gid) != 0 && fchown(descriptor_, unchanged, old.st_gid) != 0) {
+    if (fchown(descriptor_.get(), old.st_uid, old.st_gid) != 0
+        && fchown(descriptor_.get(), unchanged, old.st_gid) != 0) {
         mode = (mode & ~070U) | ((mode & 07U) << 3U); // our group is one of the others
     }
-    if (fchmod(descriptor_, mode) != 0) {
+    if (fchmod(descriptor_.get(), mode) != 0) {
         fail(errno);
     }
 }
 
 void AtomicFile::sync() {
     flush();
-    if (fsync(descriptor_) != 0) {
+    if (fsync(descriptor_.get()) != 0) {
         fail(errno);
     }
 }

@@ -7,6 +7,8 @@
 // Errors: std::runtime_error, one line that names the file and the cause.
 #pragma once
 
+#include "standalone/files/Descriptor.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -53,7 +55,7 @@ private:
     std::string target_;
     std::optional<struct stat> old_; // the target's, when there is one
     std::string path_;               // empty once it has the target's name
-    int descriptor_ = -1;
+    Descriptor descriptor_;
     std::string buffer_; // appended and not yet written
     std::uint64_t written_ = 0;
 };

@@ -17,22 +17,15 @@ constexpr std::size_t blockSize = std::size_t{1} << 14U;
 
 } // namespace
 
-LineReader::LineReader(std::string file, int descriptor) : file_(std::move(file)), descriptor_(descriptor) {
-    if (descriptor_ < 0) {
+LineReader::LineReader(const std::string& file)
+    : file_(file), own_(open(file.c_str(), O_RDONLY | O_CLOEXEC)), descriptor_(own_.get()) {
+    if (!own_.isOpen()) {
         fail("cannot be opened");
     }
 }
 
-LineReader::LineReader(const std::string& file) : LineReader(file, open(file.c_str(), O_RDONLY | O_CLOEXEC)) {}
-
 LineReader LineReader::ofStandardInput() {
-    return {"standard input", STDIN_FILENO};
-}
-
-LineReader::~LineReader() {
-    if (descriptor_ != STDIN_FILENO) {
-        close(descriptor_);
-    }
+    return {};
 }
 
 std::optional<std::string_view> LineReader::next() {

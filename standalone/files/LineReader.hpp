@@ -1,6 +1,8 @@
 // A text file, read line by line.
 #pragma once
 
+#include "standalone/files/Descriptor.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -16,7 +18,6 @@ public:
     static LineReader ofStandardInput();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
-    ~LineReader();
 
     // The next line, of whatever length, without its end and without a byte-order mark before the first one; nothing
     // at the end of the file. Valid until the next call.
@@ -36,13 +37,14 @@ public:
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
-    LineReader(std::string file, int descriptor);
+    LineReader() = default;
 
     void readBlock();
     [[noreturn]] void fail(const char* what) const;
 
-    std::string file_;
-    int descriptor_;
+    std::string file_ = "standard input";
+    Descriptor own_; // none for standard input, which stays open
+    int descriptor_ = STDIN_FILENO;
     std::string buffer_; // the current line's, until `begin_`, and what was read after it
     std::size_t begin_ = 0;
     bool isAtEnd_ = false;

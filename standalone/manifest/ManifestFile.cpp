@@ -1,5 +1,6 @@
 #include "standalone/manifest/ManifestFile.hpp"
 
+#include "standalone/files/Descriptor.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -35,23 +36,16 @@ public:
         // Without O_NONBLOCK, opening a FIFO would wait for a writer.
         : path_(path), descriptor_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
         const int error = errno;
-        if (descriptor_ < 0 && error != ENOENT && error != ENOTDIR) {
+        if (!isThere() && error != ENOENT && error != ENOTDIR) {
             throw unreadable(path, error);
         }
     }
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
-    ~InputFile() {
-        if (isThere()) {
-            close(descriptor_);
-        }
-    }
 
-    bool isThere() const { return descriptor_ >= 0; }
+    bool isThere() const { return descriptor_.isOpen(); }
 
     mode_t mode() const {
         struct stat status {};
-        if (fstat(descriptor_, &status) != 0) {
+        if (fstat(descriptor_.get(), &status) != 0) {
             throw unreadable(path_, errno);
         }
         return status.st_mode;
@@ -61,7 +55,7 @@ public:
         std::string text;
         std::array<char, 16384> block; // NOLINT(*-member-init): filled by the system
         while (true) {
-            const ssize_t count = read(descriptor_, block.data(), block.size());
+            const ssize_t count = read(descriptor_.get(), block.data(), block.size());
             if (count > 0) {
                 text.append(block.data(), static_cast<std::size_t>(count));
                 if (text.size() > largestManifest) {
@@ -77,7 +71,7 @@ public:
 
 private:
     std::string path_;
-    int descriptor_;
+    Descriptor descriptor_;
 };
 
 std::string realPath(const std::string& path) {
