@@ -19,14 +19,14 @@
 
 // In place of a mapping, a copy that is as long as the file to the byte: reading beyond it is seen.
 extern "C" {
-void* __real_mmap64(void* at, std::size_t size, int protection, int flags, int descriptor, off64_t offset);
+void* __real_mmap(void* at, std::size_t size, int protection, int flags, int descriptor, off_t offset);
 int __real_munmap(void* at, std::size_t size);
 }
 static std::map<void*, std::unique_ptr<char[]>> copies; // NOLINT: what was mapped, for the two functions below
 
-extern "C" void* __wrap_mmap64(void* at, std::size_t size, int protection, int flags, int descriptor, off64_t offset) {
+extern "C" void* __wrap_mmap(void* at, std::size_t size, int protection, int flags, int descriptor, off_t offset) {
     if (descriptor < 0) {
-        return __real_mmap64(at, size, protection, flags, descriptor, offset);
+        return __real_mmap(at, size, protection, flags, descriptor, offset);
     }
     std::unique_ptr<char[]> copy(new char[size]); // NOLINT
     void* const begin = copy.get();

@@ -19,7 +19,7 @@ namespace tessgen::fuzz {
 class StoreInput {
 public:
     enum Mode : unsigned {
-        tables = 1,     // the input is entries alone: slots and hash tables are made
+        tables = 1,     // the input is entries alone: pointers and hash tables are made
         checksums = 2,  // of every entry
         references = 4, // a name's position counts records, and length and checksum follow
     };
@@ -48,7 +48,7 @@ public:
         }
         if ((mode_ & tables) != 0) {
             file_.resize(at);
-            file_.replace(0, standalone::databaseHeaderSize, made.slots(at));
+            file_.replace(0, standalone::databaseHeaderSize, made.pointers(at));
             for (std::size_t i = 0; i < standalone::DatabaseTables::count; ++i) {
                 file_ += made.table(i);
             }

@@ -5,9 +5,9 @@ set -euo pipefail
 
 packages=(
   g++ cmake ninja-build
-  libboost1.81-dev libboost-thread1.81-dev librange-v3-dev libcdb-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
+  libboost1.81-dev libboost-thread1.81-dev librange-v3-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
 )
-test_packages=(time libgtest-dev libgmock-dev strace python3-jsonschema patch groff-base zsh fish)
+test_packages=(time libcdb-dev libgtest-dev libgmock-dev strace python3-jsonschema patch groff-base zsh fish)
 bench_packages=(time python3 libbenchmark-dev gnu-which zsh fd-find strace valgrind)
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck python3 git pkgconf debootstrap)

@@ -1,4 +1,7 @@
-# The stand-alone host, by its object files.
+# The stand-alone host, by its object files; its databases are also read and written by the library whose format they
+# have.
+find_path(CDB_INCLUDE_DIR cdb.h REQUIRED)
+find_library(CDB_LIBRARY cdb REQUIRED)
 add_unit_tests(
   standalone_tests
   SOURCES
@@ -21,7 +24,9 @@ add_unit_tests(
   kelwhich_objects
   kelwhich_standalone_objects
   kelwhich_paths
-  kelwhich_standalone_needs)
+  kelwhich_standalone_needs
+  "${CDB_LIBRARY}")
+target_include_directories(standalone_tests SYSTEM PRIVATE "${CDB_INCLUDE_DIR}")
 target_compile_definitions(standalone_tests PRIVATE KELWHICH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
   target_sources(standalone_tests PRIVATE support/FailingAllocator.cpp)

@@ -5,7 +5,7 @@
 namespace tessgen::standalone {
 
 std::uint32_t checksumOf(std::string_view bytes) noexcept {
-    // Null would ask for the start value.
+    // Null would return the initial value.
     const auto* data = bytes.empty() ? "" : bytes.data();
     return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const unsigned char*>(data), bytes.size()));
 }

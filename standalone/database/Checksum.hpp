@@ -1,4 +1,4 @@
-// CRC-32, as Ethernet and zip files use it: it tells any damage of up to 32 neighbouring bits.
+// CRC-32, as Ethernet and zip files use it: detects any damage within 32 consecutive bits.
 #pragma once
 
 #include <cstdint>
@@ -6,6 +6,6 @@
 
 namespace tessgen::standalone {
 
-std::uint32_t checksumOf(std::string_view bytes) noexcept;
+[[nodiscard]] std::uint32_t checksumOf(std::string_view bytes) noexcept;
 
 } // namespace tessgen::standalone

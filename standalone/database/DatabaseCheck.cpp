@@ -8,7 +8,7 @@ namespace tessgen::standalone {
 
 DatabaseCheck DatabaseChecker::run() {
     checkEntries();
-    if (check_.damages == 0) { // else the tables cannot be known
+    if (check_.damages == 0) { // otherwise the right tables are unknown
         checkTables();
     }
     return std::move(check_);
@@ -38,7 +38,7 @@ void DatabaseChecker::checkEntries() {
 
 void DatabaseChecker::checkOne(const DatabaseEntry& entry) {
     if (entry.key == databaseInfoKey) {
-        expect(!std::exchange(infoSeen_, true), "what is about the file is there twice");
+        expect(!std::exchange(infoSeen_, true), "duplicate file header entry");
         if (check_.damages == 0) {
             checkInfo();
         }
@@ -49,10 +49,10 @@ void DatabaseChecker::checkOne(const DatabaseEntry& entry) {
 }
 
 void DatabaseChecker::checkTables() {
-    const auto slots = tables_.slots(file_.entriesEnd());
-    compare(0, slots);
+    const auto pointers = tables_.pointers(file_.entriesEnd());
+    compare(0, pointers);
     for (std::size_t index = 0; index < DatabaseTables::count && check_.damages == 0; ++index) {
-        compare(numberFrom(std::string_view(slots).substr(index * databaseSlotSize)), tables_.table(index));
+        compare(numberFrom(std::string_view(pointers).substr(index * databasePointerSize)), tables_.table(index));
     }
 }
 

@@ -1,5 +1,4 @@
-// Whether a whole constant database of the host's own is as a build wrote it: every byte counts, also those that no
-// look-up meets.
+// Whether a constant database is, byte for byte, what a build wrote, the bytes included that no look-up meets.
 //
 // Threads: one. Memory: that of the hash tables.
 #pragma once
@@ -15,12 +14,12 @@
 namespace tessgen::standalone {
 
 struct DatabaseCheck {
-    std::uint64_t records = 0;         // that are whole
-    std::uint64_t damages = 0;         // 0: the file is whole
-    std::vector<std::string> findings; // one line for each of the first ten, in the order of the file
+    std::uint64_t records = 0;         // undamaged ones
+    std::uint64_t damages = 0;         // 0: the file is undamaged
+    std::vector<std::string> findings; // one line for each of the first ten damages, in the order of the file
 };
 
-// What every kind of file has in common; a kind of its own says what its entries are.
+// Checks what every kind of file has in common; a derived class knows the entries of its kind.
 class DatabaseChecker {
 public:
     // Lifetime: the file outlives the checker.
@@ -29,23 +28,24 @@ public:
     DatabaseChecker& operator=(const DatabaseChecker&) = delete;
     virtual ~DatabaseChecker() = default;
 
-    // Goes through every entry, and every place of the hash tables. To be called once.
-    DatabaseCheck run();
+    // Checks every entry and every slot of the hash tables. To be called once.
+    [[nodiscard]] DatabaseCheck run();
 
 protected:
-    // Looks at an entry whose checksum is right, other than the one about the file; true when it is a whole record.
+    // Checks an entry whose checksum is right, except the one that describes the file. True when it is an undamaged
+    // record.
     virtual bool checkEntry(const DatabaseEntry& entry) = 0;
-    // The entry about the file is looked at, after others without a finding.
+    // Checks the entry that describes the file; called when no damage was found before it.
     virtual void checkInfo() {}
-    // The entry at the walk's place is damaged.
+    // Notes that the entry at `position` is damaged.
     virtual void passOverDamage() {}
-    // True when the entries seen may be all.
+    // Whether the entries so far may be all.
     virtual bool isComplete() const { return true; }
 
     const DatabaseFile& file() const { return file_; }
-    // Where the entry lies that is looked at.
+    // Of the entry that is being checked.
     std::uint32_t position() const { return walk_.position(); }
-    // A finding at that entry unless `isSo`.
+    // Reports `damage` at that entry unless `isSo`. Returns `isSo`.
     bool expect(bool isSo, const std::string& damage);
 
 private:
@@ -58,7 +58,7 @@ private:
     const DatabaseFile& file_;
     DatabaseWalk walk_;
     DatabaseTables tables_;
-    bool infoSeen_ = false; // the entry about the file, which is the last
+    bool infoSeen_ = false; // the entry that describes the file: the last one
     DatabaseCheck check_;
 };
 

@@ -1,5 +1,6 @@
 #include "standalone/database/DatabaseFile.hpp"
 
+#include "standalone/files/Descriptor.hpp"
 #include "standalone/files/FileTree.hpp"
 
 #include <array>
@@ -10,14 +11,13 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace tessgen::standalone {
 
 namespace {
 
-// With what can be done.
+// The system's message and what to do.
 std::string errorText(int error) {
     return std::generic_category().message(error).append(adviceOn(error));
 }
@@ -29,47 +29,55 @@ DatabaseFile::DatabaseFile(std::string file, const DatabaseKind& kind) : file_(s
     readInfo();
 }
 
+DatabaseFile::Mapping::~Mapping() {
+    if (begin != nullptr) {
+        munmap(const_cast<char*>(begin), size);
+    }
+}
+
 void DatabaseFile::map() {
     // Without O_NONBLOCK, opening a FIFO would wait for a writer.
-    const int descriptor = open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
+    const Descriptor descriptor(open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!descriptor.isOpen()) {
         if (errno != ENOENT) {
             refuse("cannot be opened: " + errorText(errno));
         }
         fail("there is no such " + std::string(kind_->name));
     }
     struct stat status {};
-    const bool known = fstat(descriptor, &status) == 0;
-    const bool large = known && S_ISREG(status.st_mode) && status.st_size >= databaseHeaderSize;
-    const bool mapped = large && cdb_init(&mapping_.database, descriptor) == 0;
-    const int error = errno;
-    close(descriptor); // the mapping does not need it
-    if (!known || (large && !mapped)) {
-        refuse("cannot be read: " + errorText(error));
+    if (fstat(descriptor.get(), &status) != 0) {
+        refuse("cannot be read: " + errorText(errno));
     }
     if (!S_ISREG(status.st_mode)) {
         refuse("is not a regular file; remove it, or name another file");
     }
-    if (!large) {
+    if (status.st_size < databaseHeaderSize) {
         fail("is not a " + std::string(kind_->name) + ", or is cut short");
     }
-    checkTableSlots(static_cast<std::uint64_t>(status.st_size));
+    const auto size = static_cast<std::size_t>(status.st_size);
+    void* const begin = mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor.get(), 0);
+    if (begin == MAP_FAILED) {
+        refuse("cannot be read: " + errorText(errno));
+    }
+    mapping_.begin = static_cast<const char*>(begin);
+    mapping_.size = size;
+    checkPointers();
 }
 
-// The hash tables lie one after the other between the entries and the end of the file, so every cut shows here.
-void DatabaseFile::checkTableSlots(std::uint64_t fileSize) const {
-    const auto slots = bytes(0, databaseHeaderSize);
-    std::uint64_t tablesEnd = numberFrom(slots);
+// The hash tables fill the file from the last entry to its end, so a file of any other size is found here.
+void DatabaseFile::checkPointers() const {
+    const auto pointers = bytes(0, databaseHeaderSize);
+    std::uint64_t tablesEnd = numberFrom(pointers);
     bool consistent = tablesEnd >= databaseHeaderSize;
-    for (std::size_t slot = 0; slot < databaseHeaderSize; slot += databaseSlotSize) {
-        consistent = consistent && numberFrom(slots.substr(slot)) == tablesEnd;
-        tablesEnd += std::uint64_t{numberFrom(slots.substr(slot + databaseSlotSize / 2))} * databasePlaceSize;
+    for (std::size_t pointer = 0; pointer < databaseHeaderSize; pointer += databasePointerSize) {
+        consistent = consistent && numberFrom(pointers.substr(pointer)) == tablesEnd;
+        tablesEnd += std::uint64_t{numberFrom(pointers.substr(pointer + databasePointerSize / 2))} * databaseSlotSize;
     }
     if (!consistent || tablesEnd > databaseSizeLimit) {
         fail("is not a " + std::string(kind_->name) + ", or is damaged");
     }
-    if (tablesEnd != fileSize) {
-        fail("is cut short or has grown: it holds " + std::to_string(fileSize) + " bytes where "
+    if (tablesEnd != mapping_.size) {
+        fail("is cut short or has grown: it holds " + std::to_string(mapping_.size) + " bytes where "
              + std::to_string(tablesEnd) + " were written");
     }
 }
@@ -90,7 +98,7 @@ void DatabaseFile::release(std::uint32_t begin, std::uint32_t end) const {
     constexpr std::uint32_t block = 1U << 16U; // a multiple of the page size
     begin -= begin % block;
     end -= end % block;
-    // The cast is what madvise asks for; the bytes stay what they are.
+    // madvise asks for the cast; it does not change the bytes.
     madvise(const_cast<char*>(bytes(begin, end - begin).data()), end - begin, MADV_DONTNEED);
 }
 
@@ -148,19 +156,17 @@ void DatabaseFile::failDamaged(const std::string& damage) const {
     throw DatabaseDamage(file_ + ": is damaged: " + damage + advice(), damage);
 }
 
-// By our own reading of the tables, as described at https://cr.yp.to/cdb/cdb.txt: the database's takes four times as
-// long.
 DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) : file_(&file), key_(key) {
     if (key_.size() > databaseSizeLimit) {
-        return; // such a key is in no entry
+        return; // no entry has such a key
     }
     hash_ = databaseHashOf(key_);
-    constexpr std::uint32_t slots = databaseHeaderSize / databaseSlotSize;
-    const auto slot = file.bytes(hash_ % slots * databaseSlotSize, databaseSlotSize);
-    unseen_ = numberFrom(slot.substr(databaseSlotSize / 2));
+    constexpr std::uint32_t pointers = databaseHeaderSize / databasePointerSize;
+    const auto pointer = file.bytes(hash_ % pointers * databasePointerSize, databasePointerSize);
+    unseen_ = numberFrom(pointer.substr(databasePointerSize / 2));
     if (unseen_ > 0) {
-        table_ = file.bytes(numberFrom(slot), unseen_ * databasePlaceSize);
-        place_ = std::size_t{hash_ / slots % unseen_} * databasePlaceSize;
+        table_ = file.bytes(numberFrom(pointer), unseen_ * databaseSlotSize);
+        next_ = std::size_t{hash_ / pointers % unseen_} * databaseSlotSize;
     }
 }
 
@@ -174,11 +180,12 @@ std::optional<DatabaseEntry> DatabaseSearch::next() {
 
 std::optional<DatabaseEntry> DatabaseSearch::nextUnchecked() {
     for (; unseen_ > 0; --unseen_) {
-        std::array<std::uint32_t, 2> place{}; // that is looked at a dozen times for each key, so without checks
-        std::memcpy(place.data(), &table_[place_], sizeof place);
-        place_ = place_ + databasePlaceSize == table_.size() ? 0 : place_ + databasePlaceSize;
-        const auto [hash, position] = place;
-        if (position == 0) { // a place that is free ends the search
+        // Hot: a dozen probes a key; bounds were checked when `table_` was sliced.
+        std::array<std::uint32_t, 2> slot{};
+        std::memcpy(slot.data(), &table_[next_], sizeof slot);
+        next_ = next_ + databaseSlotSize == table_.size() ? 0 : next_ + databaseSlotSize;
+        const auto [hash, position] = slot;
+        if (position == 0) { // an empty slot ends the search
             unseen_ = 0;
             break;
         }

@@ -1,8 +1,7 @@
-// A constant database of the host's own, opened for reading: its entries, each checked before it is handed out, unless
-// that is left to the caller.
+// A read-only mapped constant database whose entries carry a CRC-32; every accessor verifies it except `...Unchecked`.
 //
-// The file is mapped. It may only ever be replaced, as builds do, so that what is mapped stays what it was: a program
-// that has it open may end (SIGBUS) when another one writes into it or cuts it short in place.
+// The file may be replaced, as builds do, but never be written in place: that may end a program that has it mapped
+// (SIGBUS).
 // Threads: any, at the same time.
 // Lifetime: entries are views into the file's memory.
 // Errors: std::runtime_error, one line that names the file and says what to do.
@@ -10,7 +9,7 @@
 
 #include "standalone/database/DatabaseFormat.hpp"
 
-#include <cdb.h>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
@@ -20,7 +19,7 @@
 
 namespace tessgen::standalone {
 
-// What is damaged inside a file that could be opened.
+// Damage inside a file that could be opened.
 class DatabaseDamage : public std::runtime_error {
 public:
     DatabaseDamage(const std::string& what, std::string problem)
@@ -31,15 +30,15 @@ public:
 
 struct DatabaseEntry {
     std::string_view key;   // right before `value` in the file
-    std::string_view value; // without its checksum, which is right behind it
+    std::string_view value; // right before its checksum
 
     std::uint32_t checksum() const { return numberFrom({value.data() + value.size(), checksumSize}); }
 };
 
 class DatabaseFile {
 public:
-    // `kind` outlives it.
-    // Errors: no such file, not a regular file, not of that kind, another version, cut short.
+    // Lifetime: `kind` outlives the object.
+    // Errors: no such file, not a regular file, another kind or version, truncated.
     DatabaseFile(std::string file, const DatabaseKind& kind);
     DatabaseFile(const DatabaseFile&) = delete;
     DatabaseFile& operator=(const DatabaseFile&) = delete;
@@ -47,30 +46,28 @@ public:
 
     const DatabaseInfo& info() const { return info_; }
 
-    // The entry that a reference leads to.
+    // The entry at a reference.
     // Errors: there is no such entry, or it is damaged.
-    DatabaseEntry entryAt(const EntryReference& reference) const;
+    [[nodiscard]] DatabaseEntry entryAt(const EntryReference& reference) const;
 
     // Errors: the checksum of the entry is wrong.
     void check(const DatabaseEntry& entry) const;
 
-    // Throws an error that says what is wrong with the file and how to get a good one.
+    // Throws an error that says what is wrong with the file, and which command builds it.
     [[noreturn]] void fail(const std::string& what) const;
     // The same, as DatabaseDamage.
     [[noreturn]] void failDamaged(const std::string& damage) const;
 
-    // What lies between the slots and the hash tables ends there.
-    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databaseSlotSize)); }
+    // The position at which the hash tables begin.
+    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databasePointerSize)); }
     // Errors: the file ends before.
     std::string_view bytes(std::uint32_t position, std::uint32_t length) const {
-        const std::string_view all(reinterpret_cast<const char*>(mapping_.database.cdb_mem),
-                                   mapping_.database.cdb_fsize);
-        if (position > all.size() || length > all.size() - position) {
+        if (position > mapping_.size || length > mapping_.size - position) {
             failOutside();
         }
-        return all.substr(position, length);
+        return {mapping_.begin + position, length};
     }
-    // Says that these bytes will hardly be asked for again, so that the system may take their memory back.
+    // Lets the system take the memory of these bytes back; they can still be read.
     void release(std::uint32_t begin, std::uint32_t end) const;
 
 private:
@@ -81,15 +78,16 @@ private:
         Mapping() = default;
         Mapping(const Mapping&) = delete;
         Mapping& operator=(const Mapping&) = delete;
-        ~Mapping() { cdb_free(&database); }
-        struct cdb database {};
+        ~Mapping();
+        const char* begin = nullptr;
+        std::size_t size = 0;
     };
 
     [[noreturn]] void failOutside() const;
     void map();
-    void checkTableSlots(std::uint64_t fileSize) const;
+    void checkPointers() const;
     void readInfo();
-    [[noreturn]] void refuse(const std::string& what) const; // a new build would not help
+    [[noreturn]] void refuse(const std::string& what) const; // an error that a new build does not cure
     std::string advice() const;
     DatabaseEntry entryIn(std::string_view bytes, std::uint32_t keyLength) const;
     DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
@@ -100,7 +98,7 @@ private:
     DatabaseInfo info_;
 };
 
-// Finds the entries of one key, in the order in which they were written.
+// Finds the entries with one key, in the order in which they were written.
 // Lifetime: the file and the key outlive the search. Threads: one.
 class DatabaseSearch {
 public:
@@ -111,29 +109,29 @@ public:
     // The next entry, or nothing after the last.
     // Errors: a damaged entry or table.
     std::optional<DatabaseEntry> next();
-    // The same, without a look at its checksum.
+    // The same, without verifying its checksum.
     std::optional<DatabaseEntry> nextUnchecked();
 
 private:
     const DatabaseFile* file_;
     std::string_view key_;
     std::uint32_t hash_ = 0;
-    std::string_view table_;   // the hash table that may lead to the key
-    std::size_t place_ = 0;    // where in it the next one to look at begins
-    std::uint32_t unseen_ = 0; // how many places are still to be looked at
+    std::string_view table_;   // the hash table that may hold the key
+    std::size_t next_ = 0;     // offset of the next slot in it
+    std::uint32_t unseen_ = 0; // slots left to probe
 };
 
-// Goes through all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the
-// file at a time.
+// Reads all entries in the order in which they were written, without the hash tables. Memory: 16 MiB of the file at a
+// time.
 // Lifetime: the file outlives the walk. Threads: one.
 class DatabaseWalk {
 public:
     explicit DatabaseWalk(const DatabaseFile& file) : file_(&file) {}
 
     // The next entry, or nothing after the last.
-    // Errors: a damaged entry. The next call goes on behind it; where that is not known, there is no next.
+    // Errors: a damaged entry. The next call goes on after it, or ends when the end of the entry is unknown.
     std::optional<DatabaseEntry> next();
-    // Where the entry that `next` handed out last, or threw at, begins.
+    // Of the entry that `next` returned last or failed at.
     std::uint32_t position() const { return position_; }
 
 private:

@@ -22,8 +22,8 @@ std::string encodeInfo(const DatabaseInfo& info) {
     appendNumber(value, info.version);
     appendNumber(value, info.records);
     appendText(value, info.root);
-    if (info.beginning) {
-        appendText(value, *info.beginning);
+    if (info.commonPrefix) {
+        appendText(value, *info.commonPrefix);
     }
     return value;
 }
@@ -42,7 +42,7 @@ std::optional<DatabaseInfo> decodeInfo(const DatabaseKind& kind, std::string_vie
     info.records = decoder.number();
     info.root = decoder.text();
     if (kind.hasCommonPrefix) {
-        info.beginning = decoder.text();
+        info.commonPrefix = decoder.text();
     }
     return decoder.complete() && toUTF8(info.root) ? std::optional(std::move(info)) : std::nullopt;
 }

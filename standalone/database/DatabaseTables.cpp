@@ -13,21 +13,20 @@ std::size_t tableOf(std::uint32_t hash) {
     return hash % DatabaseTables::count;
 }
 
-// Which places of a table are free, asked for one after the other. Each place knows one that is free or nearer to a
-// free one, and every question shortens the way (Tarjan, "Efficiency of a good but not linear set union algorithm",
-// 1975).
-class FreePlaces {
+// The free slots of a table. Each slot points to itself when it is free, else towards the next free one; every search
+// shortens the way (Tarjan, "Efficiency of a good but not linear set union algorithm", 1975).
+class FreeSlots {
 public:
-    explicit FreePlaces(std::size_t size) : next_(size) { std::iota(next_.begin(), next_.end(), 0U); }
+    explicit FreeSlots(std::size_t size) : next_(size) { std::iota(next_.begin(), next_.end(), 0U); }
 
-    // Takes the first free place from `place` on, going round; there is one.
-    std::uint32_t take(std::uint32_t place) {
-        while (next_[place] != place) {
-            next_[place] = next_[next_[place]];
-            place = next_[place];
+    // Takes the first free slot from `slot` on, going round; there must be one.
+    std::uint32_t take(std::uint32_t slot) {
+        while (next_[slot] != slot) {
+            next_[slot] = next_[next_[slot]];
+            slot = next_[slot];
         }
-        next_[place] = static_cast<std::uint32_t>((place + 1) % next_.size());
-        return place;
+        next_[slot] = static_cast<std::uint32_t>((slot + 1) % next_.size());
+        return slot;
     }
 
 private:
@@ -52,26 +51,26 @@ std::vector<std::uint32_t> DatabaseTables::positionsFor(std::string_view key) co
     return positions;
 }
 
-std::string DatabaseTables::slots(std::uint32_t entriesEnd) const {
-    std::string slots;
+std::string DatabaseTables::pointers(std::uint32_t entriesEnd) const {
+    std::string pointers;
     auto position = entriesEnd;
     for (const auto& entries : entries_) {
-        const auto places = static_cast<std::uint32_t>(entries.size() * 2);
-        slots += encodeNumber(position) + encodeNumber(places);
-        position += places * databasePlaceSize;
+        const auto slots = static_cast<std::uint32_t>(entries.size() * 2);
+        pointers += encodeNumber(position) + encodeNumber(slots);
+        position += slots * databaseSlotSize;
     }
-    return slots;
+    return pointers;
 }
 
 std::string DatabaseTables::table(std::size_t index) const {
     const auto& entries = entries_.at(index);
-    const auto places = entries.size() * 2;
-    std::string table(places * databasePlaceSize, '\0');
-    FreePlaces freePlaces(places);
+    const auto slots = entries.size() * 2;
+    std::string table(slots * databaseSlotSize, '\0');
+    FreeSlots freeSlots(slots);
     for (const auto& entry : entries) {
-        const auto place = freePlaces.take(static_cast<std::uint32_t>((entry.hash / count) % places));
-        static_assert(sizeof entry == databasePlaceSize);
-        std::memcpy(table.data() + std::size_t{place} * databasePlaceSize, &entry, sizeof entry);
+        const auto slot = freeSlots.take(static_cast<std::uint32_t>((entry.hash / count) % slots));
+        static_assert(sizeof entry == databaseSlotSize);
+        std::memcpy(table.data() + std::size_t{slot} * databaseSlotSize, &entry, sizeof entry);
     }
     return table;
 }

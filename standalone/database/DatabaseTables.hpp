@@ -1,6 +1,6 @@
 // The hash tables of a constant database, by which entries are found by their keys.
 //
-// Threads: one. Memory: 8 bytes an entry; 12 more for each place of the table that is being made.
+// Threads: one. Memory: 8 bytes an entry; 12 more for each slot of the table that is being made.
 #pragma once
 
 #include <array>
@@ -17,18 +17,17 @@ class DatabaseTables {
 public:
     static constexpr std::size_t count = 256;
 
-    // Entries are added in the order in which they lie in the file.
+    // Adds entries in the order of the file.
     void add(std::string_view key, std::uint32_t position);
 
-    // Where the entries lie that may have that key, in their order.
-    std::vector<std::uint32_t> positionsFor(std::string_view key) const;
+    // The positions of the entries whose key has the same hash, in their order.
+    [[nodiscard]] std::vector<std::uint32_t> positionsFor(std::string_view key) const;
 
-    // The slots that lead to the tables, as they lie at the file's beginning.
-    std::string slots(std::uint32_t entriesEnd) const;
-    // A table as it lies in the file; the tables follow each other. Each entry has the first free place from the one
-    // that its hash names, as described at https://cr.yp.to/cdb/cdb.txt. Linear in the number of entries, however
-    // many have one key.
-    std::string table(std::size_t index) const;
+    // The pointers to the tables, as the file begins with them.
+    [[nodiscard]] std::string pointers(std::uint32_t entriesEnd) const;
+    // A table, as it lies in the file after those of smaller index. Each entry has the first free slot from the one
+    // that its hash names. Linear in the number of entries, however many have the same key.
+    [[nodiscard]] std::string table(std::size_t index) const;
 
 private:
     struct Entry {

@@ -6,7 +6,7 @@
 namespace tessgen::standalone {
 
 DatabaseWriter::DatabaseWriter(AtomicFile& file, std::uint64_t sizeLimit) : file_(&file), sizeLimit_(sizeLimit) {
-    file.append(std::string(databaseHeaderSize, '\0')); // until the tables are known
+    file.append(std::string(databaseHeaderSize, '\0')); // pointers, written when the tables are known
 }
 
 EntryReference DatabaseWriter::add(const std::string& key, std::string value) {
@@ -36,12 +36,13 @@ bool DatabaseWriter::holds(const std::string& key) {
 }
 
 void DatabaseWriter::finish(const DatabaseKind& kind, std::uint32_t records, const std::u16string& root,
-                            const std::optional<std::u16string>& beginning) {
-    add(std::string(databaseInfoKey), encodeInfo({std::u16string(kind.magic), kind.version, records, root, beginning}));
+                            const std::optional<std::u16string>& commonPrefix) {
+    add(std::string(databaseInfoKey),
+        encodeInfo({std::u16string(kind.magic), kind.version, records, root, commonPrefix}));
     for (std::size_t index = 0; index < DatabaseTables::count; ++index) {
         file_->append(tables_.table(index));
     }
-    file_->overwrite(0, tables_.slots(static_cast<std::uint32_t>(position_)));
+    file_->overwrite(0, tables_.pointers(static_cast<std::uint32_t>(position_)));
 }
 
 } // namespace tessgen::standalone

@@ -52,7 +52,7 @@ const std::u16string& SupportStore::root() const {
 }
 
 std::optional<SupportStore::Record> SupportStore::findByPath(std::u16string_view path) const {
-    if (!kelwhich::beginsWith(path, *file_->info().beginning)) {
+    if (!kelwhich::beginsWith(path, *file_->info().commonPrefix)) {
         return std::nullopt;
     }
     const auto entry = DatabaseSearch(*file_, keyOf(EntryKind::file, path)).next();

@@ -48,7 +48,7 @@ private:
     }
 
     void checkInfo() override {
-        expect(file().info().beginning == beginning_.text(), "the paths of the files do not begin as it is told here");
+        expect(file().info().commonPrefix == beginning_.text(), "the paths of the files do not begin as it is told here");
     }
 
     bool isComplete() const override { return due_.empty(); }

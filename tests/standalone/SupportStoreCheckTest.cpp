@@ -69,7 +69,7 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
         {"is not the entry for the name", [](Entries& e) { e.erase(e.begin() + nameG); }},
         {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
         {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
-        {"what is about the file is there twice", [](Entries& e) { e.push_back(e[info]); }},
+        {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
         {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
         {"is not found by its path",
          [](Entries& e) {
@@ -100,13 +100,13 @@ TEST(SupportStoreCheck, FindsPlacesThatAreInAnotherTable) {
     const TemporaryFolder folder;
     auto content = test::contentOf(buildStore(folder, test::recordsOfEveryForm));
     std::size_t slot = 0;
-    while (numberFrom(std::string_view(content).substr(slot + databaseSlotSize + 4)) == 0) {
-        slot += databaseSlotSize;
+    while (numberFrom(std::string_view(content).substr(slot + databasePointerSize + 4)) == 0) {
+        slot += databasePointerSize;
     }
     const auto places = numberFrom(std::string_view(content).substr(slot + 4));
-    const auto next = std::string_view(content).substr(slot + databaseSlotSize);
+    const auto next = std::string_view(content).substr(slot + databasePointerSize);
     const auto both = places + numberFrom(next.substr(4));
-    const auto end = numberFrom(next) + (both - places) * databasePlaceSize;
+    const auto end = numberFrom(next) + (both - places) * databaseSlotSize;
     content.replace(slot + 4, 12, encodeNumber(both) + encodeNumber(end) + encodeNumber(0));
     const auto file = folder.write("moved.cdb", content);
     EXPECT_EQ(test::openingError(file), "no error");

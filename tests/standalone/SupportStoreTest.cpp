@@ -143,10 +143,10 @@ Entries infoEntry(std::u16string_view magic, std::uint32_t version, const std::s
 std::string beyondLimit(const TemporaryFolder& folder, const std::string& good) {
     auto content = contentOf(good);
     constexpr std::uint32_t places = 1U << 29U;
-    const auto lastCount = databaseHeaderSize - databaseSlotSize / 2;
+    const auto lastCount = databaseHeaderSize - databasePointerSize / 2;
     const auto count = encodeNumber(numberFrom(std::string_view(content).substr(lastCount)) + places);
     const auto file = folder.write("long.cdb", content.replace(lastCount, count.size(), count));
-    std::filesystem::resize_file(file, content.size() + std::uint64_t{places} * databasePlaceSize);
+    std::filesystem::resize_file(file, content.size() + std::uint64_t{places} * databaseSlotSize);
     return file;
 }
 
