@@ -16,3 +16,8 @@ target_link_libraries(docs_snippets PRIVATE kelwhich::kelwhich kelwhich::standal
 # Every command that they show, and what it writes.
 add_test(NAME docs.commands COMMAND docs/commands.py $<TARGET_FILE:kelwhich_program> ${documents}
          WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+
+# Every link, and every path of the house that they name.
+add_test(NAME docs.links COMMAND docs/links.py ${documents} "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md"
+         "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${PROJECT_SOURCE_DIR}/examples/embedding/README.md"
+         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
