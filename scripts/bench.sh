@@ -3,9 +3,7 @@
 # cores that do nothing else. Usage: scripts/bench.sh [--quick] [--write] [--npm]
 # --quick: few rounds in small worlds; whether all can be run and is answered rightly, not how fast.
 # --write: the table and the plot go into docs/performance.md. --npm: gets oxc-resolver, which is not in Debian.
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 export KELWHICH_NODE_MODULES=$PWD/build/bench/node_modules
 
 options=()
@@ -17,6 +15,5 @@ for option; do
   fi
 done
 scripts/setup.sh bench
-scripts/configure.sh release
-cmake --build --preset release --target bench -- --quiet
+build release bench
 python3 benchmarks/bench.py build/release "${options[@]}"

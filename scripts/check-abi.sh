@@ -2,10 +2,8 @@
 # Compares the layout of the types that users of the libraries are compiled with to the one that is checked in: members
 # and their places, the order of virtual functions, the values of enumerations. What is exported, tests/exports.sh sees.
 # Usage: scripts/check-abi.sh [--renew]
-set -euo pipefail
-unset CDPATH
+. "$(dirname "$0")/lib.sh"
 export LC_ALL=C
-cd "$(dirname "$0")/.."
 scripts/setup.sh gates
 
 expected=tests/abi/layout.txt

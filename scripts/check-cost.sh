@@ -1,12 +1,9 @@
 #!/usr/bin/env bash
 # What no noise changes: the system calls of the program, and the instructions and allocations of the library, which may
 # not grow by more than 3 %. Usage: scripts/check-cost.sh
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 scripts/setup.sh bench
-scripts/configure.sh release
-cmake --build --preset release --target bench_resolve kelwhich_program -- --quiet
+build release bench_resolve kelwhich_program
 benchmarks/calls.py build/release/cli/kelwhich
 status=0
 benchmarks/instructions.py build/release/benchmarks/bench_resolve || status=$?

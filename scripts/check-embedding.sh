@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
 # Installs the library into a temporary folder, builds the consumers in examples/embedding against it by find_package
 # and by pkg-config, builds the library over the small host there, and compares what all of them answer.
-# Usage: scripts/check-embedding.sh [BUILD-FOLDER]    (default: build/dev)
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
-build=${1:-build/dev}
+# Usage: scripts/check-embedding.sh [BUILD-FOLDER]    (default: build/release, which is built)
+. "$(dirname "$0")/lib.sh"
+build=${1:-build/release}
 
 scripts/setup.sh gates
 tmp=$(realpath "$(mktemp -d)")
@@ -89,7 +87,7 @@ END
 }
 
 echo "== installing $build"
-[ "$build" != build/dev ] || scripts/configure.sh dev
+[ $# -gt 0 ] || { lock release; scripts/configure.sh release; }
 cmake --build "$build" --target kelwhich kelwhich_standalone kelwhich_program kelwhich_page_files -- --quiet
 quiet env DESTDIR="$tmp/root" cmake --install "$build"
 prefix=$tmp/root$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' "$build/CMakeCache.txt")
@@ -124,6 +122,7 @@ expect_load_gateway "$tmp/load_gateway" "$libdir/libkelwhich.so.0"
 
 echo "== the small host and the library in one project, under sanitizers"
 quiet cmake -G Ninja -S "$host" -B "$tmp/sanitized" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
+  -DKELWHICH_ROOM_UNITS=ON \
   -DCMAKE_CXX_FLAGS="-Wall -Wextra -O1 -g -fsanitize=address,undefined -fno-sanitize-recover=all"
 quiet cmake --build "$tmp/sanitized" --target ask
 expect_small_host "$tmp/sanitized/ask"
@@ -131,7 +130,7 @@ expect_small_host "$tmp/sanitized/ask"
 echo "== the library by itself over an exported small host, in absolute install folders"
 quiet cmake -G Ninja -S "$host" -B "$tmp/host" -DCMAKE_CXX_COMPILER="$cxx"
 quiet cmake --build "$tmp/host" --target small_host
-quiet cmake -G Ninja -S . -B "$tmp/library" -DCMAKE_CXX_COMPILER="$cxx" \
+quiet cmake -G Ninja -S . -B "$tmp/library" -DCMAKE_CXX_COMPILER="$cxx" -DKELWHICH_ROOM_UNITS=ON \
   -DKELWHICH_PLATFORM=small_host::services -Dsmall_host_DIR="$tmp/host" \
   -DCMAKE_INSTALL_PREFIX="$tmp/nowhere" -DCMAKE_INSTALL_LIBDIR="$tmp/lib" -DCMAKE_INSTALL_INCLUDEDIR="$tmp/include"
 quiet cmake --build "$tmp/library"

@@ -1,14 +1,11 @@
 #!/usr/bin/env bash
 # Whether fuzzing finds anything: puts the faults of fuzz/planted.patch, one for each target, into a copy of the sources
 # and fails unless every target stops at its own. Usage: scripts/check-fuzz.sh [SECONDS]
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 scripts/setup.sh gates
 copy=build/planted
+lock planted
 mkdir -p "$copy/build"
-exec 9>build/.planted.lock # one run at a time in one copy
-flock 9
 scripts/copy_sources.py "$copy"
 patch -d "$copy" -p1 -s <fuzz/planted.patch
 "$copy/scripts/fuzz.sh" "${1:-60}" | tee "$copy/build/report" || true

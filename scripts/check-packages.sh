@@ -1,25 +1,68 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and tries them on a clean root: installs, runs the program, builds and runs a consumer.
-# Needs root (for the clean root's chroot) and the network. Usage: scripts/check-packages.sh
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
-
-[ "$(id -u)" -eq 0 ] || { echo "check-packages.sh: a clean root needs root" >&2; exit 2; }
+# Makes the Debian packages, unpacks them, runs the program, builds and runs a consumer.
+# Usage: scripts/check-packages.sh [--clean-root]
+# --clean-root installs them in a new Debian 12 instead, which shows that their dependencies are enough. That needs root
+# (for chroot) and the network.
+. "$(dirname "$0")/lib.sh"
 umask 022
+[ "${1-}" != --clean-root ] || [ "$(id -u)" -eq 0 ] || { echo "check-packages.sh: --clean-root needs root" >&2; exit 2; }
 scripts/setup.sh gates
 scripts/package.sh
 
 top=$(mktemp -d -p "${TMPDIR:-/var/tmp}")
 root=$top/root
+trap 'rm -rf "$top"' EXIT
+
+# These are run here, and by the clean root's own bash. ROOT is where the packages are unpacked.
+quiet() { # COMMAND...: prints what it prints only if it fails
+  local log
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
+  rm "$log"
+}
+try_program() { # ROOT WORLD: the program alone, and a copy of the example
+  local share=$1/usr/share kelwhich=$1/usr/bin/kelwhich
+  cp -r "$share/doc/kelwhich/examples/installation" "$2"
+  "$kelwhich" store build -i "$2" "$2/support.jsonl"
+  "$kelwhich" -i "$2" sum legacy | tee "$2/answer"
+  grep -q "^  1  KEL built-in  *supported  sum$" "$2/answer"
+  ls -l "$share/man/man1/kelwhich.1" "$share/zsh/vendor-completions/_kelwhich" \
+    "$share/fish/vendor_completions.d/kelwhich.fish" "$share/kelwhich/"*.schema.json
+  # shellcheck disable=SC1091
+  (. "$share/bash-completion/completions/kelwhich" && complete -p kelwhich)
+}
+try_library() { # ROOT WORLD: consumers of the library, built in the folder of the examples
+  local flags
+  read -ra flags < <(pkg-config --cflags --libs kelwhich kelwhich-standalone)
+  g++ -std=c++20 embedding/own_resolver.cpp -o "$2/own_resolver" "${flags[@]}"
+  "$2/own_resolver" "$2" "$2/packages/kel/encode.vk" encode | tee "$2/answer"
+  [ "$(cat "$2/answer")" = "0 $2/packages/kel/encode.vk" ]
+  read -ra flags < <(pkg-config --cflags --libs kelwhich-standalone)
+  g++ -std=c++20 embedding/load_gateway.cpp -o "$2/load_gateway" "${flags[@]}"
+  "$2/load_gateway" libkelwhich.so.0 "$2" legacy | tee "$2/answer"
+  [ "$(head -n 1 "$2/answer")" = "KELPath $2/host/kel/modern.vk" ]
+}
+
+if [ "${1-}" != --clean-root ]; then
+  for package in build/package/*.deb; do dpkg-deb -x "$package" "$root"; done
+  echo "== the program alone"
+  try_program "$root" "$top/world"
+  echo "== the library, and a consumer of it"
+  libdir=$(dirname "$(find "$root" -name libkelwhich.so)")
+  (
+    cd examples
+    export PKG_CONFIG_LIBDIR=$libdir/pkgconfig PKG_CONFIG_SYSROOT_DIR=$root LD_LIBRARY_PATH=$libdir
+    try_library "$root" "$top/world"
+  )
+  echo "== the unpacked packages work"
+  exit 0
+fi
+
 # A debootstrap that was killed may leave these mounted; nothing may be mounted below what is removed.
 trap 'umount -q "$root/proc" "$root/sys" || true; rm -rf --one-file-system "$top"' EXIT
 echo "== a clean Debian 12 in $root"
-debootstrap --variant=minbase bookworm "$root" "${KELWHICH_MIRROR:-http://deb.debian.org/debian}" >"$top/log" 2>&1 || {
-  cat "$top/log" >&2
-  exit 1
-}
-# Only how this machine's apt reaches its packages (proxies, certificates), not what else it is told to do.
+quiet debootstrap --variant=minbase bookworm "$root" "${KELWHICH_MIRROR:-http://deb.debian.org/debian}"
+# Only how this machine's apt reaches its packages (proxies, certificates), not its other settings.
 apt-config dump | grep '^Acquire::' >"$root/etc/apt/apt.conf.d/90acquire" || true
 cp -L /etc/resolv.conf "$root/etc/resolv.conf"
 mkdir "$root/packages"
@@ -31,30 +74,15 @@ for name in http_proxy https_proxy no_proxy; do
   [ -z "${!name:-}" ] || proxies+=("$name=${!name}")
 done
 chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
-  "${proxies[@]}" bash -euo pipefail -c '
-  quiet() { "$@" >/tmp/log 2>&1 || { cat /tmp/log >&2; exit 1; }; }
+  "${proxies[@]}" bash -euo pipefail -c "$(declare -f quiet try_program try_library)"'
   cd /packages
   quiet apt-get update -q
-
   echo "== the program alone"
   quiet apt-get install -qy --no-install-recommends ./kelwhich_*.deb
-  cp -r /usr/share/doc/kelwhich/examples/installation /tmp/world
-  kelwhich store build -i /tmp/world /tmp/world/support.jsonl
-  kelwhich -i /tmp/world sum legacy | tee /tmp/answer
-  grep -q "^  1  KEL built-in  *supported  sum$" /tmp/answer
-
-  ls -l /usr/share/man/man1/kelwhich.1 /usr/share/zsh/vendor-completions/_kelwhich \
-    /usr/share/fish/vendor_completions.d/kelwhich.fish /usr/share/kelwhich/*.schema.json
-  (source /usr/share/bash-completion/completions/kelwhich && complete -p kelwhich)
-
+  try_program "" /tmp/world
   echo "== the library, and a consumer of it"
   quiet apt-get install -qy --no-install-recommends ./libkelwhich0_*.deb ./libkelwhich-dev_*.deb g++ pkgconf
-  flags="$(pkg-config --cflags --libs kelwhich kelwhich-standalone)"
-  g++ -std=c++20 examples/embedding/own_resolver.cpp -o /tmp/own_resolver $flags
-  /tmp/own_resolver /tmp/world /tmp/world/packages/kel/encode.vk encode | tee /tmp/answer
-  [ "$(cat /tmp/answer)" = "0 /tmp/world/packages/kel/encode.vk" ]
-  g++ -std=c++20 examples/embedding/load_gateway.cpp -o /tmp/load_gateway $(pkg-config --cflags --libs kelwhich-standalone)
-  /tmp/load_gateway libkelwhich.so.0 /tmp/world legacy | tee /tmp/answer
-  [ "$(head -n 1 /tmp/answer)" = "KELPath /tmp/world/host/kel/modern.vk" ]
+  cd examples
+  try_library "" /tmp/world
 '
 echo "== the packages work on a clean root"

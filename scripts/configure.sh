@@ -1,9 +1,7 @@
 #!/usr/bin/env bash
 # Configures build/PRESET if that is still to be done; anew when the folder was made for another place, as after the
 # clone was moved or copied. Usage: scripts/configure.sh PRESET
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 
 cache=build/$1/CMakeCache.txt
 home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$cache" 2>/dev/null || true)

@@ -1,14 +1,11 @@
 #!/usr/bin/env bash
 # Sets everything up and answers names of the example installation. Usage: scripts/demo.sh [NAME...]
 # Can be run again at once: what is there already is not made anew.
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 
 scripts/setup.sh build
 echo "== building the program into build/release"
-scripts/configure.sh release
-cmake --build --preset release --target kelwhich_program -- --quiet
+build release kelwhich_program
 
 program=build/release/cli/kelwhich
 example=examples/installation

@@ -2,9 +2,7 @@
 # Runs the fuzz targets, two side by side, each from its seeds in fuzz/seeds. Usage: scripts/fuzz.sh [SECONDS] [TARGET...]
 # Each of worlds, manifest, store, records and program gets SECONDS (60). What a crash was made by is kept in
 # build/fuzz/crashes, and the exit code is then 1, as it is when a target tries too few inputs.
-set -euo pipefail
-unset CDPATH
-cd "$(dirname "$0")/.."
+. "$(dirname "$0")/lib.sh"
 export seconds=${1:-60}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "fuzz.sh: expected a number of seconds, not '$seconds'" >&2; exit 2; }
 shift $(($# > 0 ? 1 : 0))
@@ -13,8 +11,7 @@ targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=(worlds manifest store records program)
 
 scripts/setup.sh gates
-scripts/configure.sh fuzz
-cmake --build --preset fuzz --target fuzz_targets -- --quiet
+build fuzz fuzz_targets
 mkdir -p build/fuzz/crashes
 memory=/dev/shm
 [ -w $memory ] || memory=${TMPDIR:-/tmp}

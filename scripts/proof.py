@@ -1,7 +1,9 @@
 """The table of scripts/proof.sh: each row is run in a copy of the sources, as they are and with a fault planted."""
 import argparse
 import dataclasses
+import os
 import re
+import signal
 import subprocess
 import sys
 
@@ -18,6 +20,7 @@ options.add_argument("--quick", action="store_true", help="leave mutation out an
 options.add_argument("--write", action="store_true", help="put the table into docs/reliability.md as well")
 GIVEN = options.parse_args()
 FUZZING = 5 if GIVEN.quick else 60  # seconds for each target
+BUILD_LIMIT = 3600  # seconds
 
 
 @dataclasses.dataclass
@@ -27,10 +30,12 @@ class Row:
     run: str
     figure: str  # matches the numbers to be added up; without a group, the line that is shown
     fault: str  # in words
+    limit: int  # seconds that the command may take, some ten times what it does
     path: str = ""  # where it is planted
     old: str = ""
     new: str = ""
     tells: str = ""  # what the command must say of the fault, where it fails for other reasons too
+    may_hang: bool = False  # the fault is also caught when the command runs into its limit
     caught_by: str = ""  # instead of these: a command that plants faults itself, and succeeds when they are caught
 
 
@@ -47,56 +52,65 @@ def faults(script):
 DEAD = "".join(f"if (name.size() == {size}) {{\n return false;\n}}\n" for size in range(100000, 100020))
 ROWS = [
     Row("failing allocations of the library", **unit("library_tests", "FaultSweep.OfEveryAllocation"),
-        figure=r"sweep: (\d+) failing", fault="a cache keeps what failed",
+        figure=r"sweep: (\d+) failing", fault="a cache keeps what failed", limit=300,
         path="adaptors/Memoize.hpp", old="        cache.erase(place);\n", new=""),
     Row("failing allocations of the stand-alone host", **unit("standalone_tests", "HostSweep.OfEveryAllocation"),
-        figure=r"sweep: (\d+) failing", fault="memory that is out is answered with an empty list",
+        figure=r"sweep: (\d+) failing", fault="memory that is out is answered with an empty list", limit=600,
         path="standalone/Session.cpp", old="    return snapshotSearch ? snapshotSearch->find(name) : search.find(name);",
         new="    try {\n        return snapshotSearch ? snapshotSearch->find(name) : search.find(name);\n    }"
             " catch (const std::bad_alloc&) {\n        return {};\n    }"),
     Row("failing questions to collaborators and host", **unit("library_tests", "FaultSweep.OfEveryQuestion"),
-        figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no",
+        figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no", limit=300,
         path="adaptors/CachedFileSystemAdaptor.cpp", old="{ return inner_->exists(path); }",
         new="{ try { return inner_->exists(path); } catch (...) { return false; } }"),
     Row("random worlds compared with the model", **unit("library_tests", "RandomWorlds.*"),
-        figure=r"worlds: (\d+) as", fault="a class without a name is none",
+        figure=r"worlds: (\d+) as", fault="a class without a name is none", limit=1200,
         path="host/Paths.cpp", old="if (name.empty() || name.front() != u'@')",
         new="if (name.size() < 2 || name.front() != u'@')"),
     Row("meetings of six threads in the library", **unit("library_tests", "Threads.*", "tsan"),
-        figure=r"threads: (\d+) meetings", fault="a cache without its lock",
+        figure=r"threads: (\d+) meetings", fault="a cache without its lock", limit=300,
         path="adaptors/Memoize.hpp", old="    const std::lock_guard guard(lock);\n",
         new="    static_cast<void>(lock);\n"),
     Row("meetings of six threads in one session", **unit("standalone_tests", "HostSweep.*", "tsan"),
-        figure=r"threads: (\d+) meetings", fault="a view of the disk without its lock",
+        figure=r"threads: (\d+) meetings", fault="a view of the disk without its lock", limit=300, may_hang=True,
         path="standalone/files/CachingFileTree.cpp", old="    const std::lock_guard guard(lock_);\n", new=""),
     Row("faults of system calls in look-ups", **faults("lookup"),
-        figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole",
+        figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole", limit=1800,
         path="standalone/files/FileTree.cpp",
         old="errno == ENOENT ? 0 : errno;", new="errno == ENOENT ? 0 : 0;", tells=r"wrong: .* of getdents64: exit code 0"),
     Row("kills and errors of system calls in store builds", **faults("store-build"),
-        figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen",
+        figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen", limit=1800,
         path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_.get()) != 0", new="fsync(descriptor_.get()) > 0",
         tells=r"FAILED: error=\w+ at fsync 1: "),
     Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}", figure=r"(\d+) inputs",
-        fault="one for each target", caught_by="scripts/check-fuzz.sh"),
+        fault="one for each target", limit=7200, caught_by="scripts/check-fuzz.sh"),
     Row("coverage of the library", build="true", run="scripts/coverage.sh",
-        figure=r"(?m)^(.*\d % \(.*)$", fault="branches that no test takes", path="resolver/Predicates.cpp",
+        figure=r"(?m)^(.*\d % \(.*)$", fault="branches that no test takes", limit=3600, path="resolver/Predicates.cpp",
         old="bool isPlainName(const std::u16string& name) {\n",
         new=f"bool isPlainName(const std::u16string& name) {{\n    if (name.size() >= 100000) {{\n{DEAD}    }}\n",
         tells=r"(?m)^resolver/Predicates\.cpp:\d+: not reached: "),
     Row("lines of the public types' layout", build="true", run="scripts/check-abi.sh && wc -l tests/abi/layout.txt",
-        figure=r"(\d+) tests", fault="a member more in a result", path="include/tessgen/kelwhich/WhichResult.hpp",
+        figure=r"(\d+) tests", fault="a member more in a result", limit=600, path="include/tessgen/kelwhich/WhichResult.hpp",
         old="    WhichResultType type;\n", new="    bool planted;\n    WhichResultType type;\n",
         tells=r"(?m)^\+.*\bplanted$"),
     Row("mutants killed", build="true", run="scripts/mutate.py", figure=r"(?m)^mutants: (.*killed.*)$",
-        fault="each mutant is one"),
+        fault="each mutant is one", limit=8 * 3600),
 ]
 
 
-def shell(command, folder=COPY):
-    done = subprocess.run(["bash", "-c", f"exec 2>&1; {command}"], cwd=folder, stdout=subprocess.PIPE, text=True,
-                          errors="replace")
-    return done.returncode, done.stdout
+def shell(command, limit, folder=COPY):
+    """The exit code and what is printed; no exit code when the limit ends the command and all that it started."""
+    with subprocess.Popen(["bash", "-c", f"exec 2>&1; {command}"], cwd=folder, stdout=subprocess.PIPE, text=True,
+                          errors="replace", start_new_session=True) as process:
+        try:
+            output, _ = process.communicate(timeout=limit)
+            return process.returncode, output
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            return None, process.communicate()[0] + f"\nproof.sh: ended after {limit} seconds\n"
+        except BaseException:  # an interrupted proof leaves nothing running
+            os.killpg(process.pid, signal.SIGKILL)
+            raise
 
 
 def figure_of(row, output):
@@ -109,18 +123,18 @@ def figure_of(row, output):
 def caught(row):
     """Whether the row's own command tells of the planted fault."""
     if row.caught_by:
-        return "yes" if shell(row.caught_by, ROOT)[0] == 0 else "NO"
+        return "yes" if shell(row.caught_by, row.limit, ROOT)[0] == 0 else "NO"
     if not row.path:  # mutants are faults themselves
         return "yes"
     path = COPY / row.path
     text = path.read_text()
     path.write_text(text.replace(row.old, row.new))
     try:
-        status, output = shell(row.build)
+        status, output = shell(row.build, BUILD_LIMIT)
         if status != 0:
             return "NOT PLANTED: it does not compile"
-        status, output = shell(row.run)
-        if status != 0 and re.search(row.tells, output):
+        status, output = shell(row.run, row.limit)
+        if (row.may_hang if status is None else status != 0 and re.search(row.tells, output)):
             return "yes"
         sys.stderr.write(output[-3000:])
         return "NO"
@@ -134,9 +148,9 @@ def prove(row):
         return ["", "not run: no " + script, "", ""]
     if GIVEN.quick and row.run.startswith("scripts/mutate"):
         return ["", "not run: --quick", row.fault, ""]
-    status, output = shell(row.build)
+    status, output = shell(row.build, BUILD_LIMIT)
     if status == 0:
-        status, output = shell(row.run)
+        status, output = shell(row.run, row.limit)
     figure = figure_of(row, output)
     if status != 0 or not figure:
         sys.stderr.write(output[-3000:])
@@ -159,7 +173,7 @@ def unplantable():
     """The faults for which the sources lack their place."""
     stale = [f"{row.path}: not there once: {row.old}" for row in ROWS
              if row.path and (ROOT / row.path).read_text().count(row.old) != 1]
-    status, output = shell("patch --dry-run -p1 <fuzz/planted.patch", ROOT)
+    status, output = shell("patch --dry-run -p1 <fuzz/planted.patch", 60, ROOT)
     return stale + ([f"fuzz/planted.patch does not apply: {output}"] if status != 0 else [])
 
 

@@ -104,8 +104,10 @@ for worker in "${workers[@]}"; do wait "$worker" || status=1; done
 full() { # full SAYS: in first/, a build that does not fit
   local status=0
   build first new >out 2>err || status=$?
-  [ "$status" = 2 ] && grep -q "$1" err || fail "full disk: exit code $status, $(cat err)"
-  [ "$(ls -A first/store)" = support.cdb ] && cmp first/store/support.cdb small.cdb || fail "full disk: the old store is not as it was"
+  if [ "$status" != 2 ] || ! grep -q "$1" err; then fail "full disk: exit code $status, $(cat err)"; fi
+  if [ "$(ls -A first/store)" != support.cdb ] || ! cmp first/store/support.cdb small.cdb; then
+    fail "full disk: the old store is not as it was"
+  fi
 }
 world first
 head -n 100 old.jsonl >small.jsonl
