@@ -43,19 +43,19 @@ int run(const Request& request) {
         writeOut("kelwhich " KELWHICH_VERSION "\n");
         return exitYes;
     }
-    return exitNothing;
+    return exitFailed;
 }
 
 } // namespace
 
 int main(int count, char** words) {
-    // What stops the program where nothing may be thrown; most likely memory is out.
+    // An exception where none may be thrown; most likely out of memory.
     std::set_terminate([] {
         reportFailure();
-        flushErrors(exitNothing);
-        std::_Exit(exitNothing);
+        flushErrors(exitFailed);
+        std::_Exit(exitFailed);
     });
-    int exitCode = exitNothing;
+    int exitCode = exitFailed;
     try {
         prepareStreams();
         exitCode = run(readCommandLine(count, words));

@@ -13,7 +13,7 @@ namespace tessgen::cli {
 
 Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver) {
     Answer answer{std::string(name), {}, {}};
-    for (const auto& resolution : resolver.explain(nameIn(name)).resolutions) {
+    for (const auto& resolution : resolver.explain(parseName(name)).resolutions) {
         for (const auto& candidate : resolution.candidates) {
             if (candidate.repeat) {
                 continue;

@@ -1,4 +1,4 @@
-// A name and its answer.
+// Resolves a name and applies what the request demands of the answer.
 #pragma once
 
 #include "cli/installation/ResolverSession.hpp"
@@ -10,16 +10,16 @@
 namespace tessgen::cli {
 
 // The candidates of `name`, the preferred one first.
-// Errors: those of `nameIn` and of the resolver.
+// Errors: those of `parseName` and of the resolver.
 Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver);
 
-// Why an answer that has candidates is not as required, to stand behind the name; empty when it is.
+// Why an answer with candidates does not meet the requirement, worded to follow the name; empty when it does.
 std::string unmetRequirement(const Answer& answer, const Requirement& requirement);
 
-// Leaves of an answer what the request wants to see.
+// Drops the candidates that the request does not want to see.
 void applySelection(Answer& answer, const Request& request);
 
-// Errors: std::runtime_error when raw paths would go to a terminal, which they could rule.
+// Errors: std::runtime_error when unescaped paths would go to a terminal, which they could control.
 void refusePathsOnTerminal(const Request& request);
 
 } // namespace tessgen::cli

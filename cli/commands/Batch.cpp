@@ -13,27 +13,27 @@ namespace tessgen::cli {
 int batch(const Request& request) {
     ResolverSession resolver(request);
     const bool isColoured = outputIsColoured();
-    Outcome tally;
+    Outcome outcome;
     auto lines = standalone::LineReader::ofStandardInput();
     while (const auto name = lines.next()) {
         std::string text;
         try {
             resolver.dropCache();
             auto answer = answerTo(*name, *resolver);
-            tally.addAnswer(*name, !answer.candidates.empty());
+            outcome.addAnswer(*name, !answer.candidates.empty());
             applySelection(answer, request);
             text = request.json ? asJSONLine(answer) : asText(answer, isColoured) + "\n";
         } catch (const std::exception& error) {
-            tally.addFailure();
+            outcome.addFailure();
             if (request.json) {
                 text = asJSONLine(*name, errorMessage(error));
             } else {
-                reportErrorOfLine(lines.place(), errorMessage(error));
+                reportErrorInLine(lines.place(), errorMessage(error));
             }
         }
         writeOut(text);
     }
-    return tally.exitCode();
+    return outcome.exitCode();
 }
 
 } // namespace tessgen::cli

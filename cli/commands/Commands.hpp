@@ -1,4 +1,4 @@
-// What the program does, one function a command. Each returns the exit code; what it throws ends the program with 2.
+// The commands, one function each. Each returns the exit code; an exception ends the program with 2.
 #pragma once
 
 #include "cli/options/CommandLine.hpp"
@@ -6,50 +6,49 @@
 namespace tessgen::cli {
 
 enum ExitCode {
-    exitYes = 0,     // every name has a candidate; what was asked for is done
-    exitNo = 1,      // a name has no candidate, or is not as required; the doctor has findings
-    exitNothing = 2, // nothing could be answered or done
-    exitPartly = 3,  // a name was refused or failed, others were answered
+    exitYes = 0,     // every name has a candidate and meets --require; the task is done
+    exitNo = 1,      // a name has no candidate or does not meet --require; the doctor has findings
+    exitFailed = 2,  // nothing could be answered or done
+    exitPartial = 3, // some names were answered, others were rejected or failed
 };
 
-// Writes the candidates of every name to standard output, all at once after the last was answered.
+// Prints the candidates of every name, all at once after the last name is answered.
 int which(const Request& request);
 
-// Writes the candidates of every name of a file as they are answered, all from one view of the disk.
+// Prints the candidates of every name of a file as they are answered, all from one snapshot of the disk.
 int whichFrom(const Request& request);
 
-// Answers the names on standard input, each as it comes, looking at the disk anew.
+// Answers each name on standard input as it comes, from the disk as it is then.
 int batch(const Request& request);
 
-// Writes why the candidates of every name stand as they do, all at once.
+// Prints why the candidates of every name are ranked as they are, all at once.
 int explain(const Request& request);
 
-// Writes the support store anew.
+// Builds the support store.
 int storeBuild(const Request& request);
 
-// Writes what a support store holds.
+// Prints the contents of a support store in figures.
 int storeInfo(const Request& request);
 
-// Writes each damage of a support store; exitNothing when there is one.
+// Prints each damage of a support store; exitFailed when there is one.
 int storeVerify(const Request& request);
 
-// Writes the records of a support store as `storeBuild` reads them.
+// Writes the records of a support store in the form that `storeBuild` reads.
 int storeExport(const Request& request);
 
-// Writes the search index anew.
+// Builds the search index.
 int indexBuild(const Request& request);
 
-// Writes each damage of the search index (exitNothing when there is one) or each folder that it no longer holds for
-// (exitNo).
+// Prints each damage of the search index (exitFailed), or else each folder whose entry is stale (exitNo).
 int indexVerify(const Request& request);
 
-// Prints every setting of the installation as it takes effect, and where it comes from.
+// Prints every setting in effect and its source.
 int config(const Request& request);
 
-// Writes a manifest for a tree of source files, and records for its KEL files when asked to.
+// Writes a manifest for a tree of source files, and with --records also records for its KEL files.
 int init(const Request& request);
 
-// Writes what is wrong with the installation; exitNo when something is.
+// Prints the findings about the installation; exitNo when there are any.
 int doctor(const Request& request);
 
 } // namespace tessgen::cli

@@ -2,6 +2,7 @@
 #include "cli/installation/ManifestLookup.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "standalone/manifest/Installation.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -30,7 +31,7 @@ struct Source {
     std::string_view words;
 };
 
-constexpr Source givenByManifest{"manifest", "key of the manifest"};
+constexpr Source manifestKey{"manifest", "key of the manifest"};
 constexpr Source defaultValue{"default", "default"};
 // In the order of ManifestSource.
 constexpr std::array manifestSources{
@@ -42,7 +43,7 @@ constexpr std::array manifestSources{
 struct Setting {
     std::string key;
     Source source;
-    ordered_json value; // a text, null, or a list of texts or of built-ins
+    ordered_json value; // a string, null, or a list of strings or of built-ins
 };
 
 ordered_json valueOf(const std::optional<std::string>& text) {
@@ -66,7 +67,7 @@ std::vector<Setting> settingsOf(const Installation& installation, ManifestSource
     const auto& given = installation.given;
     const auto setting = [&given](const std::string& key, ordered_json value) {
         const bool isGiven = std::find(given.begin(), given.end(), key) != given.end();
-        return Setting{key, isGiven ? givenByManifest : defaultValue, std::move(value)};
+        return Setting{key, isGiven ? manifestKey : defaultValue, std::move(value)};
     };
     return {
         {"manifest", manifestSources.at(static_cast<std::size_t>(source)), installation.manifest},
@@ -102,7 +103,7 @@ std::string asText(const std::vector<Setting>& settings) {
             fmt::format_to(to, "  {}\n", element.is_null() ? "(not set)" : escaped(asLine(element)));
         }
         if (value.is_array() && value.empty()) {
-            text += "  (empty list)\n"; // no built-in is named so, which is one word
+            text += "  (empty list)\n"; // cannot be taken for a name, which is one word
         }
     }
     return text;
@@ -113,7 +114,7 @@ std::string asJSON(const std::vector<Setting>& settings) {
     for (const auto& [key, source, value] : settings) {
         document["settings"][key] = {{"source", source.name}, {"value", value}};
     }
-    return escapedJSON(document.dump(2)) + '\n';
+    return printJSONDocument(document);
 }
 
 } // namespace

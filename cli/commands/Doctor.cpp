@@ -2,6 +2,7 @@
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
 #include "standalone/services/SessionState.hpp"
 
@@ -21,9 +22,9 @@ namespace {
 using standalone::Finding;
 using standalone::Findings;
 
-constexpr std::ptrdiff_t shownPlaces = 10; // of each trap, as text
+constexpr std::ptrdiff_t shownPlaces = 10; // of each diagnostic, in text
 
-standalone::DiagnosisInput examinedBy(const ResolverSession& resolver) {
+standalone::DiagnosisInput diagnosisInput(const ResolverSession& resolver) {
     const auto& session = standalone::currentSession();
     return {session.installation,
             session.files,
@@ -33,15 +34,15 @@ standalone::DiagnosisInput examinedBy(const ResolverSession& resolver) {
             session.index ? &*session.index : nullptr};
 }
 
-// Trap by trap: its code, why it matters and what to do, then its places. Findings of one trap stand together.
+// For each diagnostic: its code, message and advice, then its places. Findings of one diagnostic are adjacent.
 std::string asText(const Findings& findings) {
     std::string text;
     auto to = std::back_inserter(text);
     for (auto first = findings.begin(); first != findings.end();) {
         const auto last = std::find_if(first, findings.end(),
                                        [trap = first->trap](const Finding& other) { return other.trap != trap; });
-        const auto& said = textOf(first->trap);
-        fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", said.code, said.message, said.advice);
+        const auto& [code, message, advice] = textOf(first->trap);
+        fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", code, message, advice);
         const auto shown = std::min(last - first, shownPlaces);
         for (const auto& finding : Findings(first, first + shown)) {
             fmt::format_to(to, "    {}\n", escaped(finding.place));
@@ -57,21 +58,18 @@ std::string asText(const Findings& findings) {
 std::string asJSON(const Findings& findings) {
     auto list = nlohmann::ordered_json::array();
     for (const auto& finding : findings) {
-        const auto& said = textOf(finding.trap);
-        list.push_back({{"code", said.code},
-                        {"place", escaped(finding.place)},
-                        {"message", said.message},
-                        {"advice", said.advice}});
+        const auto& [code, message, advice] = textOf(finding.trap);
+        list.push_back({{"code", code}, {"place", escaped(finding.place)}, {"message", message}, {"advice", advice}});
     }
     const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"findings", std::move(list)}};
-    return escapedJSON(document.dump(2)) + '\n';
+    return printJSONDocument(document);
 }
 
 } // namespace
 
 int doctor(const Request& request) {
     const ResolverSession resolver(request, standalone::View::snapshot);
-    const auto findings = diagnose(examinedBy(resolver));
+    const auto findings = diagnose(diagnosisInput(resolver));
     writeOut(request.json ? asJSON(findings) : asText(findings));
     if (findings.empty()) {
         return exitYes;

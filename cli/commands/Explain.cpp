@@ -7,6 +7,8 @@
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/Text.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -19,7 +21,7 @@ namespace tessgen::cli {
 namespace {
 
 Explained explained(const std::string& name, const Request& request, const ResolverSession& resolver) {
-    Explained answer{name, resolver->explain(nameIn(name)), {}};
+    Explained answer{name, resolver->explain(parseName(name)), {}};
     if (request.whyNot) {
         answer.whyNot = whyNot(*request.whyNot, answer.explanation, resolver);
     }
@@ -41,7 +43,7 @@ int explain(const Request& request) {
     const bool coloured = outputIsColoured();
     std::string text;
     std::vector<nlohmann::ordered_json> documents;
-    Outcome tally;
+    Outcome outcome;
     for (const auto& name : request.operands) {
         try {
             const auto answer = explained(name, request, resolver);
@@ -50,9 +52,9 @@ int explain(const Request& request) {
             } else {
                 text += asText(answer, coloured) + '\n';
             }
-            tally.addAnswer(name, hasCandidates(answer.explanation));
+            outcome.addAnswer(name, hasCandidates(answer.explanation));
         } catch (const std::exception& error) {
-            tally.addFailure(name, error);
+            outcome.addFailure(name, error);
         }
     }
     resolver.writeRecording();
@@ -60,7 +62,7 @@ int explain(const Request& request) {
     if (request.json && !documents.empty()) {
         writeOut(asJSON(std::move(documents), searched));
     } else if (!text.empty()) {
-        // A name that is a whole path is looked for nowhere else.
+        // An absolute path is looked up as it is, without the search path.
         const auto isSearched = [](const std::string& name) { return !name.starts_with('/'); };
         const bool any = std::any_of(request.operands.begin(), request.operands.end(), isSearched);
         if (!any) {
@@ -68,7 +70,7 @@ int explain(const Request& request) {
         }
         writeOut(text + (any ? searchedAsText(searched, coloured) : ""));
     }
-    return tally.exitCode();
+    return outcome.exitCode();
 }
 
 } // namespace tessgen::cli

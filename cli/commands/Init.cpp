@@ -1,6 +1,7 @@
 #include "cli/commands/Commands.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "standalone/files/AtomicFile.hpp"
 #include "standalone/manifest/ManifestFile.hpp"
 #include "standalone/manifest/TreeSurvey.hpp"
@@ -31,8 +32,7 @@ using standalone::TreeSurvey;
 constexpr const char* storeName = "support.cdb";
 constexpr const char* recordsName = "support.jsonl";
 
-// Where they are written.
-struct TreeFiles {
+struct OutputFiles {
     std::string manifest;
     std::string records;
 };
@@ -42,7 +42,7 @@ bool isThere(const std::string& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
-// Without links, since the manifest's folder will be taken so.
+// Without links, as the manifest's folder is resolved when it is read.
 std::string realFolder(const std::string& folder) {
     std::error_code error;
     auto real = std::filesystem::canonical(folder, error).string();
@@ -78,7 +78,8 @@ std::vector<std::string> relativeFolders(const std::vector<std::string>& folders
     return relative;
 }
 
-// No file's folder is compared with one of these: they are taken off its path before.
+// Such a folder would match no file: a file's package, class and private folders are removed before its folder is
+// compared.
 void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
     for (const auto& folder : kelFolders) {
         if (standalone::isPackageClassOrPrivate(std::string_view(folder).substr(folder.rfind('/') + 1))) {
@@ -105,20 +106,20 @@ std::string manifestFor(const TreeSurvey& survey, const std::vector<std::string>
     manifest["searchPath"] = survey.searchFolders;
     manifest["kelPath"] = survey.kelFolders;
     manifest["sourceCode"] = sourceCode;
-    return manifest.dump(2) + '\n';
+    return printJSONDocument(manifest);
 }
 
-// One line for each KEL file. What the code generator brings is meant to be translated: it is called supported.
+// One line per KEL file, with every flag set: files of the code generator are usually supported.
 std::string recordsFor(const TreeSurvey& survey) {
     std::string lines;
     for (const auto& file : survey.kelFiles) {
         const ordered_json record{{"path", file}, {"supportFlags", std::vector<bool>(6, true)}};
-        lines += record.dump() + '\n';
+        lines += printJSON(record) + '\n';
     }
     return lines;
 }
 
-// A name that would be taken for a command or an option is told apart.
+// The name as a word of the command line, after "-- " when it would be read as a command or an option.
 std::string nameWord(const std::string& name) {
     const bool isOther =
         name.starts_with('-')
@@ -126,7 +127,7 @@ std::string nameWord(const std::string& name) {
     return name.empty() ? "NAME" : (isOther ? "-- " : "") + shellWord(name);
 }
 
-void complainOfPassedOver(const TreeSurvey& survey) {
+void reportSkipped(const TreeSurvey& survey) {
     for (const auto& path : survey.notUTF8) {
         reportError(fmt::format("passed over, since its name is not UTF-8: {}", path));
     }
@@ -135,16 +136,16 @@ void complainOfPassedOver(const TreeSurvey& survey) {
     }
 }
 
-void place(standalone::AtomicFile& written, const std::string& file, bool force) {
+void commit(standalone::AtomicFile& output, const std::string& file, bool force) {
     if (force) {
-        written.commit();
-    } else if (!written.commitIfAbsent()) {
+        output.commit();
+    } else if (!output.commitIfAbsent()) {
         refuseToReplace(file);
     }
 }
 
-// Both files are written before the first takes its place. The manifest goes first: without it the records are nothing.
-void writeFiles(const TreeFiles& files, const std::string& manifest, const std::optional<std::string>& records,
+// Both files are complete before the first is committed. The manifest is first, since records are useless without it.
+void writeFiles(const OutputFiles& files, const std::string& manifest, const std::optional<std::string>& records,
                 bool force) {
     standalone::AtomicFile newManifest(files.manifest);
     newManifest.append(manifest);
@@ -152,13 +153,13 @@ void writeFiles(const TreeFiles& files, const std::string& manifest, const std::
     if (records) {
         newRecords.emplace(files.records).append(*records);
     }
-    place(newManifest, files.manifest, force);
+    commit(newManifest, files.manifest, force);
     if (newRecords) {
-        place(*newRecords, files.records, force);
+        commit(*newRecords, files.records, force);
     }
 }
 
-std::string report(const TreeFiles& files, const TreeSurvey& survey, const Request& request) {
+std::string summary(const OutputFiles& files, const TreeSurvey& survey, const Request& request) {
     std::string text;
     auto to = std::back_inserter(text);
     fmt::format_to(to, "{}: {}, ", escaped(files.manifest), counted(survey.searchFolders.size(), "search folder"));
@@ -177,7 +178,7 @@ std::string report(const TreeFiles& files, const TreeSurvey& survey, const Reque
     const auto& operand = request.operands.front();
     const auto folder = operand.starts_with('-') ? "./" + operand : operand;
     if (!request.records && survey.searchFolders.empty()) {
-        return text; // nothing is found yet
+        return text; // no name can be resolved yet
     }
     text += "next:\n";
     if (request.records) {
@@ -192,8 +193,8 @@ std::string report(const TreeFiles& files, const TreeSurvey& survey, const Reque
 
 int init(const Request& request) {
     const auto tree = realFolder(request.operands.front());
-    const TreeFiles files{standalone::joinPath(tree, standalone::manifestName),
-                          standalone::joinPath(tree, recordsName)};
+    const OutputFiles files{standalone::joinPath(tree, standalone::manifestName),
+                            standalone::joinPath(tree, recordsName)};
     if (!request.force) {
         refuseIfThere(files.manifest);
         if (request.records) {
@@ -204,7 +205,7 @@ int init(const Request& request) {
     const auto kelFolders = relativeFolders(request.kelFolders, tree);
     refuseNestedFolders(kelFolders);
     const auto survey = standalone::surveyTree(tree, kelFolders, standalone::RealFileTree());
-    complainOfPassedOver(survey);
+    reportSkipped(survey);
     if (survey.searchFolders.empty() && survey.kelFiles.empty() && !survey.unreadable.empty()) {
         throw std::runtime_error(fmt::format("what {} holds could not be read; nothing is written", tree));
     }
@@ -217,10 +218,10 @@ int init(const Request& request) {
     }
     writeFiles(files, manifestFor(survey, sourceCode, request.records),
                request.records ? std::optional(recordsFor(survey)) : std::nullopt, request.force);
-    writeOut(report(files, survey, request));
+    writeOut(summary(files, survey, request));
     if (!survey.unreadable.empty()) {
         reportError(fmt::format("{} could not be read, and left out", counted(survey.unreadable.size(), "folder")));
-        return exitPartly;
+        return exitPartial;
     }
     return exitYes;
 }

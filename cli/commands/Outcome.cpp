@@ -15,7 +15,7 @@ void Outcome::addAnswer(std::string_view name, bool hasCandidates, std::string_v
     if (hasCandidates && unmet.empty()) {
         return;
     }
-    ++(hasCandidates ? short_ : empty_);
+    ++(hasCandidates ? unmet_ : empty_);
     if (firstReason_.empty()) {
         firstReason_ = hasCandidates ? fmt::format("{} {}", shownName(name), unmet)
                                      : fmt::format("no candidate for {}", shownName(name));
@@ -24,25 +24,25 @@ void Outcome::addAnswer(std::string_view name, bool hasCandidates, std::string_v
 
 void Outcome::addFailure(const std::string& name, const std::exception& error) {
     ++failed_;
-    reportErrorOf(name, errorMessage(error));
+    reportErrorAbout(name, errorMessage(error));
 }
 
 int Outcome::exitCode(bool isQuiet) const {
     if (failed_ > 0) {
-        if (asked() > 1 || reportsErrorsInJSON()) { // in text, what was said of the only name is the last line
+        if (asked() > 1 || reportsErrorsInJSON()) { // in text, the only name's own error is the last line
             reportError(fmt::format("{} of {} names not answered", failed_, asked()));
         }
-        return answered_ == 0 ? exitNothing : exitPartly;
+        return answered_ == 0 ? exitFailed : exitPartial;
     }
-    if (empty_ + short_ == 0) {
+    if (empty_ + unmet_ == 0) {
         return exitYes;
     }
     if (!isQuiet) {
-        reportError(empty_ + short_ == 1 ? firstReason_
-                    : short_ == 0        ? fmt::format("no candidate for {} of {} names", empty_, asked())
-                    : empty_ == 0        ? fmt::format("{} of {} names are not as required", short_, asked())
+        reportError(empty_ + unmet_ == 1 ? firstReason_
+                    : unmet_ == 0        ? fmt::format("no candidate for {} of {} names", empty_, asked())
+                    : empty_ == 0        ? fmt::format("{} of {} names are not as required", unmet_, asked())
                                   : fmt::format("no candidate for {} of {} names, and {} are not as required", empty_,
-                                                asked(), short_));
+                                                asked(), unmet_));
     }
     return exitNo;
 }

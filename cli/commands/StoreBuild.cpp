@@ -36,7 +36,7 @@ int storeBuild(const Request& request) {
         throw std::runtime_error(fmt::format(
             "{} names no supportStore; give it one, or say where to write with --output", installation.manifest));
     }
-    keepManifest(*output, installation.manifest);
+    refuseToReplaceManifest(*output, installation.manifest);
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = buildShowingProgress(request.operands.front(), *output, installation.root);
     writeOut(fmt::format("{}: {}\n", escaped(*output), counted(built.records, "record")));

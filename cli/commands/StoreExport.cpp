@@ -20,16 +20,16 @@ namespace tessgen::cli {
 
 namespace {
 
-// What a damaged store holds before the damage is written, then DatabaseDamage is thrown.
+// Of a damaged store, writes the records before the damage, then throws DatabaseDamage.
 template <typename Write>
 void exportRecords(const standalone::SupportStore& store, const Write& write) {
     const auto root = standalone::toUTF8(store.root()).value();
-    constexpr std::size_t enough = std::size_t{1} << 16U; // bytes for one system call
+    constexpr std::size_t blockSize = std::size_t{1} << 16U; // bytes per system call
     std::string lines;
     try {
         store.forEachRecord([&](const standalone::SupportRecord& record) {
             lines.append(escapedJSON(standalone::writeSupportRecord(record, root))).append(1, '\n');
-            if (lines.size() >= enough) {
+            if (lines.size() >= blockSize) {
                 write(lines);
                 lines.clear();
             }
@@ -54,7 +54,8 @@ int storeExport(const Request& request) {
         throw std::runtime_error(
             fmt::format("{}: is the store itself; name another file with --output", *request.output));
     }
-    keepManifest(*request.output, request.operands.empty() ? findManifest(request) : request.installation.value_or(""));
+    refuseToReplaceManifest(*request.output,
+                            request.operands.empty() ? findManifest(request) : request.installation.value_or(""));
     standalone::AtomicFile output(*request.output);
     exportRecords(store, [&output](const std::string& lines) { output.append(lines); });
     output.commit();

@@ -2,6 +2,7 @@
 #include "cli/installation/ManifestLookup.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "standalone/store/SupportRecords.hpp"
 #include "standalone/store/SupportStore.hpp"
 #include "standalone/store/SupportStoreFormat.hpp"
@@ -45,14 +46,14 @@ int storeInfo(const Request& request) {
         {"names", names},
     };
     if (request.json) {
-        writeOut(escapedJSON(document.dump(2)) + '\n');
+        writeOut(printJSONDocument(document));
         return exitYes;
     }
     std::string text;
     for (const auto& [key, value] : document.items()) {
         if (key != "schema") {
-            text +=
-                fmt::format("{:9}  {}\n", key, value.is_string() ? escaped(value.get<std::string>()) : value.dump());
+            text += fmt::format("{:9}  {}\n", key,
+                                value.is_string() ? escaped(value.get_ref<const std::string&>()) : printJSON(value));
         }
     }
     writeOut(text);

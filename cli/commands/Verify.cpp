@@ -20,8 +20,8 @@ namespace tessgen::cli {
 
 namespace {
 
-// Prints that the file is whole and its number of records, or its damages and what to do. `record` names one record.
-// Returns exitYes or exitNothing.
+// Prints the number of records of an intact file (exitYes), or its damages and what to do (exitFailed). `record` is the
+// word for one record.
 int printVerification(const std::string& file, const standalone::DatabaseCheck& check,
                       const standalone::DatabaseKind& kind, std::string_view record) {
     if (check.damages == 0) {
@@ -35,14 +35,14 @@ int printVerification(const std::string& file, const standalone::DatabaseCheck& 
     writeOut(text);
     reportError(
         fmt::format("{}: damaged in {}; build it anew with: {}", file, counted(check.damages, "place"), kind.command));
-    return exitNothing;
+    return exitFailed;
 }
 
 } // namespace
 
 int storeVerify(const Request& request) {
     const auto file = findStore(request);
-    if (request.operands.empty()) { // then it must be the one of the installation
+    if (request.operands.empty()) { // the installation's store must be of its root
         const standalone::SupportStore store(file, standalone::readInstallation(findManifest(request)).root);
     }
     return printVerification(file, standalone::checkSupportStore(file), standalone::supportStoreKind, "record");
@@ -50,11 +50,11 @@ int storeVerify(const Request& request) {
 
 int indexVerify(const Request& request) {
     const auto installation = standalone::readInstallation(findManifest(request));
-    const auto file = searchIndexOf(installation);
-    const int isWhole =
+    const auto file = requireSearchIndex(installation);
+    const int exitCode =
         printVerification(file, standalone::checkSearchIndex(file), standalone::searchIndexKind, "folder");
-    if (isWhole != exitYes) {
-        return isWhole;
+    if (exitCode != exitYes) {
+        return exitCode;
     }
     const auto use = standalone::useOf(standalone::SearchIndex(file), installation);
     if (use.changed.empty()) {

@@ -24,17 +24,17 @@ namespace tessgen::cli {
 
 namespace {
 
-// A person who completes file names on the command line may mean the file that is there, not a part of a path.
-void noteFileOfWorkingFolder(const std::string& name, const Answer& answer) {
+// A person who completes file names on the command line may mean the file in the working folder.
+void warnOfFileInWorkingFolder(const std::string& name, const Answer& answer) {
     std::error_code unknown;
     if (name.starts_with('/') || name.find('/') == std::string::npos
         || !std::filesystem::is_regular_file(name, unknown)) {
         return;
     }
-    const bool isAnswered =
+    const bool isCandidate =
         std::any_of(answer.candidates.begin(), answer.candidates.end(),
                     [&](const Answer::Candidate& c) { return std::filesystem::equivalent(name, c.path, unknown); });
-    if (!isAnswered) {
+    if (!isCandidate) {
         reportError(
             fmt::format("note: '{0}' is a file of the working folder too, but was looked for below the folders of "
                         "the search path; for that file ask with its absolute path",
@@ -42,9 +42,9 @@ void noteFileOfWorkingFolder(const std::string& name, const Answer& answer) {
     }
 }
 
-// For a person who mistyped a name: the names nearest to it that have candidates.
-void addNearNames(std::vector<Answer>& answers, const ResolverSession& resolver) {
-    constexpr std::size_t most = 3;
+// For a person who mistyped a name: the most similar names that have candidates.
+void addSuggestions(std::vector<Answer>& answers, const ResolverSession& resolver) {
+    constexpr std::size_t most = 3; // suggestions for a name
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
     std::optional<standalone::SpellingSuggestions> suggestions;
     for (auto& answer : answers) {
@@ -55,14 +55,14 @@ void addNearNames(std::vector<Answer>& answers, const ResolverSession& resolver)
             suggestions.emplace(standalone::currentSession(), deadline);
         }
         for (const auto& name : suggestions->similarTo(answer.query)) {
-            if (answer.near.size() == most || std::chrono::steady_clock::now() >= deadline) {
+            if (answer.suggestions.size() == most || std::chrono::steady_clock::now() >= deadline) {
                 break;
             }
             try {
-                if (!resolver->resolve(nameIn(name)).empty()) {
-                    answer.near.push_back(name);
+                if (!resolver->resolve(parseName(name)).empty()) {
+                    answer.suggestions.push_back(name);
                 }
-            } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): such a name is none to be offered
+            } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): a name that fails is not suggested
             }
         }
     }
@@ -87,29 +87,29 @@ std::string rendered(const std::vector<Answer>& answers, const Request& request)
 int which(const Request& request) {
     refusePathsOnTerminal(request);
     const ResolverSession resolver(request);
-    Outcome tally;
+    Outcome outcome;
     std::vector<Answer> answers;
     for (const auto& name : request.operands) {
         try {
             auto answer = answerTo(name, *resolver);
-            tally.addAnswer(name, !answer.candidates.empty(), unmetRequirement(answer, request.require));
+            outcome.addAnswer(name, !answer.candidates.empty(), unmetRequirement(answer, request.require));
             if (!request.quiet && !request.replay) {
-                noteFileOfWorkingFolder(name, answer);
+                warnOfFileInWorkingFolder(name, answer);
             }
             applySelection(answer, request);
             answers.push_back(std::move(answer));
         } catch (const std::exception& error) {
-            tally.addFailure(name, error);
+            outcome.addFailure(name, error);
         }
     }
     resolver.writeRecording();
     if (outputIsTerminal() && !request.json && !request.quiet && !request.replay && !request.record) {
-        addNearNames(answers, resolver);
+        addSuggestions(answers, resolver);
     }
     if (!answers.empty() && !request.quiet) {
         writeOut(rendered(answers, request));
     }
-    return tally.exitCode(request.quiet);
+    return outcome.exitCode(request.quiet);
 }
 
 } // namespace tessgen::cli

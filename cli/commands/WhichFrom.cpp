@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,9 +21,9 @@ namespace {
 
 using standalone::LineReader;
 
-class NamesOfFile {
+class FileAnswering {
 public:
-    NamesOfFile(const Request& request, const ResolverSession& resolver, LineReader& lines)
+    FileAnswering(const Request& request, const ResolverSession& resolver, LineReader& lines)
         : request_(request), lines_(lines), resolver_(resolver), progress_("names", lines.size()) {}
 
     int answerAll() {
@@ -32,27 +33,27 @@ public:
                 flush();
             }
             if (showsProgress_) {
-                progress_.show(tally_.asked(), lines_.bytes());
+                progress_.show(outcome_.asked(), lines_.bytes());
             }
         }
         progress_.clear();
         flush();
         resolver_.writeRecording();
-        return tally_.exitCode(request_.quiet);
+        return outcome_.exitCode(request_.quiet);
     }
 
 private:
-    struct Kept {
+    struct CachedAnswer {
         std::string text;
         bool hasCandidates;
         std::string unmet;
     };
     static constexpr std::size_t blockSize = std::size_t{1} << 14U;
-    static constexpr std::size_t mostKept = std::size_t{1} << 26U;
-    // What an entry takes besides its texts: 136 to 180 bytes of the heap were measured.
+    static constexpr std::size_t cacheLimit = std::size_t{1} << 26U; // bytes
+    // Bytes of heap that an entry takes besides its texts; 136 to 180 were measured.
     static constexpr std::size_t entrySize = 180;
 
-    // What is answered is written before more names are waited for.
+    // Writes what is answered before it may wait for more names.
     std::optional<std::string_view> nextLine() {
         if (!out_.empty() && lines_.mayWait() && !lines_.size()) {
             flush();
@@ -61,25 +62,25 @@ private:
     }
 
     void answer(std::string_view name) {
-        const auto known = kept_.find(std::string(name));
-        if (known != kept_.end()) {
+        const auto known = cache_.find(std::string(name));
+        if (known != cache_.end()) {
             add(name, known->second);
             return;
         }
         try {
             auto answer = answerTo(name, *resolver_);
-            Kept made{"", !answer.candidates.empty(), unmetRequirement(answer, request_.require)};
+            CachedAnswer made{"", !answer.candidates.empty(), unmetRequirement(answer, request_.require)};
             applySelection(answer, request_);
             made.text = rendered(answer);
             add(name, made);
-            if (keptBytes_ < mostKept) {
-                keptBytes_ += entrySize + name.size() + made.text.size() + made.unmet.size();
-                kept_.emplace(name, made); // a copy takes no more memory than its texts
+            if (cachedBytes_ < cacheLimit) {
+                cachedBytes_ += entrySize + name.size() + made.text.size() + made.unmet.size();
+                cache_.emplace(name, made); // copied, since a copy has no spare capacity
             }
         } catch (const std::exception& error) {
             progress_.clear();
-            reportErrorOfLine(lines_.place(), errorMessage(error));
-            tally_.addFailure();
+            reportErrorInLine(lines_.place(), errorMessage(error));
+            outcome_.addFailure();
         }
     }
 
@@ -90,10 +91,10 @@ private:
                                : asText(answer, isColoured_);
     }
 
-    void add(std::string_view name, const Kept& answered) {
-        tally_.addAnswer(name, answered.hasCandidates, answered.unmet);
+    void add(std::string_view name, const CachedAnswer& answer) {
+        outcome_.addAnswer(name, answer.hasCandidates, answer.unmet);
         const bool isText = !request_.quiet && !request_.json && !request_.null;
-        out_.append(isText && hasWritten_ ? "\n" : "").append(answered.text);
+        out_.append(isText && hasWritten_ ? "\n" : "").append(answer.text);
         hasWritten_ = true;
     }
 
@@ -106,15 +107,15 @@ private:
     LineReader& lines_;
     const ResolverSession& resolver_;
     Progress progress_;
-    const bool showsProgress_ = !outputIsTerminal(); // there, the answers show it
+    const bool showsProgress_ = !outputIsTerminal(); // on a terminal the answers themselves show it
     const bool isColoured_ = outputIsColoured();
-    Outcome tally_;
+    Outcome outcome_;
     std::string out_;
     bool hasWritten_ = false;
-    // Key: the name. Kept: its answer as it is written, since nothing changes in a fixed view. Never kept: a failure.
-    // Growth: until some `mostKept` bytes are held. Dropped: with the object.
-    std::unordered_map<std::string, Kept> kept_;
-    std::size_t keptBytes_ = 0;
+    // From a name to its printed answer, which cannot change in a snapshot. Failures are not cached. Grows until about
+    // `cacheLimit` bytes are held.
+    std::unordered_map<std::string, CachedAnswer> cache_;
+    std::size_t cachedBytes_ = 0;
 };
 
 } // namespace
@@ -123,9 +124,7 @@ int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
     auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
     const ResolverSession resolver(request, standalone::View::snapshot);
-    // Never taken down, nor used any more: the process ends next, which gives all of it back at once.
-    static auto* const names = new NamesOfFile(request, resolver, lines); // NOLINT(cppcoreguidelines-owning-memory)
-    return names->answerAll();
+    return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines)).answerAll();
 }
 
 } // namespace tessgen::cli

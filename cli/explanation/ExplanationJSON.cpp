@@ -1,6 +1,7 @@
 #include "cli/explanation/ExplanationWording.hpp"
 #include "cli/explanation/RenderExplanation.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "cli/output/Render.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 
@@ -20,7 +21,7 @@ namespace {
 using kelwhich::Explanation;
 using nlohmann::ordered_json;
 
-// The names of an enumeration's values, in their order.
+// The name of `value`; `names` is in the order of the enumeration.
 template <typename Value, std::size_t Size>
 std::string_view named(const std::array<std::string_view, Size>& names, Value value) {
     return names.at(static_cast<std::size_t>(value));
@@ -151,7 +152,7 @@ ordered_json asJSON(const Explained& explained) {
 std::string asJSON(std::vector<ordered_json> explanations, const std::vector<std::string>& searched) {
     const ordered_json result{
         {"schema", "kelwhich/1"}, {"explanations", std::move(explanations)}, {"searched", searched}};
-    return escapedJSON(result.dump(2)) + '\n';
+    return printJSONDocument(result);
 }
 
 } // namespace tessgen::cli

@@ -25,7 +25,7 @@ using Ownership = Explanation::Ownership;
 
 constexpr std::size_t keyCount = Explanation::keys.size();
 
-// How people know a candidate: its rank, or that of the one that it repeats.
+// The rank of a candidate, or "=" and the rank of the one that it repeats.
 std::string labelOf(const Candidate& candidate) {
     return fmt::format("{}{}", candidate.repeat ? "=" : "", candidate.rank);
 }
@@ -148,7 +148,7 @@ private:
         }
     }
 
-    // What stands behind the table: whose folder a path begins with, and what records say.
+    // Details that the table lacks: the folder that makes a file host code, and the contents of records.
     void appendCauses(const std::vector<Candidate>& candidates, const std::string& name) {
         for (const auto& candidate : candidates) {
             if (candidate.ownership == Ownership::sourceCode || candidate.ownership == Ownership::supportPackage) {
@@ -181,14 +181,14 @@ private:
 } // namespace
 
 std::string asText(const Explained& explained, bool coloured) {
-    const auto style = styleOf(coloured);
+    const auto style = outputStyle(coloured);
     std::string text;
     ExplanationText(text, style).append(explained);
     return text;
 }
 
 std::string searchedAsText(const std::vector<std::string>& searched, bool coloured) {
-    const auto style = styleOf(coloured);
+    const auto style = outputStyle(coloured);
     auto text = fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end);
     for (const auto& folder : searched) {
         fmt::format_to(std::back_inserter(text), "  {}\n", escaped(folder));

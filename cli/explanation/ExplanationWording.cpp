@@ -24,7 +24,7 @@ using Kind = Explanation::Kind;
 using Ownership = Explanation::Ownership;
 using Support = Explanation::Support;
 
-// Whether a file defines a name, and if not, what it is instead.
+// Says that a file defines `name`, or what it defines instead.
 std::string fileDefinition(Definition definition, const std::u16string& path, const std::u16string& definedName,
                            std::string_view subject, const std::string& name) {
     if (definition == Definition::otherClass) {

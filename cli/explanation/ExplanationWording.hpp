@@ -1,4 +1,4 @@
-// The facts of an explanation in plain words. Texts are UTF-8 and not escaped yet.
+// Words the facts of an explanation. Texts are UTF-8 and not escaped yet.
 #pragma once
 
 #include "tessgen/kelwhich/Explanation.hpp"
@@ -8,11 +8,11 @@
 
 namespace tessgen::cli {
 
-// The key's name, as a column and as JSON have it.
+// The key's name in JSON.
 std::string_view keyName(kelwhich::Explanation::Key key);
 
-// What the candidate that people know as `subject` is by this key when `name` is resolved, and why:
-// "2 is a method of the class Shape", "no support record has the path of 1".
+// What the candidate called `subject` is by this key when `name` is resolved, and why:
+// "2 is a method of the class Shape", "1 is not supported: it has no record".
 std::string reason(kelwhich::Explanation::Key key, const kelwhich::Explanation::Candidate& candidate,
                    std::string_view subject, const std::string& name);
 
@@ -22,10 +22,10 @@ std::string sourceWords(const kelwhich::Explanation::Source& source);
 // Why a candidate was dropped.
 std::string_view dropWords(kelwhich::Explanation::DropRule rule);
 
-// What became of a redirect of `name`, and why.
+// Whether a redirect of `name` is followed, and why.
 std::string redirectWords(const kelwhich::Explanation::Redirect& redirect, const std::string& name);
 
-// What a support record says: its path, its flags, the names under which it is not supported.
+// The path, flags and unsupported names of the candidate's support record.
 std::string recordWords(const kelwhich::Explanation::Candidate& candidate);
 
 } // namespace tessgen::cli

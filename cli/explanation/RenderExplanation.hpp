@@ -1,10 +1,10 @@
-// How explanations look: as text for people, as JSON for programs.
+// Renders explanations: as text for people, as JSON for programs.
 #pragma once
 
 #include "cli/explanation/WhyNot.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <optional>
 #include <string>
@@ -18,12 +18,12 @@ struct Explained {
     std::optional<WhyNot> whyNot;
 };
 
-// The redirects; then for each name that was resolved its candidates, a table of their keys in which "*" marks the one
-// that decides, a line for each neighbouring pair, the records, and what was left out. All escaped.
-// Errors: std::runtime_error, here and below: a text is not UTF-16.
+// The redirects; then for each resolved name its candidates, a table of their keys in which "*" marks the deciding one,
+// a line for each adjacent pair, the records, and the dropped candidates. All escaped.
+// Errors: std::runtime_error, here and below, when a text is not UTF-16.
 std::string asText(const Explained& explained, bool coloured);
 
-// The folders that the host searched, in their order.
+// The folders that the host searched, in order.
 std::string searchedAsText(const std::vector<std::string>& searched, bool coloured);
 
 // An element of the list of explanations.

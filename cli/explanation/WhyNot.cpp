@@ -28,12 +28,12 @@ using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Resolution = Explanation::Resolution;
 
-// The texts that a candidate's path may be when a person means `path`: as it is, free of "." and "..", without links.
-std::vector<std::u16string> readings(const std::string& path) {
-    std::vector<std::u16string> texts = {nameIn(path)};
-    const auto add = [&texts](const std::string& text) {
-        if (auto units = standalone::toUTF16(text); units && units != texts.back()) {
-            texts.push_back(std::move(*units));
+// The spellings under which `path` may be a candidate: as it is, absolute without "." and "..", and without links.
+std::vector<std::u16string> spellings(const std::string& path) {
+    std::vector<std::u16string> all = {parseName(path)};
+    const auto add = [&all](const std::string& text) {
+        if (auto units = standalone::toUTF16(text); units && units != all.back()) {
+            all.push_back(std::move(*units));
         }
     };
     std::error_code unknown;
@@ -44,20 +44,20 @@ std::vector<std::u16string> readings(const std::string& path) {
     if (const auto real = standalone::realPath(path)) {
         add(*real);
     }
-    return texts;
+    return all;
 }
 
-class Question {
+class WhyNotFinder {
 public:
-    Question(const std::string& path, const Explanation& explanation, const ResolverSession& resolver)
+    WhyNotFinder(const std::string& path, const Explanation& explanation, const ResolverSession& resolver)
         : explanation_(explanation), resolver_(resolver),
-          texts_(readings(path)), answer_{path, WhyNot::Place::absent, {}, {}, {}} {}
+          spellings_(spellings(path)), answer_{path, WhyNot::Place::absent, {}, {}, {}} {}
 
-    WhyNot answer() {
+    WhyNot find() {
         for (const auto& resolution : explanation_.resolutions) {
             const auto& candidates = resolution.candidates;
             const auto found = std::find_if(candidates.begin(), candidates.end(),
-                                            [this](const Candidate& c) { return isMeant(c.result.path); });
+                                            [this](const Candidate& c) { return matches(c.result.path); });
             if (found != candidates.end()) {
                 compareWithFirst(resolution, *found);
                 return answer_;
@@ -65,7 +65,7 @@ public:
         }
         for (const auto& resolution : explanation_.resolutions) {
             for (const auto& dropped : resolution.dropped) {
-                if (isMeant(dropped.result.path)) {
+                if (matches(dropped.result.path)) {
                     answer_.place = WhyNot::Place::dropped;
                     add(fmt::format("it was left out as {}: {}", sourceWords(dropped.source), dropWords(dropped.rule)));
                     if (dropped.rule == Explanation::DropRule::hostFile) {
@@ -80,8 +80,8 @@ public:
     }
 
 private:
-    bool isMeant(const std::u16string& path) const {
-        return std::find(texts_.begin(), texts_.end(), path) != texts_.end();
+    bool matches(const std::u16string& path) const {
+        return std::find(spellings_.begin(), spellings_.end(), path) != spellings_.end();
     }
 
     void add(std::string words, std::optional<Explanation::Key> key = std::nullopt) {
@@ -135,7 +135,8 @@ private:
                             inUTF8(explanation_.name)));
             return;
         }
-        const auto& path = texts_.at(std::min<std::size_t>(1, texts_.size() - 1)); // as it would be answered
+        const auto& path =
+            spellings_.at(std::min<std::size_t>(1, spellings_.size() - 1)); // as a candidate would have it
         const auto record = resolver_->findByPath(path);
         const auto* const standIn = record ? candidateOf(*record->entry) : nullptr;
         if (standIn != nullptr) {
@@ -148,7 +149,7 @@ private:
         addReasonsOfSearch(inUTF8(path));
     }
 
-    // The candidate that the same record speaks of.
+    // The candidate with the same record.
     const Candidate* candidateOf(const kelwhich::SupportEntry& record) const {
         for (const auto& resolution : explanation_.resolutions) {
             for (const auto& candidate : resolution.candidates) {
@@ -170,14 +171,14 @@ private:
 
     const Explanation& explanation_;
     const ResolverSession& resolver_;
-    std::vector<std::u16string> texts_;
+    std::vector<std::u16string> spellings_;
     WhyNot answer_;
 };
 
 } // namespace
 
 WhyNot whyNot(const std::string& path, const Explanation& explanation, const ResolverSession& resolver) {
-    return Question(path, explanation, resolver).answer();
+    return WhyNotFinder(path, explanation, resolver).find();
 }
 
 } // namespace tessgen::cli

@@ -14,22 +14,22 @@ namespace tessgen::cli {
 struct WhyNot {
     enum class Place { first, behind, dropped, absent };
 
-    // One thing that stands against it. With a key, it is behind the first candidate by that key.
+    // One reason against it. With a key: the first candidate wins by that key.
     struct Obstacle {
         std::optional<kelwhich::Explanation::Key> key;
         std::string words; // UTF-8, not escaped
     };
 
-    std::string path; // as it was asked for
+    std::string path; // as given
     Place place;
     std::optional<std::size_t> rank;       // of a candidate
-    std::vector<Obstacle> obstacles;       // the most significant first: all of them would have to go
-    std::optional<std::string> wouldWinBy; // by what it would then be the first
+    std::vector<Obstacle> obstacles;       // all would have to go; the most significant first
+    std::optional<std::string> wouldWinBy; // why it would be first without them
 };
 
-// `path` is a candidate's text, or names a file as seen from the working folder; of several candidates with one path,
-// the first is meant. In a replay, what only the disk and the installation could tell is left out.
-// Errors: those of the collaborators, and of the search over the disk; a path that no name could be.
+// `path` is the path or name of a candidate, or a file relative to the working folder. If several candidates have that
+// path, it stands for the first. In a replay, reasons that need the disk or the installation are left out.
+// Errors: those of `parseName`, of the collaborators and of the search on the disk.
 WhyNot whyNot(const std::string& path, const kelwhich::Explanation& explanation, const ResolverSession& resolver);
 
 } // namespace tessgen::cli

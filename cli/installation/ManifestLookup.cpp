@@ -60,7 +60,7 @@ std::string findManifest(const Request& request) {
     return findManifestAndSource(request).path;
 }
 
-void keepManifest(const std::string& output, const std::string& manifest, std::string_view key) {
+void refuseToReplaceManifest(const std::string& output, const std::string& manifest, std::string_view key) {
     std::error_code absent;
     const auto written = std::filesystem::canonical(output, absent);
     if (!absent
@@ -83,7 +83,7 @@ std::string findStore(const Request& request) {
     return *installation.supportStore;
 }
 
-std::string searchIndexOf(const standalone::Installation& installation) {
+std::string requireSearchIndex(const standalone::Installation& installation) {
     if (!installation.searchIndex) {
         throw std::runtime_error(
             fmt::format("{} names no searchIndex; give it one to build the index as", installation.manifest));

@@ -1,4 +1,4 @@
-// Which installation the program speaks of.
+// Finds the installation that a request is about.
 #pragma once
 
 #include "cli/options/CommandLine.hpp"
@@ -16,26 +16,26 @@ struct FoundManifest {
     ManifestSource source;
 };
 
-// What the request names, else what KELWHICH_INSTALLATION names, else the nearest `installation.json` in the working
-// folder or above. Whether the manifest can be read is not looked at.
-// Errors: std::runtime_error when there is none, or when a folder on the way up cannot be looked into: the manifest of
-// a folder further up may be of another installation.
+// The manifest of --installation, else of KELWHICH_INSTALLATION, else the nearest `installation.json` in the working
+// folder or above. Does not check that it can be read.
+// Errors: std::runtime_error when there is none, or when a folder on the way up cannot be searched, since a manifest
+// further up may belong to another installation.
 FoundManifest findManifestAndSource(const Request& request);
 
-// Only the path of that.
+// The path alone.
 std::string findManifest(const Request& request);
 
-// Errors: std::runtime_error when writing to `output` would replace a manifest: the one at `manifest` (or in that
-// folder, empty for none), or any other file that goes by the name of manifests, through links too. `key` is what names
-// the output.
-void keepManifest(const std::string& output, const std::string& manifest, std::string_view key = "--output");
+// Errors: std::runtime_error when writing to `output` would replace a manifest: the one at `manifest` (a file, a folder
+// or empty for none), or any file with a manifest's name, through links too. `key` is the option or key that names
+// `output`.
+void refuseToReplaceManifest(const std::string& output, const std::string& manifest, std::string_view key = "--output");
 
-// The store that the request names, else that of the installation.
+// The store that the request names, else the one of the installation.
 // Errors: std::runtime_error when the installation has none.
 std::string findStore(const Request& request);
 
 // The search index of the installation.
 // Errors: std::runtime_error when it has none.
-std::string searchIndexOf(const standalone::Installation& installation);
+std::string requireSearchIndex(const standalone::Installation& installation);
 
 } // namespace tessgen::cli

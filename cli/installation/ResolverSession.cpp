@@ -16,20 +16,18 @@ namespace tessgen::cli {
 
 namespace {
 
-// What is asked of a session itself; all else is answered by the recording.
+// What the program and the resolver read from the session itself; the recording answers everything else.
 standalone::Installation installationOf(const Replay& replay) {
     standalone::Installation installation;
-    installation.root = "/"; // a folder on every machine; the root itself is a question that was recorded
+    installation.root = "/"; // exists on every machine; questions about the root are answered by the recording
     installation.sourceCode = replay.head().sourceCode;
     installation.searchPath = replay.head().searchPath;
     return installation;
 }
 
-// Never closed: the process ends when the request is answered, and gives all of it back at once.
 void openSession(const Request& request, const Replay* replay, standalone::View view) {
-    [[maybe_unused]] static const standalone::Session* session = nullptr; // so that it counts as no leak
-    session = replay != nullptr ? new standalone::Session(installationOf(*replay))
-                                : new standalone::Session(findManifest(request), view);
+    keepUntilExit(replay != nullptr ? std::make_unique<standalone::Session>(installationOf(*replay))
+                                    : std::make_unique<standalone::Session>(findManifest(request), view));
 }
 
 Collaborators realCollaborators() {
@@ -48,14 +46,14 @@ ResolverSession::ResolverSession(const Request& request, standalone::View view)
     dropCache();
 }
 
-// As kelwhich::kelwhich puts them together.
+// The same composition as in kelwhich::kelwhich.
 void ResolverSession::dropCache() {
-    Collaborators of = replay_      ? replayed(replay_)
-                       : recording_ ? recorded(realCollaborators(), recording_)
-                                    : realCollaborators();
+    Collaborators collaborators = replay_      ? replayed(replay_)
+                                  : recording_ ? recorded(realCollaborators(), recording_)
+                                               : realCollaborators();
     resolver_ = std::make_unique<const kelwhich::KELWhichResolver>(
-        std::move(of.which), std::move(of.metadata),
-        std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(of.fileSystem)));
+        std::move(collaborators.which), std::move(collaborators.metadata),
+        std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(collaborators.fileSystem)));
 }
 
 void ResolverSession::writeRecording() const {

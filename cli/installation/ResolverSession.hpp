@@ -1,9 +1,8 @@
-// The resolver that answers the names of one request: from the installation that the request speaks of, which may be
-// recorded, or from a recording.
+// The resolver of one request: over the request's installation, recorded if the request says so, or over a recording.
 //
 // Threads: those of KELWhichResolver over such collaborators.
-// Lifetime: answers of the disk are remembered as long as this lives; the installation stays open until the process
-// ends, so there is one resolver a process.
+// Lifetime: answers of the disk are cached until `dropCache`. The installation stays open until the process ends, so a
+// process has one ResolverSession.
 #pragma once
 
 #include "cli/options/CommandLine.hpp"
@@ -17,10 +16,20 @@ namespace tessgen::cli {
 class Recording;
 class Replay;
 
+// Lets `object` live until the process ends, for what is large and is needed to the end: the system frees its memory at
+// once, while destroying it would free every node by itself. Call it once for a type: the pointer here, which tells
+// leak checkers that the object is in use, is to the last one.
+template <typename Object>
+Object& keepUntilExit(std::unique_ptr<Object> object) {
+    static Object* kept = nullptr;
+    kept = object.release();
+    return *kept;
+}
+
 class ResolverSession {
 public:
-    // Opens what the request speaks of.
-    // Errors: those of `findManifest`, of Session, of Recording and of Replay.
+    // Opens the request's installation or recording.
+    // Errors: those of `findManifest`, Session, Recording and Replay.
     explicit ResolverSession(const Request& request, standalone::View view = standalone::View::live);
     ResolverSession(const ResolverSession&) = delete;
     ResolverSession& operator=(const ResolverSession&) = delete;
@@ -29,13 +38,13 @@ public:
     const kelwhich::KELWhichResolver& operator*() const { return *resolver_; }
     const kelwhich::KELWhichResolver* operator->() const { return resolver_.get(); }
 
-    // Drops what was remembered of the disk, so that it is looked at anew.
+    // Forgets the cached answers of the disk, so that the next question asks it again.
     void dropCache();
 
-    // True when a recording answers: the disk and the open installation then say nothing about the names.
+    // True when a recording answers, so that the disk and the open installation say nothing about the names.
     bool isReplayed() const { return replay_ != nullptr; }
 
-    // Writes the recording, if one is made: to be called when all was asked, whether or not it could be answered.
+    // Writes the recording, if the request asks for one. Call it after the last question, answered or failed.
     // Errors: those of Recording.
     void writeRecording() const;
 

@@ -19,14 +19,14 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr int otherWord = 1;       // what getopt answers for a word that is no option
-constexpr int firstAnswer = 0x100; // of the options, above every letter: each is answered by its place in the table
+constexpr int operandCode = 1;     // getopt's code for a word that is not an option
+constexpr int firstOption = 0x100; // code of the table's first option; the others follow, above every letter
 
 [[noreturn]] void refuse(const std::string& why) {
     throw std::runtime_error(why + "; see kelwhich --help");
 }
 
-// "-" has getopt hand over words one by one; ":" has it tell a missing argument from an unknown option.
+// "-" makes getopt return operands one by one; ":" makes it distinguish a missing argument from an unknown option.
 std::string lettersForGetopt() {
     std::string letters = "-:";
     for (const auto& row : optionTable) {
@@ -40,24 +40,24 @@ std::string lettersForGetopt() {
 std::vector<option> namesForGetopt() {
     std::vector<option> names;
     for (const auto& row : optionTable) {
-        const int answer = firstAnswer + static_cast<int>(names.size());
-        names.push_back({row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, answer});
+        const int code = firstOption + static_cast<int>(names.size());
+        names.push_back({row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, code});
     }
-    names.emplace_back(); // an empty one ends them
+    names.emplace_back(); // the end of the list
     return names;
 }
 
-// The option that getopt answers by its letter or by its place; null for any other answer.
-const OptionRow* findOption(int answer) {
-    if (answer >= firstAnswer) {
-        return &optionTable[static_cast<std::size_t>(answer - firstAnswer)];
+// The option with getopt's `code`: its letter, or its position in the table; null for any other code.
+const OptionRow* findOption(int code) {
+    if (code >= firstOption) {
+        return &optionTable[static_cast<std::size_t>(code - firstOption)];
     }
     const auto row = std::find_if(optionTable.begin(), optionTable.end(),
-                                  [answer](const auto& r) { return r.letter != 0 && r.letter == answer; });
+                                  [code](const auto& r) { return r.letter != 0 && r.letter == code; });
     return row == optionTable.end() ? nullptr : &*row;
 }
 
-// `word` is the one that getopt stumbled over; `optopt` tells the option, if it is one.
+// `word` is the one that getopt rejected; `optopt` is the option, if there is such.
 [[noreturn]] void refuseOption(bool lacksArgument, const char* word) {
     const auto* const row = findOption(optopt);
     if (row != nullptr) {
@@ -76,9 +76,9 @@ public:
         const auto names = namesForGetopt();
         opterr = 0;
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
-        for (int answer = 0; (answer = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
+        for (int code = 0; (code = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
             try {
-                take(answer);
+                read(code);
             } catch (const std::runtime_error&) {
                 error_ = error_ ? error_ : std::current_exception();
             }
@@ -86,60 +86,60 @@ public:
                 return request_;
             }
         }
-        // Not earlier: an option of the words that follow may say how the error is to be told.
+        // Report only now: a later --json decides the format.
         if (error_) {
             std::rethrow_exception(error_);
         }
-        takeAllOperands();
+        readAllOperands();
         check();
         return request_;
     }
 
 private:
-    void take(int answer) {
-        if (answer == otherWord) {
-            takeWord(optarg);
-        } else if (const auto* const row = findOption(answer)) {
-            checkWhole(answer, *row);
-            takeOption(*row);
+    void read(int code) {
+        if (code == operandCode) {
+            readWord(optarg);
+        } else if (const auto* const row = findOption(code)) {
+            checkWhole(code, *row);
+            readOption(*row);
         } else {
-            refuseOption(answer == ':', words_[optind - 1]);
+            refuseOption(code == ':', words_[optind - 1]);
         }
     }
 
-    // getopt takes the beginning of a name for the name, which another option may share one day.
-    void checkWhole(int answer, const OptionRow& row) const {
+    // getopt accepts a prefix of a name, which may become ambiguous when an option is added.
+    void checkWhole(int code, const OptionRow& row) const {
         const bool isArgumentApart = optarg != nullptr && optarg == words_[optind - 1];
         const std::string_view word = words_[optind - (isArgumentApart ? 2 : 1)];
         const auto name = word.substr(0, word.find('='));
-        if (answer >= firstAnswer && name != fmt::format("--{}", row.name)) {
+        if (code >= firstOption && name != fmt::format("--{}", row.name)) {
             refuse(fmt::format("there is no option '{}'; --{} is written whole", name, row.name));
         }
     }
 
-    void takeOption(const OptionRow& row) {
+    void readOption(const OptionRow& row) {
         if (optarg != nullptr && *optarg == '\0') {
             refuse(fmt::format("the {} of option --{} is empty", row.argument, row.name));
         }
         row.apply(request_, optarg);
         if (request_.json) {
-            reportErrorsInJSON(); // also of words that make no request
+            reportErrorsInJSON(); // usage errors included
         }
-        met_.push_back(&row);
+        seen_.push_back(&row);
     }
 
-    void takeWord(const std::string& word) {
-        if (std::exchange(mayBeCommand_, false) && takeCommand(word)) {
+    void readWord(const std::string& word) {
+        if (std::exchange(mayBeCommand_, false) && readCommand(word)) {
             return;
         }
         request_.operands.push_back(word);
         if (command_->takes == Operands::names) {
-            takeAllOperands();
+            readAllOperands();
         }
     }
 
-    bool takeCommand(const std::string& word) {
-        std::vector<std::string> possible; // the commands that begin with this word
+    bool readCommand(const std::string& word) {
+        std::vector<std::string> possible; // the commands whose first word this is
         for (const auto& row : commandTable) {
             if (row.word != word) {
                 continue;
@@ -160,13 +160,13 @@ private:
         return false;
     }
 
-    void takeAllOperands() {
+    void readAllOperands() {
         request_.operands.insert(request_.operands.end(), words_ + optind, words_ + count_);
         optind = count_;
     }
 
     void check() const {
-        for (const auto* const row : met_) {
+        for (const auto* const row : seen_) {
             if (!row->belongsTo(*command_)) {
                 refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
             }
@@ -196,10 +196,10 @@ private:
     }
 
     void checkWhich() const {
-        std::vector<std::string> forms; // of which one can be written
-        for (const auto& [isAsked, name] :
+        std::vector<std::string> forms; // of the output; at most one may be given
+        for (const auto& [isGiven, name] :
              {std::pair(request_.json, "--json"), {request_.null, "--null"}, {request_.quiet, "--quiet"}}) {
-            if (isAsked) {
+            if (isGiven) {
                 forms.emplace_back(name);
             }
         }
@@ -214,7 +214,7 @@ private:
     Request request_;
     bool mayBeCommand_ = true;
     const CommandRow* command_ = &commandTable.front();
-    std::vector<const OptionRow*> met_;
+    std::vector<const OptionRow*> seen_;
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// The command line, read against the tables of commands and options.
+// Reads the command line by the tables of commands and options.
 #pragma once
 
 #include "cli/options/Options.hpp"
@@ -9,11 +9,11 @@
 
 namespace tessgen::cli {
 
-// What the program was asked to do.
+// What the command line asks for.
 struct Request {
     Action action = Action::which;
-    const CommandRow* command = nullptr; // the one that was said
-    std::vector<std::string> operands;   // names, or the one thing that the command is about
+    const CommandRow* command = nullptr; // null when the command line does not name one
+    std::vector<std::string> operands;   // the names, or the single operand of the command
     std::optional<std::string> installation;
     std::optional<std::string> output;
     std::optional<std::string> whyNot;
@@ -26,13 +26,13 @@ struct Request {
     std::vector<std::string> sourceCodeFolders; // init
     bool records = false;
     bool force = false;
-    bool first = false; // the preferred candidate alone
-    bool quiet = false; // the exit code alone
-    bool null = false;  // paths, each ended by a NUL
+    bool first = false; // only the preferred candidate
+    bool quiet = false; // only the exit code
+    bool null = false;  // NUL-terminated paths
 };
 
-// Only the first word that is no option can be a command; after "--" no word is an option or a command.
-// Errors: std::runtime_error with one line, when the words make no request.
+// Only the first word that is not an option can be a command; after "--" no word is an option or a command.
+// Errors: std::runtime_error with one line for a usage error.
 Request readCommandLine(int count, char** words);
 
 } // namespace tessgen::cli

@@ -14,7 +14,7 @@ namespace tessgen::cli {
 namespace {
 
 constexpr std::size_t width = 80;
-constexpr std::size_t helpColumn = 29; // where what a row does begins
+constexpr std::size_t helpColumn = 29; // where the help of a row begins
 
 constexpr auto sections = std::to_array<HelpSection>({
     {"Names",
@@ -31,7 +31,7 @@ constexpr auto sections = std::to_array<HelpSection>({
                "{\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},
 });
 
-// The words of `text` after what `out` ends with, in lines that are indented by `indent`.
+// Appends `text` to the last line of `out`, wrapped and indented by `indent`.
 void appendWrapped(std::string& out, std::string_view text, std::size_t indent) {
     auto column = out.size() - (out.rfind('\n') + 1);
     bool startsLine = true;
@@ -61,7 +61,7 @@ void append(std::string& text, const Row& row) {
     appendWrapped(text, row.help, helpColumn);
 }
 
-// A title and those options that `isShown`; nothing when there are none.
+// Appends a title and the options that `isShown` selects; nothing when there are none.
 template <typename IsShown>
 void appendOptions(std::string& text, const std::string& title, IsShown isShown) {
     std::string list;

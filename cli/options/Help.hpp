@@ -1,4 +1,4 @@
-// What --help prints, and the parts of it that the man page says too.
+// What --help prints, and the parts of it that the man page shares.
 #pragma once
 
 #include "cli/options/Options.hpp"
@@ -14,7 +14,7 @@ constexpr std::string_view purpose =
 
 struct HelpSection {
     std::string_view title;
-    std::string_view text; // paragraphs, one a line
+    std::string_view text; // one paragraph per line
 };
 
 extern const std::span<const HelpSection> helpSections;
@@ -24,10 +24,10 @@ std::string spelled(const CommandRow& row);
 // "-o, --output FILE"
 std::string spelled(const OptionRow& row);
 
-// What a row does, from a capital letter to a full stop.
+// The help of a row as a sentence: with a capital letter and a full stop.
 std::string sentence(std::string_view help);
 
-// The overview, and all about one command, in lines of at most 80 characters.
+// The overview, and the help of one command, in lines of at most 80 characters.
 std::string helpText();
 std::string helpText(const CommandRow& command);
 

@@ -1,5 +1,5 @@
-// The one table of commands and the one table of options: what is read on the command line, what help, the man page and
-// the completions of shells say of it.
+// The tables of commands and options: the command line is read by them, and help, man page and shell completions are
+// made from them.
 #pragma once
 
 #include <span>
@@ -32,20 +32,20 @@ constexpr unsigned bit(Action action) {
 }
 
 enum class Operands {
-    names, // one or more, and every word after the first is one
+    names, // one or more; every word after the first name is a name
     one,
-    optional, // one or none
+    optional, // at most one
     none,
 };
 
-// What a shell offers for an operand or for the argument of an option.
+// What a shell completes for an operand or for the argument of an option.
 enum class Completes { files, folders, nothing };
 
 struct CommandRow {
     Action action;
     std::string_view word;
-    std::string_view secondWord; // empty: the command is one word
-    std::string_view operands;   // how help writes them
+    std::string_view secondWord; // empty for a command of one word
+    std::string_view operands;   // as help shows them
     Operands takes;
     std::string_view help;
     Completes completes = Completes::files;
@@ -55,30 +55,30 @@ struct CommandRow {
 
 struct OptionRow {
     const char* name;
-    char letter;          // 0: the option has a name only
-    const char* argument; // nullptr: the option takes none
-    unsigned commands;    // bits of the actions that it belongs to
+    char letter;          // 0 for none
+    const char* argument; // nullptr for none
+    unsigned commands;    // bits of the actions that accept it
     std::string_view help;
     void (*apply)(Request& request, const char* argument);
     Completes completes = Completes::files;
-    std::string_view choices = {}; // the only arguments that there are, with a space between them
+    std::string_view choices = {}; // all valid arguments, separated by spaces
 
     bool belongsTo(const CommandRow& command) const;
     bool belongsToAll() const;
 };
 
-// The first command is the one that need not be said.
+// The first command is the default.
 extern const std::span<const CommandRow> commandTable;
 extern const std::span<const OptionRow> optionTable;
 
 struct Requirement {
-    bool user = false;      // the preferred candidate is the user's own
-    bool supported = false; // code can be generated for the preferred candidate
-    bool single = false;    // there is one candidate
+    bool user = false;      // the preferred candidate is the user's
+    bool supported = false; // the preferred candidate is supported
+    bool single = false;    // there is exactly one candidate
 };
 
-// Adds what an argument of --require asks: one of its words, or several with "," between them.
-// Errors: std::runtime_error for any other word.
+// Adds the words of an argument of --require, which are separated by ",".
+// Errors: std::runtime_error for an unknown word.
 void addRequirements(Requirement& requirement, std::string_view words);
 
 } // namespace tessgen::cli

@@ -1,10 +1,10 @@
 #include "cli/output/Console.hpp"
 
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 #include "standalone/files/FileTree.hpp"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -28,7 +28,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// The error's number, or 0 when all was written. A descriptor that does not block is waited for.
+// Returns the number of the error, or 0 when everything was written. Waits while a non-blocking descriptor is full.
 int writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const auto written = write(descriptor, text.data(), text.size());
@@ -43,41 +43,40 @@ int writeAll(int descriptor, std::string_view text) {
     return 0;
 }
 
-bool isAbleTerminal(int descriptor) {
+bool isCapableTerminal(int descriptor) {
     const auto terminal = environment("TERM");
     return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
 }
 
-// A complaint in JSON that may be the last one is held until that is known; what is still to come is `}}`.
+// The last JSON error carries the exit code, so each is held back, without its closing braces, until the next one or
+// the end.
 struct {
     bool inJSON = false;
-    bool holds = false;
-    std::string held; // empty when its text was written already
-} complaints;         // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): of the process, as the stream is
+    bool isPending = false;
+    std::string pending; // empty when its text is written already
+} errors;                // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): one a process, like the stream
 
-void writeHeld(std::string_view key, std::string_view value) noexcept {
-    if (std::exchange(complaints.holds, false)) {
-        writeAll(STDERR_FILENO, complaints.held);
+// Writes the pending error with one more member of its object, if `key` is not empty.
+void writePending(std::string_view key, std::string_view value) noexcept {
+    if (std::exchange(errors.isPending, false)) {
+        writeAll(STDERR_FILENO, errors.pending);
         writeAll(STDERR_FILENO, key);
         writeAll(STDERR_FILENO, value);
         writeAll(STDERR_FILENO, "}}\n");
-        complaints.held.clear();
+        errors.pending.clear();
     }
 }
 
-std::string jsonText(std::string_view text) {
-    return escapedJSON(nlohmann::json(forJSON(text)).dump());
+// The object of an error without its closing braces.
+std::string openJSONError(std::string_view members, std::string_view message) {
+    return fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, printJSONString(message));
 }
 
-std::string beginInJSON(std::string_view members, std::string_view message) {
-    return fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, jsonText(message));
-}
-
-// `inJSON`: all but the last `}}`.
-void writeAtOnce(std::string_view inText, std::string_view inJSON) {
-    writeHeld("", "");
+// `openObject`: from `openJSONError`; used when errors are JSON.
+void writeNow(std::string_view text, std::string_view openObject) {
+    writePending("", "");
     writeAll(STDERR_FILENO,
-             complaints.inJSON ? fmt::format("{}}}}}\n", inJSON) : fmt::format("kelwhich: {}\n", escaped(inText)));
+             errors.inJSON ? fmt::format("{}}}}}\n", openObject) : fmt::format("kelwhich: {}\n", escaped(text)));
 }
 
 } // namespace
@@ -89,7 +88,7 @@ void prepareStreams() {
     }
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) < 0) {
-            // Takes the free number, for what is not done with it: that fails, as it should.
+            // Occupy the closed descriptor in the wrong mode so that using it fails.
             open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
@@ -102,27 +101,27 @@ void writeOut(std::string_view text) {
 }
 
 void reportError(std::string_view message) {
-    if (complaints.inJSON) {
-        auto text = beginInJSON("", message);
-        writeHeld("", "");
-        complaints.held = std::move(text);
-        complaints.holds = true;
+    if (errors.inJSON) {
+        auto text = openJSONError("", message);
+        writePending("", "");
+        errors.pending = std::move(text);
+        errors.isPending = true;
     } else {
-        writeAtOnce(message, "");
+        writeNow(message, "");
     }
 }
 
-void reportErrorOf(std::string_view query, std::string_view message) {
-    if (complaints.inJSON) {
-        writeAtOnce("", beginInJSON(fmt::format(R"("query":{},)", jsonText(query)), message));
+void reportErrorAbout(std::string_view query, std::string_view message) {
+    if (errors.inJSON) {
+        writeNow("", openJSONError(fmt::format(R"("query":{},)", printJSONString(query)), message));
     } else {
-        writeAtOnce(fmt::format("{}: {}", shownName(query), message), "");
+        writeNow(fmt::format("{}: {}", shownName(query), message), "");
     }
 }
 
-void reportErrorOfLine(std::string_view place, std::string_view message) {
+void reportErrorInLine(std::string_view place, std::string_view message) {
     const auto text = fmt::format("{} {}", place, message);
-    writeAtOnce(text, complaints.inJSON ? beginInJSON("", text) : "");
+    writeNow(text, errors.inJSON ? openJSONError("", text) : "");
 }
 
 std::string shownName(std::string_view name) {
@@ -131,11 +130,11 @@ std::string shownName(std::string_view name) {
 }
 
 void reportErrorsInJSON() {
-    complaints.inJSON = true;
+    errors.inJSON = true;
 }
 
 bool reportsErrorsInJSON() {
-    return complaints.inJSON;
+    return errors.inJSON;
 }
 
 void reportFailure() noexcept {
@@ -149,11 +148,11 @@ void reportFailure() noexcept {
         } catch (...) {
             reportError("stopped by something unknown");
         }
-    } catch (...) { // memory is out: nothing is made from here on
-        if (complaints.inJSON) {
-            writeHeld("", "");
+    } catch (...) { // out of memory: allocate nothing from here on
+        if (errors.inJSON) {
+            writePending("", "");
             writeAll(STDERR_FILENO, R"({"schema":"kelwhich/1","error":{"message":"out of memory")");
-            complaints.holds = true;
+            errors.isPending = true;
         } else {
             writeAll(STDERR_FILENO, "kelwhich: out of memory\n");
         }
@@ -162,7 +161,7 @@ void reportFailure() noexcept {
 
 void flushErrors(int exitCode) noexcept {
     const char digit = static_cast<char>('0' + exitCode);
-    writeHeld(R"(,"exit":)", {&digit, 1});
+    writePending(R"(,"exit":)", {&digit, 1});
 }
 
 bool outputIsTerminal() {
@@ -177,11 +176,11 @@ void showStatus(std::string_view text) {
 }
 
 bool statusCanBeShown() {
-    return isAbleTerminal(STDERR_FILENO);
+    return isCapableTerminal(STDERR_FILENO);
 }
 
 bool outputIsColoured() {
-    return isAbleTerminal(STDOUT_FILENO) && environment("NO_COLOR").empty();
+    return isCapableTerminal(STDOUT_FILENO) && environment("NO_COLOR").empty();
 }
 
 std::string environment(const char* name) {

@@ -19,9 +19,9 @@ struct Range {
     std::uint32_t last;
 };
 
-// Control characters, every space but the plain one, line and paragraph separators, marks of direction, and what
-// Unicode calls default-ignorable: fillers, joiners, selectors, tags. In ascending order.
-constexpr std::array unseen{
+// Control characters, every space but the plain one, line and paragraph separators, directional marks, and Unicode's
+// default-ignorable characters (fillers, joiners, selectors, tags). In ascending order.
+constexpr std::array invisible{
     Range{0x0000, 0x001F}, Range{0x007F, 0x00A0},   Range{0x00AD, 0x00AD},   Range{0x034F, 0x034F},
     Range{0x061C, 0x061C}, Range{0x115F, 0x1160},   Range{0x1680, 0x1680},   Range{0x17B4, 0x17B5},
     Range{0x180B, 0x180F}, Range{0x2000, 0x200F},   Range{0x2028, 0x202F},   Range{0x205F, 0x206F},
@@ -30,13 +30,13 @@ constexpr std::array unseen{
     Range{0xFFFE, 0xFFFF}, Range{0x1BCA0, 0x1BCA3}, Range{0x1D173, 0x1D17A}, Range{0xE0000, 0xE0FFF},
 };
 
-bool isUnseen(std::uint32_t character) {
-    const auto* const range =
-        std::lower_bound(unseen.begin(), unseen.end(), character, [](Range r, std::uint32_t c) { return r.last < c; });
-    return range != unseen.end() && range->first <= character;
+bool isInvisible(std::uint32_t character) {
+    const auto* const range = std::lower_bound(invisible.begin(), invisible.end(), character,
+                                               [](Range r, std::uint32_t c) { return r.last < c; });
+    return range != invisible.end() && range->first <= character;
 }
 
-// $'...', where a backslash begins the code of a byte.
+// $'...', in which \xNN is a byte.
 std::string quotedWithCodes(std::string_view text) {
     std::string word = "$'";
     for (const char c : text) {
@@ -55,7 +55,7 @@ std::string quotedWithCodes(std::string_view text) {
 
 std::string escaped(std::string_view text) {
     const auto isPlain = [](char c) { return c > ' ' && c <= '~' && c != '\\'; };
-    if (std::all_of(text.begin(), text.end(), isPlain)) { // as nearly every name and path is
+    if (std::all_of(text.begin(), text.end(), isPlain)) { // like nearly every name and path
         return std::string(text);
     }
     std::string out;
@@ -70,7 +70,7 @@ std::string escaped(std::string_view text) {
             const bool outerSpace = character == U' ' && (begin == text.data() || at == end);
             if (character == U'\\') {
                 out.append("\\\\");
-            } else if (outerSpace || isUnseen(character)) {
+            } else if (outerSpace || isInvisible(character)) {
                 fmt::format_to(to, "\\u{{{:X}}}", character);
             } else {
                 out.append(begin, at);
@@ -94,7 +94,7 @@ std::string escapedJSON(std::string_view json) {
     for (const auto* at = json.data(); at != end;) {
         const auto* const begin = at;
         const auto character = utf8::unchecked::next(at);
-        if (character < U' ' || !isUnseen(character)) { // below the space there are only the document's own line ends
+        if (character < U' ' || !isInvisible(character)) { // JSON has control characters only as its own line ends
             out.append(begin, at);
             continue;
         }
@@ -123,7 +123,7 @@ std::string shellWord(std::string_view text) {
     return escaped(word) == word ? word : quotedWithCodes(text);
 }
 
-std::u16string nameIn(std::string_view word) {
+std::u16string parseName(std::string_view word) {
     if (word.empty()) {
         throw std::runtime_error("refused, a name cannot be empty");
     }

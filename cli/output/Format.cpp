@@ -1,5 +1,5 @@
-// The parts of fmt that are no templates, compiled once: Debian has no static library of it, and header-only they would
-// be compiled in every source that formats a text.
+// The parts of fmt that are not templates, compiled once. Debian has no static library of fmt, and header-only mode
+// would compile them in every source that formats text.
 #include <fmt/format-inl.h>
 
 #include <locale>
@@ -7,7 +7,7 @@
 FMT_BEGIN_NAMESPACE
 namespace detail {
 
-// What the headers declare as instantiated elsewhere.
+// Declared by the headers as instantiated elsewhere.
 template FMT_API auto dragonbox::to_decimal(double x) noexcept -> dragonbox::decimal_fp<double>;
 template FMT_API locale_ref::locale_ref(const std::locale& loc);
 template FMT_API auto locale_ref::get<std::locale>() const -> std::locale;

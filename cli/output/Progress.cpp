@@ -13,8 +13,8 @@ namespace tessgen::cli {
 
 namespace {
 
-// "[##########              ] 42 %, 0:07 left". `part` is more than 0.
-std::string barText(double part, double seconds) {
+// "[##########              ] 42 %, 0:07 left". `part` is above 0.
+std::string progressBar(double part, double seconds) {
     constexpr std::size_t barWidth = 24;
     const auto left = std::lround(seconds * (1 - part) / part);
     const auto width = static_cast<std::size_t>(part * barWidth);
@@ -24,12 +24,12 @@ std::string barText(double part, double seconds) {
 
 } // namespace
 
-Progress::Progress(std::string_view things, std::optional<std::uint64_t> size)
-    : things_(things), size_(size), possible_(statusCanBeShown()), begin_(Clock::now()),
+Progress::Progress(std::string_view unit, std::optional<std::uint64_t> size)
+    : unit_(unit), size_(size), isTerminal_(statusCanBeShown()), begin_(Clock::now()),
       next_(begin_ + std::chrono::milliseconds(500)) {}
 
 void Progress::show(std::uint64_t count, std::uint64_t bytes) {
-    if (!possible_) {
+    if (!isTerminal_) {
         return;
     }
     const auto now = Clock::now();
@@ -37,11 +37,11 @@ void Progress::show(std::uint64_t count, std::uint64_t bytes) {
         return;
     }
     const double seconds = std::chrono::duration<double>(now - begin_).count();
-    auto text = fmt::format("{} {}, {} MB, {:.0f} {}/s", count, things_, bytes / 1'000'000,
-                            static_cast<double>(count) / seconds, things_);
+    auto text = fmt::format("{} {}, {} MB, {:.0f} {}/s", count, unit_, bytes / 1'000'000,
+                            static_cast<double>(count) / seconds, unit_);
     if (size_ && *size_ > 0 && bytes > 0) {
         const double part = static_cast<double>(bytes) / static_cast<double>(*size_);
-        text += "  " + barText(std::min(part, 1.0), seconds); // a file may grow while it is read
+        text += "  " + progressBar(std::min(part, 1.0), seconds); // a file may grow while it is read
     }
     showStatus(text);
     shown_ = true;

@@ -1,4 +1,4 @@
-// How far a long command has come: one line on the terminal, rewritten, and gone at the end.
+// Progress of a long command: one line on the terminal, rewritten in place and removed at the end.
 #pragma once
 
 #include <chrono>
@@ -8,26 +8,27 @@
 
 namespace tessgen::cli {
 
-// Shows nothing in the first half second, and nothing at all when standard error is no terminal.
+// Shows nothing in the first half second, and nothing at all when standard error is not a terminal.
 class Progress {
 public:
-    // `things` are counted; they are in an input of `size` bytes, from which the remaining time is told if it is known.
-    explicit Progress(std::string_view things, std::optional<std::uint64_t> size = std::nullopt);
+    // `unit` names what is counted, such as "records". `size` is the size of the input in bytes; without it the
+    // remaining time is not shown.
+    explicit Progress(std::string_view unit, std::optional<std::uint64_t> size = std::nullopt);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress() { clear(); }
 
-    // So many are done, and so many bytes of the input with them. May be called often.
+    // `count` are done, `bytes` of the input are read. Cheap enough to call often.
     void show(std::uint64_t count, std::uint64_t bytes);
-    // Takes the line away, for something else to be written.
+    // Removes the line, so that something else can be written.
     void clear();
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    std::string_view things_;
+    std::string_view unit_;
     std::optional<std::uint64_t> size_;
-    bool possible_;
+    bool isTerminal_;
     bool shown_ = false;
     Clock::time_point begin_;
     Clock::time_point next_;

@@ -2,6 +2,7 @@
 
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -19,7 +20,25 @@ namespace tessgen::cli {
 
 namespace {
 
-// By bits: user, supported, indirect.
+struct Kind {
+    std::string_view name;
+    std::string_view words;
+};
+
+// In the order of WhichResultType.
+constexpr std::array kinds{
+    Kind{"KELPath", "KEL path file"},
+    Kind{"KELBuiltin", "KEL built-in"},
+    Kind{"ORVAKPath", "host file"},
+    Kind{"ORVAKBuiltin", "host built-in"},
+    Kind{"ORVAKBuiltinMethod", "host built-in method"},
+};
+
+const Kind& kindOf(kelwhich::WhichResultType type) {
+    return kinds.at(static_cast<std::size_t>(type));
+}
+
+// Indexed by bits: 1 user, 2 supported, 4 indirect.
 constexpr std::array<std::string_view, 8> verdicts{
     "",         "user",           "supported",           "user, supported",
     "indirect", "user, indirect", "supported, indirect", "user, supported, indirect",
@@ -30,7 +49,7 @@ std::string_view verdictsOf(const Answer::Candidate& candidate) {
                        + (candidate.isIndirect ? 4U : 0U));
 }
 
-std::string nearWords(const std::vector<std::string>& names) {
+std::string suggestionWords(const std::vector<std::string>& names) {
     std::string words;
     for (const auto& name : names) {
         words.append(words.empty() ? "; did you mean " : &name == &names.back() ? " or " : ", ").append(escaped(name));
@@ -42,11 +61,15 @@ std::string& appendPadded(std::string& text, std::string_view words, std::size_t
     return text.append(words).append(width - words.size(), ' ');
 }
 
-// Without a formatting library, which takes more than finding the candidates where many names are asked.
+// Hot with --from: formatting by fmt would take longer than finding the candidates.
 void append(std::string& text, const Answer& answer, const Style& style) {
     text.append(style.name).append(escaped(answer.query)).append(style.end).append("\n");
     if (answer.candidates.empty()) {
-        text.append("  ").append(style.aside).append("no candidate").append(nearWords(answer.near)).append(style.end);
+        text.append("  ")
+            .append(style.aside)
+            .append("no candidate")
+            .append(suggestionWords(answer.suggestions))
+            .append(style.end);
         text.append("\n");
     }
     std::size_t widestVerdicts = 0;
@@ -85,7 +108,7 @@ std::string asText(const std::vector<Answer>& answers, bool coloured) {
     std::string text;
     for (const auto& answer : answers) {
         text += text.empty() ? "" : "\n";
-        append(text, answer, styleOf(coloured));
+        append(text, answer, outputStyle(coloured));
     }
     return text;
 }
@@ -94,7 +117,7 @@ std::string asText(const Answer& answer, bool coloured) {
     constexpr std::size_t usualSize = 256;
     std::string text;
     text.reserve(usualSize);
-    append(text, answer, styleOf(coloured));
+    append(text, answer, outputStyle(coloured));
     return text;
 }
 
@@ -104,19 +127,19 @@ std::string asJSON(const std::vector<Answer>& answers) {
         list.push_back({{"query", answer.query}, {"candidates", candidatesOf(answer)}});
     }
     const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"answers", std::move(list)}};
-    return escapedJSON(document.dump(2)) + '\n';
+    return printJSONDocument(document);
 }
 
 std::string asJSONLine(const Answer& answer) {
     const nlohmann::ordered_json line{
         {"schema", "kelwhich/1"}, {"query", answer.query}, {"candidates", candidatesOf(answer)}};
-    return escapedJSON(line.dump()) + '\n';
+    return printJSON(line) + '\n';
 }
 
 std::string asJSONLine(std::string_view query, std::string_view error) {
     const nlohmann::ordered_json line{
         {"schema", "kelwhich/1"}, {"query", forJSON(query)}, {"error", {{"message", forJSON(error)}}}};
-    return escapedJSON(line.dump()) + '\n';
+    return printJSON(line) + '\n';
 }
 
 std::string asPaths(const Answer& answer) {
@@ -129,28 +152,6 @@ std::string asPaths(const Answer& answer) {
     }
     return paths;
 }
-
-namespace {
-
-struct Kind {
-    std::string_view name;
-    std::string_view words;
-};
-
-// In the order of the types' values.
-constexpr std::array kinds{
-    Kind{"KELPath", "KEL path file"},
-    Kind{"KELBuiltin", "KEL built-in"},
-    Kind{"ORVAKPath", "host file"},
-    Kind{"ORVAKBuiltin", "host built-in"},
-    Kind{"ORVAKBuiltinMethod", "host built-in method"},
-};
-
-const Kind& kindOf(kelwhich::WhichResultType type) {
-    return kinds.at(static_cast<std::size_t>(type));
-}
-
-} // namespace
 
 std::string_view kindName(kelwhich::WhichResultType type) {
     return kindOf(type).name;

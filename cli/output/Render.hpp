@@ -1,4 +1,4 @@
-// How answers look: as text for people, as JSON for programs.
+// Renders answers: as text for people, as JSON for programs.
 #pragma once
 
 #include "tessgen/kelwhich/WhichResult.hpp"
@@ -15,7 +15,7 @@ struct Answer {
     struct Candidate {
         std::string path; // UTF-8
         kelwhich::WhichResultType type;
-        // Verdicts under the name in whose list it stands: of a redirect's target, under that.
+        // Verdicts for the name that the candidate is listed under: for a redirect, its target.
         bool isUser;
         bool isSupported;
         bool isIndirect;
@@ -23,30 +23,30 @@ struct Answer {
 
     std::string query; // UTF-8
     std::vector<Candidate> candidates;
-    std::vector<std::string> near; // names that may be meant when there is no candidate; shown in text only
+    std::vector<std::string> suggestions; // similar names, when there is no candidate; text only
 };
 
-// Name by name: the name, then a line for each candidate with its rank, its kind in words, its verdicts and its path,
-// all escaped. Answers are separated by an empty line.
+// For each name: the name, then one line per candidate with its rank, kind in words, verdicts and path, all escaped. An
+// empty line separates answers.
 std::string asText(const std::vector<Answer>& answers, bool coloured);
 std::string asText(const Answer& answer, bool coloured);
 
-// One document, {"schema":"kelwhich/1","answers":[...]}, indented by two; characters that can be seen are not escaped.
+// One document, {"schema":"kelwhich/1","answers":[...]}.
 std::string asJSON(const std::vector<Answer>& answers);
 
-// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}, or with "error":{"message":...} instead of the
+// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}; or with "error":{"message":...} in place of the
 // candidates. A query that is not UTF-8 is escaped as in text.
 std::string asJSONLine(const Answer& answer);
 std::string asJSONLine(std::string_view query, std::string_view error);
 
-// The paths of those candidates that are files, as they are, each ended by a NUL.
+// The paths of the candidates that are files, unescaped and NUL-terminated.
 std::string asPaths(const Answer& answer);
 
-// The name of a kind, as in the library; nothing when there is no such kind.
+// The name of a kind, as in the library; no value for an unknown name.
 std::string_view kindName(kelwhich::WhichResultType type);
 std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name);
 
-// What people call the kind.
+// The kind in words for people.
 std::string_view kindWords(kelwhich::WhichResultType type);
 inline constexpr std::size_t widestKindWords = std::string_view("host built-in method").size();
 

@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// What `offer` is set to: an argument of compgen for files and folders, or the words themselves.
+// The value of `offer`: compgen's option for files or folders, or the words themselves.
 std::string offer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return quoted(choices);
@@ -46,18 +46,18 @@ std::string caseOf(const CommandRow& row) {
 std::string bashCompletion() {
     std::string text = R"(# bash completion for kelwhich
 _kelwhich() {
-    local word=${COMP_WORDS[COMP_CWORD]} said=() ended= argument= offer= options= count i
+    local word=${COMP_WORDS[COMP_CWORD]} seen=() ended= argument= offer= options= count i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; i++)); do
         if [[ $argument ]]; then
             [[ ${COMP_WORDS[i]} == = ]] || argument= offer=
         elif [[ $ended ]]; then
-            said+=("${COMP_WORDS[i]}")
+            seen+=("${COMP_WORDS[i]}")
         else
             case ${COMP_WORDS[i]} in
             --)
                 ended=1
-                [[ ${said[0]-} ]] || said=(which) # only names follow
+                [[ ${seen[0]-} ]] || seen=(which) # only names follow
                 ;;
 )";
     for (const auto& row : optionTable) {
@@ -67,13 +67,13 @@ _kelwhich() {
         }
     }
     text += R"(            -*) ;;
-            *) said+=("${COMP_WORDS[i]}") ;;
+            *) seen+=("${COMP_WORDS[i]}") ;;
             esac
         fi
     done
-    count=${#said[@]}
+    count=${#seen[@]}
     if [[ ! $argument ]]; then
-        case "${said[0]-} ${said[1]-}" in
+        case "${seen[0]-} ${seen[1]-}" in
         ' ')
 )";
     text += fmt::format("            offer={}\n            options={}\n            ;;\n",

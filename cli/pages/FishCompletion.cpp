@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// Between apostrophes fish takes a backslash for more than itself.
+// In single quotes, where fish still interprets backslashes.
 std::string inFish(std::string_view text) {
     std::string out = "'";
     for (const char c : text) {
@@ -16,12 +16,12 @@ std::string inFish(std::string_view text) {
     return out + "'";
 }
 
-// The condition that a command was said; `count` words that are no option, or any number when it is 0.
-std::string isSaid(const CommandRow& row, int count) {
+// The condition that the command line has this command, and `count` operands unless it is 0.
+std::string whenCommand(const CommandRow& row, int count) {
     const auto pattern = row.takes == Operands::names ? fmt::format("{} ", row.word)
                          : row.secondWord.empty()     ? fmt::format("{} *", row.word)
                                                       : row.words();
-    return fmt::format("__kelwhich_said {}{}", quoted(pattern), count == 0 ? "" : fmt::format(" {}", count));
+    return fmt::format("__kelwhich_seen {}{}", quoted(pattern), count == 0 ? "" : fmt::format(" {}", count));
 }
 
 std::string offer(Completes completes, std::string_view choices = {}) {
@@ -38,9 +38,9 @@ std::string complete(const std::string& condition, const std::string& rest) {
 }
 
 std::string optionOf(const OptionRow& row) {
-    std::string condition = row.belongsTo(commandTable.front()) ? "__kelwhich_said ' '" : "";
+    std::string condition = row.belongsTo(commandTable.front()) ? "__kelwhich_seen ' '" : "";
     for (const auto& command : commandTable) {
-        condition += row.belongsTo(command) ? (condition.empty() ? "" : "; or ") + isSaid(command, 0) : "";
+        condition += row.belongsTo(command) ? (condition.empty() ? "" : "; or ") + whenCommand(command, 0) : "";
     }
     return complete(condition,
                     fmt::format("{} -l {}{} -d {}", row.letter == 0 ? "" : fmt::format(" -s {}", row.letter), row.name,
@@ -51,8 +51,8 @@ std::string optionOf(const OptionRow& row) {
 
 std::string fishCompletion() {
     auto text = fmt::format(R"(# fish completion for kelwhich
-function __kelwhich_said -a pattern count
-    set -l said
+function __kelwhich_seen -a pattern count
+    set -l seen
     set -l argument
     for word in (commandline -opc)[2..-1]
         if test -n "$argument"
@@ -61,30 +61,30 @@ function __kelwhich_said -a pattern count
         end
         switch $word
             case --
-                test -n "$said"; or set said which # only names follow
+                test -n "$seen"; or set seen which # only names follow
                 break
             case {}
                 set argument 1
             case '-*'
             case '*'
-                set -a said $word
+                set -a seen $word
         end
     end
-    string match -q -- $pattern "$said[1] $said[2]"; and test -z "$count" -o "$count" = (count $said)
+    string match -q -- $pattern "$seen[1] $seen[2]"; and test -z "$count" -o "$count" = (count $seen)
 end
 complete -c kelwhich -f
 )",
                             spellingsWithArgument(" "));
     for (const auto* const row : firstWords()) {
-        text += complete("__kelwhich_said ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
+        text += complete("__kelwhich_seen ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
         for (const auto* const below : commandsBelow(*row)) {
-            text += complete(fmt::format("__kelwhich_said '{} '", row->word),
+            text += complete(fmt::format("__kelwhich_seen '{} '", row->word),
                              fmt::format(" -a {} -d {}", below->secondWord, inFish(below->help)));
         }
     }
     for (const auto& row : commandTable) {
         if (takesFile(row) && row.completes != Completes::nothing) {
-            text += complete(isSaid(row, wordCount(row)),
+            text += complete(whenCommand(row, wordCount(row)),
                              row.completes == Completes::files ? " -F" : " -a '(__fish_complete_directories)'");
         }
     }

@@ -11,7 +11,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// A line of text as roff takes it; "-" stays a hyphen-minus, which can be copied.
+// A line of text escaped for roff. "-" stays a hyphen-minus, so that it can be copied.
 std::string roff(std::string_view text) {
     std::string out(text.starts_with('.') || text.starts_with('\'') ? "\\&" : "");
     for (const char c : text) {

@@ -1,5 +1,5 @@
-// What is installed beside the program, made from the tables of commands and options: the man page, and what the
-// shells need to complete a command line. Each is the text of one file.
+// The man page and the shell completions, generated from the tables of commands and options. Each function returns the
+// text of one file.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// What the completions of all shells share. They follow the words that are no option as the program does: the first
-// one, or the first two, may be a command, and after the first name every word is a name.
+// What the completions of all shells share. They read operands as the program does: the first one or two words may be a
+// command, and after the first name every word is a name.
 #pragma once
 
 #include "cli/options/Options.hpp"
@@ -10,19 +10,19 @@
 
 namespace tessgen::cli {
 
-// The text between apostrophes, as sh, bash and zsh read it.
+// `text` in single quotes, for sh, bash and zsh.
 std::string quoted(std::string_view text);
 
-// The commands, of those with the same first word one.
+// The commands, one for each first word.
 std::vector<const CommandRow*> firstWords();
 
-// The commands of two words that begin with that word; empty when it is a command itself.
+// The commands of two words with this first word; empty when it is a command by itself.
 std::vector<const CommandRow*> commandsBelow(const CommandRow& first);
 
-// What is said of a first word: what the command does, or which second words there are.
+// The help of a first word: what the command does, or the list of second words.
 std::string helpOfFirstWord(const CommandRow& first);
 
-// How many words the command has.
+// The number of words of the command.
 inline int wordCount(const CommandRow& row) {
     return row.secondWord.empty() ? 1 : 2;
 }
@@ -31,10 +31,10 @@ inline bool takesFile(const CommandRow& row) {
     return row.takes == Operands::one || row.takes == Operands::optional;
 }
 
-// The option's letter, if it has one, `between` and its name, as they are typed.
+// How the option is typed: its letter, if it has one, `between`, and its name.
 std::string spellings(const OptionRow& row, std::string_view between);
 
-// The spellings of every option that takes an argument, one option after the other.
+// The spellings of all options that take an argument.
 std::string spellingsWithArgument(std::string_view between);
 
 } // namespace tessgen::cli

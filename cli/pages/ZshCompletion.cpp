@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// In what zsh is to describe, ":", "[" and "]" end something.
+// Escapes ":", "[" and "]", which are syntax in zsh's descriptions.
 std::string described(std::string_view text) {
     std::string out;
     for (const char c : text) {
@@ -54,7 +54,7 @@ std::string caseOf(const CommandRow& row) {
     return fmt::format("    {})\n        _arguments -s -S {}{}\n        ;;\n", pattern, operands, specsOf(row));
 }
 
-// A function that describes words.
+// A zsh function that describes `words`.
 std::string function(std::string_view name, const std::string& words) {
     return fmt::format("{0}() {{\n    local -a commands=({1}\n    )\n    _describe -t commands command commands\n}}\n",
                        name, words);
@@ -79,7 +79,7 @@ std::string zshCompletion() {
     }
     text += function("_kelwhich_commands", first);
     text += fmt::format(R"(_kelwhich() {{
-    local -a said
+    local -a seen
     local argument i
     for ((i = 2; i < CURRENT; i++)); do
         if [[ -n $argument ]]; then
@@ -88,15 +88,15 @@ std::string zshCompletion() {
         fi
         case $words[i] in
         --)
-            (( $#said )) || said=(which) # only names follow
+            (( $#seen )) || seen=(which) # only names follow
             break
             ;;
         {}) argument=1 ;;
         -*) ;;
-        *) said+=($words[i]) ;;
+        *) seen+=($words[i]) ;;
         esac
     done
-    case "$said[1] $said[2]" in
+    case "$seen[1] $seen[2]" in
     ' ')
         _arguments -s -S '1: :_kelwhich_commands'{}
         ;;

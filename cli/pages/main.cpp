@@ -1,4 +1,4 @@
-// Writes what is installed beside the program into the folder that is named.
+// Writes the man page and the shell completions into a folder.
 #include "cli/pages/Pages.hpp"
 
 #include <cstdio>

@@ -12,11 +12,11 @@ namespace tessgen::cli {
 
 namespace {
 
-// The answer of `ask`, or its error, after the recording has it.
-template <typename AskIt>
-auto recordedAnswer(Recording& recording, const Question& question, AskIt ask) {
+// Returns or throws what `call` does, after adding it to the recording.
+template <typename Call>
+auto recordedAnswer(Recording& recording, const Question& question, Call call) {
     try {
-        auto answer = ask();
+        auto answer = call();
         recording.add(question, answer);
         return answer;
     } catch (const std::exception& error) {
@@ -32,9 +32,9 @@ public:
         : inner_(std::move(inner)), recording_(std::move(recording)) {}
 
 protected:
-    template <typename AskIt>
-    auto answer(QueryKind what, const std::u16string& of, AskIt ask) const {
-        return recordedAnswer(*recording_, {what, of}, [&] { return ask(*inner_); });
+    template <typename Call>
+    auto record(QueryKind kind, const std::u16string& argument, Call call) const {
+        return recordedAnswer(*recording_, {kind, argument}, [&] { return call(*inner_); });
     }
 
 private:
@@ -47,7 +47,7 @@ public:
     using Recorded::Recorded;
 
     std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
-        return answer(QueryKind::which, name, [&](auto& inner) { return inner.which(name); });
+        return record(QueryKind::which, name, [&](auto& inner) { return inner.which(name); });
     }
 };
 
@@ -56,10 +56,10 @@ public:
     using Recorded::Recorded;
 
     std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
-        return answer(QueryKind::findByPath, path, [&](auto& inner) { return inner.findByPath(path); });
+        return record(QueryKind::findByPath, path, [&](auto& inner) { return inner.findByPath(path); });
     }
     std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
-        return answer(QueryKind::findBySymbol, symbol, [&](auto& inner) { return inner.findBySymbol(symbol); });
+        return record(QueryKind::findBySymbol, symbol, [&](auto& inner) { return inner.findBySymbol(symbol); });
     }
 };
 
@@ -68,16 +68,16 @@ public:
     using Recorded::Recorded;
 
     bool exists(const std::u16string& path) const override {
-        return answer(QueryKind::exists, path, [&](auto& inner) { return inner.exists(path); });
+        return record(QueryKind::exists, path, [&](auto& inner) { return inner.exists(path); });
     }
     std::u16string orvakroot() const override {
-        return answer(QueryKind::orvakroot, {}, [](auto& inner) { return inner.orvakroot(); });
+        return record(QueryKind::orvakroot, {}, [](auto& inner) { return inner.orvakroot(); });
     }
     std::optional<std::u16string> spkgroot() const override {
-        return answer(QueryKind::spkgroot, {}, [](auto& inner) { return inner.spkgroot(); });
+        return record(QueryKind::spkgroot, {}, [](auto& inner) { return inner.spkgroot(); });
     }
     bool isOnKELPath(const std::u16string& path) const override {
-        return answer(QueryKind::isOnKELPath, path, [&](auto& inner) { return inner.isOnKELPath(path); });
+        return record(QueryKind::isOnKELPath, path, [&](auto& inner) { return inner.isOnKELPath(path); });
     }
 };
 

@@ -1,6 +1,6 @@
-// What the collaborators of a resolver were asked and what they answered, kept as a file.
+// Records every question to the collaborators of a resolver, with its answer, into a file.
 //
-// Threads: collaborators that are recorded allow what they allowed before; `write` after all questions.
+// Threads: recorded collaborators are as thread-safe as the original ones; call `write` after the last question.
 #pragma once
 
 #include "cli/recording/RecordingFormat.hpp"
@@ -26,28 +26,29 @@ struct Collaborators {
 
 class Recording {
 public:
-    // What `write` writes; of the open session as well.
+    // `file` is what `write` replaces.
     // Errors: those of AtomicFile.
     explicit Recording(const std::string& file);
 
     void add(const Question& question, const RecordedAnswer& answer);
 
-    // Errors: those of AtomicFile; there is no half of a recording.
+    // Writes the head, from the open session, and all answers: the whole file or nothing.
+    // Errors: those of AtomicFile.
     void write();
 
 private:
     struct Answers {
         std::vector<std::string> lines;
-        std::size_t repeats = 0; // of the last line, which are written only when another answer follows them
+        std::size_t repeats = 0; // of the last line; written only when a different answer follows
     };
 
     standalone::AtomicFile file_;
     std::map<Question, Answers> answers_;
-    std::vector<const Answers*> inOrder_; // of the first asking
+    std::vector<const Answers*> inOrder_; // by first question
     std::mutex lock_;
 };
 
-// The same collaborators, every question of theirs and its answer or error added to the recording.
+// Wraps `collaborators` so that every question and its answer or error is added to the recording.
 Collaborators recorded(Collaborators collaborators, const std::shared_ptr<Recording>& recording);
 
 } // namespace tessgen::cli

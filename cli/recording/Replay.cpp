@@ -1,7 +1,6 @@
 #include "cli/recording/Replay.hpp"
 
 #include "cli/recording/Recording.hpp"
-
 #include "standalone/files/LineReader.hpp"
 #include "standalone/json/JsonInput.hpp"
 
@@ -23,8 +22,8 @@ public:
 
 protected:
     template <typename Answer>
-    Answer answer(QueryKind what, const std::u16string& of = {}) const {
-        const auto& found = replay_->answerTo({what, of});
+    Answer answer(QueryKind kind, const std::u16string& argument = {}) const {
+        const auto& found = replay_->answerTo({kind, argument});
         if (const auto* const error = std::get_if<RecordedError>(&found)) {
             throw std::runtime_error(error->message);
         }
@@ -88,7 +87,7 @@ const RecordedAnswer& Replay::answerTo(const Question& question) const {
     if (found == answers_.end()) {
         throw std::runtime_error(fmt::format("{}: holds no answer to {}; a recording answers the names that it was "
                                              "made with",
-                                             file_, spelled(question)));
+                                             file_, questionText(question)));
     }
     const auto& [list, next] = found->second;
     const std::lock_guard guard(lock_);

@@ -1,6 +1,6 @@
-// A recording, read again: it answers what the resolver asks, so that no installation is needed.
+// A recording that is read back: it answers the resolver's questions, so that no installation is needed.
 //
-// Threads: any; where one question has several answers, threads share their order.
+// Threads: any; the answers of one question are handed out in order across all threads.
 #pragma once
 
 #include "cli/recording/RecordingFormat.hpp"
@@ -18,13 +18,13 @@ struct Collaborators;
 
 class Replay {
 public:
-    // Errors: std::runtime_error, one line that names the file, the line and the key.
+    // Errors: std::runtime_error, one line with the file, the line number and the key.
     explicit Replay(const std::string& file);
 
     const RecordingHead& head() const { return head_; }
 
-    // The answers of a question in their order, then the last one again and again.
-    // Errors: std::runtime_error: one that is no question of the recording.
+    // The next answer to the question; the last answer repeats for ever.
+    // Errors: std::runtime_error when the recording does not hold the question.
     const RecordedAnswer& answerTo(const Question& question) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     mutable std::mutex lock_;
 };
 
-// Collaborators that answer, and fail, as the recording says.
+// Collaborators that answer and fail as recorded.
 Collaborators replayed(const std::shared_ptr<const Replay>& replay);
 
 } // namespace tessgen::cli

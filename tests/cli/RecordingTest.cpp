@@ -17,36 +17,36 @@
 namespace tessgen::test {
 namespace {
 
-// What a collaborator says, as one text: the line that a recording would have, or what it threw.
-template <typename AskIt>
-std::string said(const cli::Question& question, AskIt ask) {
+// The line that a recording would have for the call's answer, or the message that it throws.
+template <typename Call>
+std::string answerText(const cli::Question& question, Call call) {
     try {
-        return cli::answerLine(question, ask());
+        return cli::answerLine(question, call());
     } catch (const std::exception& error) {
         return error.what();
     }
 }
 
-std::vector<std::string> saidToEachQuestion(const cli::Collaborators& of, const std::u16string& text) {
+std::vector<std::string> answersToEachQuestion(const cli::Collaborators& collaborators, const std::u16string& text) {
     using cli::QueryKind;
-    return {said({QueryKind::which, text}, [&] { return of.which->which(text); }),
-            said({QueryKind::findByPath, text}, [&] { return of.metadata->findByPath(text); }),
-            said({QueryKind::findBySymbol, text}, [&] { return of.metadata->findBySymbol(text); }),
-            said({QueryKind::exists, text}, [&] { return of.fileSystem->exists(text); }),
-            said({QueryKind::orvakroot, {}}, [&] { return of.fileSystem->orvakroot(); }),
-            said({QueryKind::spkgroot, {}}, [&] { return of.fileSystem->spkgroot(); }),
-            said({QueryKind::isOnKELPath, text}, [&] { return of.fileSystem->isOnKELPath(text); })};
+    return {answerText({QueryKind::which, text}, [&] { return collaborators.which->which(text); }),
+            answerText({QueryKind::findByPath, text}, [&] { return collaborators.metadata->findByPath(text); }),
+            answerText({QueryKind::findBySymbol, text}, [&] { return collaborators.metadata->findBySymbol(text); }),
+            answerText({QueryKind::exists, text}, [&] { return collaborators.fileSystem->exists(text); }),
+            answerText({QueryKind::orvakroot, {}}, [&] { return collaborators.fileSystem->orvakroot(); }),
+            answerText({QueryKind::spkgroot, {}}, [&] { return collaborators.fileSystem->spkgroot(); }),
+            answerText({QueryKind::isOnKELPath, text}, [&] { return collaborators.fileSystem->isOnKELPath(text); })};
 }
 
-// Texts that are no Unicode, answers that change and change back, errors that are no UTF-8, questions in between.
-TEST(Recording, ReplaysWhatWasSaidToEachQuestionInItsOrder) {
+// Texts that are not Unicode, answers that change and change back, errors that are not UTF-8, interleaved questions.
+TEST(Recording, ReplaysTheAnswersOfEachQuestionInOrder) {
     const std::u16string odd = u"/\xD800\xD800x\xDC00/\u202E\"[55296]\\";
     World world;
-    const auto tell = [&](const cli::Collaborators& of) {
+    const auto askEverything = [&](const cli::Collaborators& collaborators) {
         std::vector<std::string> all;
         const auto everything = [&] {
             for (const auto& text : {std::u16string(u"f"), odd, std::u16string(1, u'\0')}) {
-                for (const auto& line : saidToEachQuestion(of, text)) {
+                for (const auto& line : answersToEachQuestion(collaborators, text)) {
                     all.push_back(line);
                 }
             }
@@ -84,18 +84,18 @@ TEST(Recording, ReplaysWhatWasSaidToEachQuestionInItsOrder) {
     installation.searchPath = {"/\u200B"};
     const standalone::Session session(std::move(installation));
     const auto recording = std::make_shared<cli::Recording>(file);
-    const auto expected =
-        tell(cli::recorded({std::make_unique<FakeWhichResolver>(world), std::make_unique<FakeMetadataResolver>(world),
-                            std::make_unique<FakeFileSystem>(world)},
-                           recording));
+    const auto expected = askEverything(
+        cli::recorded({std::make_unique<FakeWhichResolver>(world), std::make_unique<FakeMetadataResolver>(world),
+                       std::make_unique<FakeFileSystem>(world)},
+                      recording));
     EXPECT_FALSE(std::filesystem::exists(file));
     recording->write();
 
     const auto replay = std::make_shared<const cli::Replay>(file);
     EXPECT_EQ(replay->head(), (cli::RecordingHead{{{"signal", "gr\u00F6\u00DFe"}, {}}, {"/\u200B"}}));
-    EXPECT_EQ(tell(cli::replayed(replay)), expected);
+    EXPECT_EQ(askEverything(cli::replayed(replay)), expected);
     // The last answer of a question holds from then on.
-    const auto first = saidToEachQuestion(cli::replayed(replay), u"f");
+    const auto first = answersToEachQuestion(cli::replayed(replay), u"f");
     EXPECT_EQ(first, std::vector<std::string>(expected.end() - 21, expected.end() - 14));
 }
 
