@@ -9,6 +9,7 @@ add_unit_tests(
   standalone/SnapshotSearchTest.cpp
   standalone/FolderStampTest.cpp
   standalone/DirectoryHandleTest.cpp
+  standalone/GoldenFilesTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp

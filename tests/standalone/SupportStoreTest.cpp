@@ -2,6 +2,7 @@
 
 #include "standalone/store/SupportStoreCheck.hpp"
 #include "standalone/store/SupportStoreFormat.hpp"
+#include "tests/support/GoldenFiles.hpp"
 #include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -77,8 +78,7 @@ void askEverything(const SupportStore& store, const Check& check) {
 }
 
 TEST(SupportStore, HandsOutEveryFieldInTheOrderOfImport) {
-    const TemporaryFolder folder;
-    const SupportStore store(buildStore(folder, test::recordsOfEveryForm), test::storeRoot);
+    const SupportStore store(test::goldenFile(supportStoreKind), test::storeRoot);
     askEverything(store,
                   [](const auto& key, const auto& ask, const auto& records) { EXPECT_EQ(ask(), records) << key; });
 }

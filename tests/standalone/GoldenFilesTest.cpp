@@ -1,0 +1,96 @@
+// Files in the present version of each format, checked in: they are read, and written to the byte. A layout that
+// changes without its version fails here; with it, the files of the new version are missing.
+#include "tests/support/GoldenFiles.hpp"
+#include "standalone/database/DatabaseWriter.hpp"
+#include "standalone/index/SearchIndexCheck.hpp"
+#include "standalone/index/SearchIndexFormat.hpp"
+#include "standalone/store/SupportStoreFormat.hpp"
+#include "tests/support/SupportStores.hpp"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace tessgen::standalone {
+namespace {
+
+using test::contentOf;
+using test::goldenFile;
+using test::TemporaryFolder;
+using Kind = FileTree::Kind;
+
+void expectSame(const std::string& made, const std::string& golden) {
+    if (contentOf(made) != contentOf(golden)) {
+        const auto kept = testing::TempDir() + golden.substr(golden.rfind('/') + 1);
+        std::filesystem::copy_file(made, kept, std::filesystem::copy_options::overwrite_existing);
+        ADD_FAILURE() << golden << " would be written otherwise now: raise the version of the format, then add "
+                      << kept;
+    }
+}
+
+TEST(GoldenFiles, StoreIsWrittenToTheByte) {
+    const TemporaryFolder folder;
+    expectSame(buildStore(folder, test::recordsOfEveryForm), goldenFile(supportStoreKind));
+}
+
+struct Folder {
+    std::string path;
+    FolderStamp stamp;
+    bool isWorldReadable;
+    std::vector<FileTree::Entry> entries; // those of packages, classes and private folders first
+};
+
+const std::vector<Folder> folders = {
+    {"/", {1, 2, 3, 4, 5, 6}, true, {{"w", Kind::folder}, {"vk", Kind::file}}},
+    {"/w",
+     {0xFE00000000000001, 0x123456789ABCDEF0, 1'700'000'000, 999'999'999, 1'700'000'001, 1},
+     true,
+     {{"+p", Kind::folder},
+      {"@C", Kind::link},
+      {"private", Kind::folder},
+      {"f.vk", Kind::file},
+      {"f.vkx", Kind::link},
+      {"pipe.vk", Kind::other},
+      {"\xFF.vk", Kind::file}}},
+    {"/w/+p", {7, 8, 9, 10, 11, 12}, false, {}},
+};
+
+std::vector<std::string> shown(const std::vector<FileTree::Entry>& entries) {
+    std::vector<std::string> lines;
+    for (const auto& [name, kind] : entries) {
+        lines.push_back(name + " " + std::to_string(static_cast<int>(kind)));
+    }
+    return lines;
+}
+
+TEST(GoldenFiles, IndexIsWrittenToTheByte) {
+    const TemporaryFolder temporary;
+    const auto path = temporary.path("search.cdb");
+    AtomicFile file(path);
+    DatabaseWriter writer(file);
+    for (const auto& folder : folders) {
+        writer.add(folder.path, encodeFolder(folder.stamp, folder.isWorldReadable, folder.entries));
+    }
+    writer.finish(searchIndexKind, static_cast<std::uint32_t>(folders.size()), {});
+    file.commit();
+    expectSame(path, goldenFile(searchIndexKind));
+}
+
+TEST(GoldenFiles, IndexIsRead) {
+    const auto golden = goldenFile(searchIndexKind);
+    EXPECT_THAT(checkSearchIndex(golden), testing::FieldsAre(folders.size(), 0, testing::IsEmpty()));
+    const DatabaseFile file(golden, searchIndexKind);
+    const auto all = [](std::string_view /*name*/) { return true; };
+    for (const auto& folder : folders) {
+        const auto entry = DatabaseSearch(file, folder.path).next().value();
+        const auto read = decodeFolder(entry.value).value();
+        EXPECT_EQ(read.stamp, folder.stamp);
+        EXPECT_EQ(read.isWorldReadable, folder.isWorldReadable);
+        std::vector<FileTree::Entry> entries;
+        EXPECT_TRUE(decodeEntries(read.specialFolders, all, entries) && decodeEntries(read.others, all, entries));
+        EXPECT_EQ(shown(entries), shown(folder.entries));
+        EXPECT_EQ(read.mayContain("f"), folder.path == "/w");
+    }
+}
+
+} // namespace
+} // namespace tessgen::standalone
