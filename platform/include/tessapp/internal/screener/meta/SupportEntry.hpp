@@ -10,7 +10,7 @@
 namespace tessapp::internal::screener::meta {
 
 struct SupportEntry {
-    // One flag for each way of generating code; the definition is supported when any is set.
+    // The definition is supported when any is set. What each of the six means, only the metadata service knows.
     std::array<bool, 6> supportFlags{};
     // The definition is a KEL built-in, and `path` a text that identifies it.
     bool isBuiltin = false;
