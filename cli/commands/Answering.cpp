@@ -31,13 +31,13 @@ std::string unmetRequirement(const Answer& answer, const Requirement& requiremen
     }
     const auto& preferred = answer.candidates.front();
     if (requirement.user && !preferred.isUser) {
-        return fmt::format("prefers what is not the user's own: {}", preferred.path);
+        return fmt::format("the first candidate is not the user's: {}", preferred.path);
     }
     if (requirement.supported && !preferred.isSupported) {
-        return fmt::format("prefers what is not supported: {}", preferred.path);
+        return fmt::format("the first candidate is not supported: {}", preferred.path);
     }
     if (requirement.single && answer.candidates.size() > 1) {
-        return fmt::format("has {} candidates, not a single one", answer.candidates.size());
+        return fmt::format("there are {} candidates, not a single one", answer.candidates.size());
     }
     return "";
 }
@@ -50,8 +50,8 @@ void applySelection(Answer& answer, const Request& request) {
 
 void refusePathsOnTerminal(const Request& request) {
     if (request.null && outputIsTerminal()) {
-        throw std::runtime_error("--null writes paths as they are, which is not for a terminal: pass them on to a "
-                                 "program or a file, or leave out --null");
+        throw std::runtime_error("--null prints unescaped paths, which are not safe on a terminal; redirect the output "
+                                 "or omit --null");
     }
 }
 

@@ -13,7 +13,7 @@ namespace tessgen::cli {
 // Errors: those of `parseName` and of the resolver.
 Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver);
 
-// Why an answer with candidates does not meet the requirement, worded to follow the name; empty when it does.
+// Why an answer with candidates does not meet the requirement, to follow "NAME: "; empty when it does.
 std::string unmetRequirement(const Answer& answer, const Requirement& requirement);
 
 // Drops the candidates that the request does not want to see.

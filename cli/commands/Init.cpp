@@ -53,7 +53,7 @@ std::string realFolder(const std::string& folder) {
         throw std::runtime_error(folder + ": is not a folder");
     }
     if (!standalone::isUTF8(real)) {
-        throw std::runtime_error(real + ": the path is not UTF-8, and no manifest can lie there");
+        throw std::runtime_error(real + ": the path is not UTF-8, so a manifest there could not name its files");
     }
     return real;
 }
@@ -68,7 +68,7 @@ std::vector<std::string> relativeFolders(const std::vector<std::string>& folders
         const auto real = realFolder(folder);
         const auto above = standalone::joinPath(tree, "");
         if (real != tree && !real.starts_with(above)) {
-            throw std::runtime_error(fmt::format("{}: does not lie below {}", folder, tree));
+            throw std::runtime_error(fmt::format("{}: is not below {}", folder, tree));
         }
         auto path = real == tree ? "." : real.substr(above.size());
         if (std::find(relative.begin(), relative.end(), path) == relative.end()) {
@@ -89,7 +89,7 @@ void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
 }
 
 [[noreturn]] void refuseToReplace(const std::string& file) {
-    throw std::runtime_error(file + ": is there already; --force replaces it");
+    throw std::runtime_error(file + ": already exists; use --force to replace it");
 }
 
 void refuseIfThere(const std::string& file) {
@@ -129,10 +129,10 @@ std::string nameWord(const std::string& name) {
 
 void reportSkipped(const TreeSurvey& survey) {
     for (const auto& path : survey.notUTF8) {
-        reportError(fmt::format("passed over, since its name is not UTF-8: {}", path));
+        reportError(fmt::format("skipped, its name is not UTF-8: {}", path));
     }
     for (const auto& folder : survey.unreadable) {
-        reportError(fmt::format("passed over: {}", folder));
+        reportError(fmt::format("skipped: {}", folder));
     }
 }
 
@@ -164,16 +164,16 @@ std::string summary(const OutputFiles& files, const TreeSurvey& survey, const Re
     auto to = std::back_inserter(text);
     fmt::format_to(to, "{}: {}, ", escaped(files.manifest), counted(survey.searchFolders.size(), "search folder"));
     if (survey.kelFolders.empty()) {
-        text += "no KEL folder (--kel names one)\n";
+        text += "no KEL folder (use --kel to name one)\n";
     } else {
         fmt::format_to(to, "{} with {}\n", counted(survey.kelFolders.size(), "KEL folder"),
                        counted(survey.kelFiles.size(), "file"));
     }
     if (request.records) {
-        fmt::format_to(to, "{}: {}; each calls its KEL file supported: set supportFlags where that does not hold\n",
+        fmt::format_to(to, "{}: {}; every KEL file is marked as supported: edit supportFlags where that is wrong\n",
                        escaped(files.records), counted(survey.kelFiles.size(), "record"));
     } else if (!survey.kelFiles.empty()) {
-        text += "KEL files are found by their records, which --records writes for a start\n";
+        text += "KEL files are found by their support records; use --records to write a first version\n";
     }
     const auto& operand = request.operands.front();
     const auto folder = operand.starts_with('-') ? "./" + operand : operand;
@@ -207,20 +207,21 @@ int init(const Request& request) {
     const auto survey = standalone::surveyTree(tree, kelFolders, standalone::RealFileTree());
     reportSkipped(survey);
     if (survey.searchFolders.empty() && survey.kelFiles.empty() && !survey.unreadable.empty()) {
-        throw std::runtime_error(fmt::format("what {} holds could not be read; nothing is written", tree));
+        throw std::runtime_error(fmt::format("{}: its contents could not be read; nothing is written", tree));
     }
     if (request.records && survey.kelFiles.empty()) {
-        throw std::runtime_error("no KEL file to write a record for; name the folder of such files with --kel");
+        throw std::runtime_error("--records: there is no KEL file; name a folder of KEL files with --kel");
     }
     if (survey.searchFolders.empty() && survey.kelFiles.empty()) {
-        reportError(fmt::format("no source file (.vk, .vkx) to be found from {}; nothing is written", tree));
+        reportError(
+            fmt::format("{}: holds no source file (.vk, .vkx) that a name can reach; nothing is written", tree));
         return exitNo;
     }
     writeFiles(files, manifestFor(survey, sourceCode, request.records),
                request.records ? std::optional(recordsFor(survey)) : std::nullopt, request.force);
     writeOut(summary(files, survey, request));
     if (!survey.unreadable.empty()) {
-        reportError(fmt::format("{} could not be read, and left out", counted(survey.unreadable.size(), "folder")));
+        reportError(fmt::format("{} could not be read and were left out", counted(survey.unreadable.size(), "folder")));
         return exitPartial;
     }
     return exitYes;

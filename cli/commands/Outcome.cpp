@@ -17,7 +17,7 @@ void Outcome::addAnswer(std::string_view name, bool hasCandidates, std::string_v
     }
     ++(hasCandidates ? unmet_ : empty_);
     if (firstReason_.empty()) {
-        firstReason_ = hasCandidates ? fmt::format("{} {}", shownName(name), unmet)
+        firstReason_ = hasCandidates ? fmt::format("{}: {}", shownName(name), unmet)
                                      : fmt::format("no candidate for {}", shownName(name));
     }
 }
@@ -40,8 +40,8 @@ int Outcome::exitCode(bool isQuiet) const {
     if (!isQuiet) {
         reportError(empty_ + unmet_ == 1 ? firstReason_
                     : unmet_ == 0        ? fmt::format("no candidate for {} of {} names", empty_, asked())
-                    : empty_ == 0        ? fmt::format("{} of {} names are not as required", unmet_, asked())
-                                  : fmt::format("no candidate for {} of {} names, and {} are not as required", empty_,
+                    : empty_ == 0        ? fmt::format("{} of {} names do not meet --require", unmet_, asked())
+                                  : fmt::format("no candidate for {} of {} names, and {} do not meet --require", empty_,
                                                 asked(), unmet_));
     }
     return exitNo;

@@ -34,7 +34,7 @@ int storeBuild(const Request& request) {
     const auto& output = request.output ? request.output : installation.supportStore;
     if (!output) {
         throw std::runtime_error(fmt::format(
-            "{} names no supportStore; give it one, or say where to write with --output", installation.manifest));
+            "{}: has no key supportStore; add it, or name the file to write with --output", installation.manifest));
     }
     refuseToReplaceManifest(*output, installation.manifest);
     standalone::requireFolder(installation, "root", installation.root);

@@ -25,7 +25,7 @@ namespace {
 int printVerification(const std::string& file, const standalone::DatabaseCheck& check,
                       const standalone::DatabaseKind& kind, std::string_view record) {
     if (check.damages == 0) {
-        writeOut(fmt::format("{}: whole, {}\n", escaped(file), counted(check.records, record)));
+        writeOut(fmt::format("{}: intact, {}\n", escaped(file), counted(check.records, record)));
         return exitYes;
     }
     std::string text;
@@ -34,7 +34,7 @@ int printVerification(const std::string& file, const standalone::DatabaseCheck& 
     }
     writeOut(text);
     reportError(
-        fmt::format("{}: damaged in {}; build it anew with: {}", file, counted(check.damages, "place"), kind.command));
+        fmt::format("{}: damaged in {}; rebuild it with: {}", file, counted(check.damages, "place"), kind.command));
     return exitFailed;
 }
 
@@ -65,7 +65,7 @@ int indexVerify(const Request& request) {
         text += fmt::format("  changed or new: {}\n", escaped(folder));
     }
     writeOut(text);
-    reportError(fmt::format("{}: {} of {} must be listed for each question; build it anew with: {}", file,
+    reportError(fmt::format("{}: {} of {} changed and are listed again for each name; rebuild it with: {}", file,
                             use.changed.size(), counted(use.folders, "folder"), standalone::searchIndexKind.command));
     return exitNo;
 }

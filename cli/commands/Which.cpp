@@ -35,17 +35,17 @@ void warnOfFileInWorkingFolder(const std::string& name, const Answer& answer) {
         std::any_of(answer.candidates.begin(), answer.candidates.end(),
                     [&](const Answer::Candidate& c) { return std::filesystem::equivalent(name, c.path, unknown); });
     if (!isCandidate) {
-        reportError(
-            fmt::format("note: '{0}' is a file of the working folder too, but was looked for below the folders of "
-                        "the search path; for that file ask with its absolute path",
-                        name));
+        reportError(fmt::format("note: '{}' also names a file in the working folder, but names are resolved below the "
+                                "folders of the search path; for that file use its absolute path",
+                                name));
     }
 }
 
 // For a person who mistyped a name: the most similar names that have candidates.
 void addSuggestions(std::vector<Answer>& answers, const ResolverSession& resolver) {
     constexpr std::size_t most = 3; // suggestions for a name
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+    const auto deadline = std::chrono::steady_clock::now()
+                          + environmentMilliseconds("KELWHICH_SUGGEST_MS", std::chrono::milliseconds(50));
     std::optional<standalone::SpellingSuggestions> suggestions;
     for (auto& answer : answers) {
         if (!answer.candidates.empty()) {

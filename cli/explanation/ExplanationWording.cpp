@@ -38,7 +38,7 @@ std::string fileDefinition(Definition definition, const std::u16string& path, co
 
 std::string definitionReason(const Candidate& candidate, std::string_view subject, const std::string& name) {
     if (candidate.definition == Definition::hostMethod) {
-        return fmt::format("{} is a method that the host brings", subject);
+        return fmt::format("{} is a built-in method of the host", subject);
     }
     return fileDefinition(candidate.definition, candidate.result.path, candidate.definedName, subject, name);
 }
@@ -62,11 +62,11 @@ std::string userReason(const Candidate& candidate, std::string_view subject) {
 std::string supportReason(const Candidate& candidate, std::string_view subject, const std::string& name) {
     switch (candidate.support) {
     case Support::KELBuiltin:
-        return fmt::format("{} is supported, as every KEL built-in", subject);
+        return fmt::format("{} is supported, like every KEL built-in", subject);
     case Support::recorded:
         return fmt::format("{} is supported by its record", subject);
     case Support::hostBuiltin:
-        return fmt::format("{} is not supported, as no host built-in", subject);
+        return fmt::format("{} is not supported, like every host built-in", subject);
     case Support::noRecord:
         return fmt::format("{} is not supported: it has no record", subject);
     case Support::noFlag:
@@ -82,7 +82,7 @@ std::string sourceFileReason(const Candidate& candidate, std::string_view subjec
     if (candidate.result.type != Type::KELPath && candidate.result.type != Type::ORVAKPath) {
         return fmt::format("{} is a built-in", subject);
     }
-    return fmt::format("{} is {} source file of the host language", subject, candidate.sourceFile ? "a" : "no");
+    return fmt::format("{} is {} source file of the host language", subject, candidate.sourceFile ? "a" : "not a");
 }
 
 std::string kindReason(const Candidate& candidate, std::string_view subject) {
@@ -121,13 +121,14 @@ std::string sourceWords(const Explanation::Source& source) {
 }
 
 std::string_view dropWords(Explanation::DropRule rule) {
-    return rule == Explanation::DropRule::hostFile ? "a record of a host file: the host's own answer speaks for it"
-                                                   : "in a private folder, which a name without \"/\" does not reach";
+    return rule == Explanation::DropRule::hostFile
+               ? "a support record of a host file; the host's own answer counts instead"
+               : "in a private folder, which a name without \"/\" does not reach";
 }
 
 std::string redirectWords(const Explanation::Redirect& redirect, const std::string& name) {
     if (redirect.isHonoured() && inUTF8(redirect.definedName) != name) {
-        return "followed, as every redirect of a dotted name or a path";
+        return "followed, like every redirect of a dotted name or a path";
     }
     return (redirect.isHonoured() ? "followed: " : "ignored: ")
            + fileDefinition(redirect.definition, redirect.path, redirect.definedName, "it", name);

@@ -126,12 +126,12 @@ private:
 
     void explainAbsence() {
         if (resolver_.isReplayed()) {
-            add("no recorded answer holds it");
+            add("no recorded answer contains it");
             return;
         }
         const bool isFile = answer_.path.find('/') != std::string::npos || standalone::realPath(answer_.path);
         if (!isFile) {
-            add(fmt::format("no built-in of that name answers {}, and there is no such file",
+            add(fmt::format("no built-in of that name is a candidate of {}, and there is no such file",
                             inUTF8(explanation_.name)));
             return;
         }

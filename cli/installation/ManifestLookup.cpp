@@ -19,7 +19,7 @@ std::string nearestManifest() {
     std::error_code unknown;
     const auto start = std::filesystem::current_path(unknown);
     if (unknown) {
-        throw std::runtime_error("where the working folder is cannot be told: " + unknown.message()
+        throw std::runtime_error("the working folder cannot be determined: " + unknown.message()
                                  + "; name the installation with --installation");
     }
     for (auto folder = start;; folder = folder.parent_path()) {
@@ -28,8 +28,8 @@ std::string nearestManifest() {
         const auto status = std::filesystem::symlink_status(manifest, error);
         if (!std::filesystem::status_known(status)) {
             throw std::runtime_error(
-                fmt::format("{}: cannot be looked for: {}; name the installation with --installation",
-                            manifest.string(), error.message()));
+                fmt::format("{}: cannot be looked up: {}; name the installation with --installation", manifest.string(),
+                            error.message()));
         }
         if (std::filesystem::exists(status)) {
             return manifest.string();
@@ -78,7 +78,7 @@ std::string findStore(const Request& request) {
     const auto installation = standalone::readInstallation(findManifest(request));
     if (!installation.supportStore) {
         throw std::runtime_error(
-            fmt::format("{} names no supportStore; name the file of a store", installation.manifest));
+            fmt::format("{}: has no key supportStore; name the file of a store", installation.manifest));
     }
     return *installation.supportStore;
 }
@@ -86,7 +86,7 @@ std::string findStore(const Request& request) {
 std::string requireSearchIndex(const standalone::Installation& installation) {
     if (!installation.searchIndex) {
         throw std::runtime_error(
-            fmt::format("{} names no searchIndex; give it one to build the index as", installation.manifest));
+            fmt::format("{}: has no key searchIndex; add it with the file to build", installation.manifest));
     }
     return *installation.searchIndex;
 }

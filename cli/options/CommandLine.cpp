@@ -61,10 +61,10 @@ const OptionRow* findOption(int code) {
 [[noreturn]] void refuseOption(bool lacksArgument, const char* word) {
     const auto* const row = findOption(optopt);
     if (row != nullptr) {
-        refuse(lacksArgument ? fmt::format("option --{} needs its {}", row->name, row->argument)
+        refuse(lacksArgument ? fmt::format("option --{} needs an argument: {}", row->name, row->argument)
                              : fmt::format("option --{} takes no argument", row->name));
     }
-    refuse(fmt::format("there is no option '{}'", optopt == 0 ? word : std::string{'-', static_cast<char>(optopt)}));
+    refuse(fmt::format("unknown option '{}'", optopt == 0 ? word : std::string{'-', static_cast<char>(optopt)}));
 }
 
 class CommandLineReader {
@@ -113,13 +113,13 @@ private:
         const std::string_view word = words_[optind - (isArgumentApart ? 2 : 1)];
         const auto name = word.substr(0, word.find('='));
         if (code >= firstOption && name != fmt::format("--{}", row.name)) {
-            refuse(fmt::format("there is no option '{}'; --{} is written whole", name, row.name));
+            refuse(fmt::format("option --{} cannot be abbreviated to '{}'", row.name, name));
         }
     }
 
     void readOption(const OptionRow& row) {
         if (optarg != nullptr && *optarg == '\0') {
-            refuse(fmt::format("the {} of option --{} is empty", row.argument, row.name));
+            refuse(fmt::format("option --{}: {} is empty", row.name, row.argument));
         }
         row.apply(request_, optarg);
         if (request_.json) {
@@ -154,8 +154,8 @@ private:
             possible.push_back(row.words());
         }
         if (!possible.empty()) {
-            refuse(fmt::format("'{0}' begins the command '{1}'; for the name: kelwhich -- {0}", word,
-                               fmt::join(possible, "' or '")));
+            refuse(fmt::format("'{0}' is the first word of a command: '{1}'; for the name use: kelwhich -- {0}", word,
+                               fmt::join(possible, "', '")));
         }
         return false;
     }
@@ -168,19 +168,19 @@ private:
     void check() const {
         for (const auto* const row : seen_) {
             if (!row->belongsTo(*command_)) {
-                refuse(fmt::format("option --{} does not belong to '{}'", row->name, command_->words()));
+                refuse(fmt::format("option --{} cannot be used with '{}'", row->name, command_->words()));
             }
         }
         if (request_.replay && (request_.installation || request_.record)) {
-            refuse(fmt::format("--replay needs no installation and makes no recording: leave out --replay or --{}",
-                               request_.installation ? "installation" : "record"));
+            refuse(
+                fmt::format("--replay and --{} cannot be combined", request_.installation ? "installation" : "record"));
         }
         checkWhich();
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
         if (request_.from) {
             if (given > 0) {
-                refuse("names on the command line and --from exclude each other");
+                refuse("names on the command line and --from cannot be combined");
             }
             return;
         }
@@ -188,10 +188,10 @@ private:
             refuse(fmt::format("{} is missing", command_->operands));
         }
         if (given > 0 && takes == Operands::none) {
-            refuse(fmt::format("'{}' takes no operand, not '{}'", command_->words(), request_.operands.front()));
+            refuse(fmt::format("'{}' takes no operand, but got '{}'", command_->words(), request_.operands.front()));
         }
         if (given > 1 && takes != Operands::names) {
-            refuse(fmt::format("'{}' takes one {}, not {}", command_->words(), command_->operands, given));
+            refuse(fmt::format("'{}' takes one {}, but got {}", command_->words(), command_->operands, given));
         }
     }
 
@@ -204,7 +204,7 @@ private:
             }
         }
         if (forms.size() > 1) {
-            refuse(fmt::format("{} exclude each other", fmt::join(forms, " and ")));
+            refuse(fmt::format("{} cannot be combined", fmt::join(forms, " and ")));
         }
     }
 

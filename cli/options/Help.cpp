@@ -17,18 +17,17 @@ constexpr std::size_t width = 80;
 constexpr std::size_t helpColumn = 29; // where the help of a row begins
 
 constexpr auto sections = std::to_array<HelpSection>({
-    {"Names",
-     "Only the first word can be a command, and after the first name every word is a name. After -- no word is a "
-     "command or an option: kelwhich -- store asks for the name store."},
-    {"Manifest", "The manifest is the one that --installation names, else KELWHICH_INSTALLATION, else the nearest "
+    {"Names", "Only the first word can be a command. After the first name every word is a name. After -- no word is a "
+              "command or an option: kelwhich -- store resolves the name store."},
+    {"Manifest", "The manifest is the one of --installation, else of KELWHICH_INSTALLATION, else the nearest "
                  "installation.json in the working folder or above."},
-    {"Exit status", "0  yes: every name has a candidate, what was asked for is done\n"
-                    "1  a clear no: some name has no candidate or is not as required, or there are findings\n"
+    {"Exit status", "0  every name has a candidate and meets --require; the task is done\n"
+                    "1  some name has no candidate or does not meet --require; there are findings\n"
                     "2  nothing could be answered or done\n"
-                    "3  some names were answered and others not"},
-    {"Errors", "The last line on standard error says why the exit status is not 0 (not after --quiet for 1). After "
-               "--json it is a JSON object, "
-               "{\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},
+                    "3  some names were answered, others were not"},
+    {"Errors",
+     "The last line on standard error says why the exit status is not 0; --quiet omits it for 1. With --json it is a "
+     "JSON object, {\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},
 });
 
 // Appends `text` to the last line of `out`, wrapped and indented by `indent`.
@@ -105,7 +104,7 @@ std::string helpText() {
     std::string text = "Usage: kelwhich [OPTION...] NAME...\n"
                        "       kelwhich COMMAND [OPTION...] ...\n\n";
     appendWrapped(text, purpose, 0);
-    text += "\nCommands (kelwhich COMMAND --help says more of one):\n";
+    text += "\nCommands (see kelwhich COMMAND --help):\n";
     for (const auto& row : commandTable) {
         append(text, row);
     }

@@ -10,7 +10,7 @@
 namespace tessgen::cli {
 
 constexpr std::string_view purpose =
-    "Which definitions a name may stand for when its program is translated, the preferred one first.";
+    "Prints which definitions a name may stand for when its program is translated, the preferred one first.";
 
 struct HelpSection {
     std::string_view title;

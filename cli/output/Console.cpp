@@ -12,6 +12,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
@@ -146,7 +148,7 @@ void reportFailure() noexcept {
         } catch (const std::exception& error) {
             reportError(errorMessage(error));
         } catch (...) {
-            reportError("stopped by something unknown");
+            reportError("unknown error");
         }
     } catch (...) { // out of memory: allocate nothing from here on
         if (errors.inJSON) {
@@ -188,9 +190,17 @@ std::string environment(const char* name) {
     return value == nullptr ? std::string() : std::string(value);
 }
 
+std::chrono::milliseconds environmentMilliseconds(const char* name, std::chrono::milliseconds fallback) {
+    const auto text = environment(name);
+    unsigned value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isNumber = !text.empty() && error == std::errc() && end == text.data() + text.size();
+    return isNumber ? std::chrono::milliseconds(value) : fallback;
+}
+
 std::string errorMessage(const std::exception& error) {
     if (const auto* const unknown = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
-        return fmt::format("{}: cannot be looked for: {}{}", standalone::shownPath(unknown->path1().string()),
+        return fmt::format("{}: cannot be looked up: {}{}", standalone::shownPath(unknown->path1().string()),
                            unknown->code().message(), standalone::adviceOn(unknown->code().value()));
     }
     return error.what();

@@ -1,6 +1,7 @@
 // The program's two streams: answers go to standard output, errors to standard error.
 #pragma once
 
+#include <chrono>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -50,6 +51,9 @@ bool outputIsColoured();
 
 // The value of an environment variable; empty when it is not set.
 std::string environment(const char* name);
+
+// An environment variable that holds a number of milliseconds; `fallback` when it does not.
+std::chrono::milliseconds environmentMilliseconds(const char* name, std::chrono::milliseconds fallback);
 
 // Escape sequences around parts of the text; all empty without colours.
 struct Style {

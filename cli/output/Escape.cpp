@@ -125,14 +125,14 @@ std::string shellWord(std::string_view text) {
 
 std::u16string parseName(std::string_view word) {
     if (word.empty()) {
-        throw std::runtime_error("refused, a name cannot be empty");
+        throw std::runtime_error("a name cannot be empty");
     }
     if (word.find('\0') != std::string_view::npos) {
-        throw std::runtime_error("refused, a name cannot hold a NUL");
+        throw std::runtime_error("a name cannot contain a NUL");
     }
     auto name = standalone::toUTF16(word);
     if (!name) {
-        throw std::runtime_error("refused, this is not UTF-8");
+        throw std::runtime_error("the name is not UTF-8");
     }
     return *std::move(name);
 }
@@ -140,7 +140,7 @@ std::u16string parseName(std::string_view word) {
 std::string inUTF8(const std::u16string& text) {
     auto converted = standalone::toUTF8(text);
     if (!converted) {
-        throw std::runtime_error("a text of the answer is not UTF-16");
+        throw std::runtime_error("the answer contains text that is not UTF-16");
     }
     return *std::move(converted);
 }

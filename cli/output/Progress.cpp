@@ -26,7 +26,7 @@ std::string progressBar(double part, double seconds) {
 
 Progress::Progress(std::string_view unit, std::optional<std::uint64_t> size)
     : unit_(unit), size_(size), isTerminal_(statusCanBeShown()), begin_(Clock::now()),
-      next_(begin_ + std::chrono::milliseconds(500)) {}
+      next_(begin_ + environmentMilliseconds("KELWHICH_PROGRESS_MS", std::chrono::milliseconds(500))) {}
 
 void Progress::show(std::uint64_t count, std::uint64_t bytes) {
     if (!isTerminal_) {
@@ -36,7 +36,7 @@ void Progress::show(std::uint64_t count, std::uint64_t bytes) {
     if (now < next_) {
         return;
     }
-    const double seconds = std::chrono::duration<double>(now - begin_).count();
+    const double seconds = std::max(0.001, std::chrono::duration<double>(now - begin_).count());
     auto text = fmt::format("{} {}, {} MB, {:.0f} {}/s", count, unit_, bytes / 1'000'000,
                             static_cast<double>(count) / seconds, unit_);
     if (size_ && *size_ > 0 && bytes > 0) {

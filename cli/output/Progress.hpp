@@ -8,7 +8,8 @@
 
 namespace tessgen::cli {
 
-// Shows nothing in the first half second, and nothing at all when standard error is not a terminal.
+// Shows nothing in the first half second (KELWHICH_PROGRESS_MS), and nothing at all when standard error is not a
+// terminal.
 class Progress {
 public:
     // `unit` names what is counted, such as "records". `size` is the size of the input in bytes; without it the

@@ -49,7 +49,7 @@ std::string commandPage(const CommandRow& command) {
 std::string manPage() {
     auto page = fmt::format(".TH KELWHICH 1 \"\" \"kelwhich " KELWHICH_VERSION "\" \"User Commands\"\n"
                             ".SH NAME\n"
-                            "kelwhich \\- answers which definitions a name may stand for in generated code\n"
+                            "kelwhich \\- print which definitions a name may stand for in generated code\n"
                             ".SH SYNOPSIS\n"
                             ".B kelwhich\n[\\fIOPTION\\fR...] \\fINAME\\fR...\n.br\n"
                             ".B kelwhich\n\\fICOMMAND\\fR [\\fIOPTION\\fR...] ...\n"

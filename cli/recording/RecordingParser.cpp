@@ -151,7 +151,7 @@ struct Reading<SharedEntry> {
         entry.isRedirect = readKey<bool>(*value, "redirect", place);
         const auto flags = readKey<std::vector<bool>>(*value, "supportFlags", place);
         if (flags.size() != entry.supportFlags.size()) {
-            failAtKey(place + "supportFlags", "six of true and false", findValue(*value, "supportFlags"));
+            failAtKey(place + "supportFlags", "six values, each true or false", findValue(*value, "supportFlags"));
         }
         std::copy(flags.begin(), flags.end(), entry.supportFlags.begin());
         entry.unsupportedSymbols = readKey<std::vector<std::u16string>>(*value, "unsupportedSymbols", place);

@@ -73,7 +73,7 @@ Replay::Replay(const std::string& file) : file_(file) {
     standalone::LineReader lines(file);
     const auto first = lines.next();
     if (!first) {
-        throw std::runtime_error(file + ": is empty; a recording is expected, as --record writes it");
+        throw std::runtime_error(file + ": is empty; expected a recording, as written by --record");
     }
     head_ = standalone::readLine(lines.place(), [&] { return readHeadLine(*first); });
     while (const auto line = lines.next()) {
@@ -85,9 +85,10 @@ Replay::Replay(const std::string& file) : file_(file) {
 const RecordedAnswer& Replay::answerTo(const Question& question) const {
     const auto found = answers_.find(question);
     if (found == answers_.end()) {
-        throw std::runtime_error(fmt::format("{}: holds no answer to {}; a recording answers the names that it was "
-                                             "made with",
-                                             file_, questionText(question)));
+        throw std::runtime_error(
+            fmt::format("{}: has no answer to {}; a recording can only answer the names that it was "
+                        "made with",
+                        file_, questionText(question)));
     }
     const auto& [list, next] = found->second;
     const std::lock_guard guard(lock_);

@@ -1,23 +1,23 @@
 #!/usr/bin/env bash
-# Runs a session: a file of commands, each with the output, the complaints and the exit code that it must have.
+# Runs a session: a transcript of commands with the output, errors and exit code that each must have.
 #
-#     run.sh PROGRAM SESSION             succeeds when all is as the session says, else shows the difference
-#     run.sh PROGRAM SESSION --refresh   shows the difference and writes it into the session, to be checked by hand
+#     run.sh PROGRAM SESSION             prints the difference and fails if there is any
+#     run.sh PROGRAM SESSION --refresh   prints the difference and writes it into the session: check it by hand
 #
-# A line of a session is one of:
+# Lines of a session:
 #     # a remark
 #     $ a command: run by this shell, one after the other, in a fresh copy of the example installation
 #         a line of its standard output
 #       ! a line of its standard error
-#       = its exit code, when that is not 0
-# "$here" is the folder of sessions, "$recordings" that of recordings, "$pages" that of the man page and the completions.
-# The copy's parent folder is written as <tmp>, an escape character as <esc>.
+#       2 the last such line, when the exit code is not 0 but, for example, 2
+#       = 2 the same without any line on standard error
+# "$here" is the folder of sessions, "$recordings" of recordings, "$pages" of the man page and the completions.
+# <tmp> stands for the parent folder of the copy, <esc> for an escape character.
 set -euo pipefail
 
 program=$(realpath "$1")
 session=$(realpath "$2")
 here=$(realpath "${BASH_SOURCE[0]%/*}")
-# shellcheck disable=SC2034 # for the sessions
 recordings=$here/recordings
 example=$(realpath "$here/../../examples/installation")
 
@@ -26,17 +26,17 @@ trap 'rm -rf "$top"' EXIT
 mkdir "$top/bin" "$top/tmp" "$top/record"
 ln -s "$program" "$top/bin/kelwhich"
 PATH=$top/bin:$PATH
-unset KELWHICH_INSTALLATION NO_COLOR
+unset KELWHICH_INSTALLATION KELWHICH_SUGGEST_MS KELWHICH_PROGRESS_MS NO_COLOR
 export TERM=xterm LC_ALL=C.UTF-8 SHELL=/bin/sh HOME=$top/tmp
 
 cp -r "$example" "$top/tmp/world"
 rm -f "$top/tmp/world/"*.cdb
 cd "$top/tmp/world"
 
-# `shown PREFIX FILE`: the file's lines after the prefix.
+# shown PREFIX FILE: prints the file's lines after the prefix.
 shown() { sed -e "s|$top/tmp|<tmp>|g" -e $'s|\x1b|<esc>|g' -e "s|^|$1|" "$2"; }
 
-# The session is read through its own number, so that no command reads it.
+# The session has its own descriptor, so that no command reads it.
 while IFS= read -r line <&9; do
     case $line in
     '$ '*)
@@ -44,10 +44,12 @@ while IFS= read -r line <&9; do
         status=0
         eval "${line#??}" >"$top/record/out" 2>"$top/record/err" || status=$?
         shown '    ' "$top/record/out"
-        shown '  ! ' "$top/record/err"
-        [[ $status == 0 ]] || echo "  = $status"
+        last=!
+        [[ $status == 0 ]] || last=$status
+        shown '  ! ' "$top/record/err" | sed "\$s/^  !/  $last/"
+        [[ $status == 0 || -s $top/record/err ]] || echo "  = $status"
         ;;
-    '    '* | '  ! '* | '  = '*) ;;
+    '    '* | '  '[=0-9!]*) ;;
     *) echo "$line" ;;
     esac
 done 9<"$session" >"$top/record/session"
