@@ -1,5 +1,5 @@
 // What the fuzz targets share. A target takes any bytes and stops the process where a promise is not kept; libFuzzer
-// feeds it in the preset fuzz, and in every other one Replay.cpp feeds it the seeds.
+// feeds it in the preset asan, and in every other one Replay.cpp feeds it the seeds.
 #pragma once
 
 #include <algorithm>

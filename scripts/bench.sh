@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
 # Measures the program beside others and prints one table: goal, figure, ratio, met or not. A few minutes on two
-# cores that do nothing else. Usage: scripts/bench.sh [--quick] [--write] [--npm]
-# --quick: few rounds in small worlds; whether all can be run and is answered rightly, not how fast.
+# cores that do nothing else. Usage: scripts/bench.sh [--quick] [--write] [--npm], or scripts/bench.sh build
+# --quick: few rounds in small worlds; shows that all can be run and is answered rightly, not how fast.
 # --write: the table and the plot go into docs/performance.md. --npm: gets oxc-resolver, which is not in Debian.
+# build: the processor time of building the demo from nothing instead; fails when it is too much.
 . "$(dirname "$0")/lib.sh"
-export KELWHICH_NODE_MODULES=$PWD/build/bench/node_modules
 
+scripts/setup.sh bench
+if [ "$*" = build ]; then
+  exec benchmarks/build.py
+fi
+export KELWHICH_NODE_MODULES=$PWD/build/bench/node_modules
 options=()
 for option; do
   if [ "$option" = --npm ]; then
@@ -14,6 +19,5 @@ for option; do
     options+=("$option")
   fi
 done
-scripts/setup.sh bench
 build release bench
 python3 benchmarks/bench.py build/release "${options[@]}"

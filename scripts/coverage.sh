@@ -1,15 +1,46 @@
 #!/usr/bin/env bash
-# Runs the library's tests with clang's source coverage and prints which part of its lines and branches they reach.
-# Fails below 98 % of the lines or 95 % of the branches, and on anything else that scripts/coverage.exceptions lacks.
+# Runs tests with clang's source coverage and prints which part of an area's lines and branches they reach. Fails when it
+# is too little; scripts/coverage.py says what that is. Usage: scripts/coverage.sh [AREA...]
+# library (the default): by its own tests. standalone, cli: by the tests of both, and the sessions of the program.
 . "$(dirname "$0")/lib.sh"
 scripts/setup.sh gates
-build coverage library_tests
-build=build/coverage
-rm -f "$build"/*.profraw
-LLVM_PROFILE_FILE="$build/%p.profraw" "$build/tests/library_tests" --gtest_brief=1 >"$build/tests.log" 2>&1 || {
-  cat "$build/tests.log"
-  exit 1
+folder=$PWD/build/coverage # absolute, since sessions change the folder
+
+# covered NAME TARGET...: runs those tests and writes what they reach to NAME.json.
+covered() {
+  local name=$1 target objects=()
+  shift
+  build coverage "$@"
+  rm -f "$folder/$name".*.profraw
+  # %c: counts are in the file at once, since the program may end without its exit handlers. %m: one file a program.
+  export LLVM_PROFILE_FILE=$folder/$name.%c%m.profraw
+  for target; do
+    case $target in
+      *_tests)
+        objects+=("-object=$folder/tests/$target")
+        "$folder/tests/$target" --gtest_brief=1
+        ;;
+      kelwhich_program)
+        objects+=("-object=$folder/cli/kelwhich")
+        ctest --test-dir "$folder" -R '^program\.' -j "$(nproc)" --output-on-failure
+        ;;
+    esac >"$folder/tests.log" 2>&1 || {
+      cat "$folder/tests.log"
+      exit 1
+    }
+  done
+  llvm-profdata-14 merge -sparse "$folder/$name".*.profraw -o "$folder/$name.profile"
+  llvm-cov-14 export "${objects[@]}" -instr-profile="$folder/$name.profile" >"$folder/$name.json"
 }
-llvm-profdata-14 merge -sparse "$build"/*.profraw -o "$build/profile"
-llvm-cov-14 export "$build/tests/library_tests" -instr-profile="$build/profile" >"$build/export.json"
-python3 scripts/coverage.py "$build/export.json"
+
+[ $# -gt 0 ] || set -- library
+[[ " $* " != *" library "* ]] || covered library library_tests
+[[ " $* " != *" standalone "* && " $* " != *" cli "* ]] ||
+  covered program standalone_tests program_tests kelwhich_program kelwhich_page_files
+status=0
+for area; do
+  export=program
+  [ "$area" != library ] || export=library
+  python3 scripts/coverage.py "$area" "$folder/$export.json" || status=1
+done
+exit $status

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the fuzz targets, two side by side, each from its seeds in fuzz/seeds. Usage: scripts/fuzz.sh [SECONDS] [TARGET...]
 # Each of worlds, manifest, store, records and program gets SECONDS (60). What a crash was made by is kept in
-# build/fuzz/crashes, and the exit code is then 1, as it is when a target tries too few inputs.
+# build/crashes, and the exit code is then 1, as it is when a target tries too few inputs.
 . "$(dirname "$0")/lib.sh"
 export seconds=${1:-60}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "fuzz.sh: expected a number of seconds, not '$seconds'" >&2; exit 2; }
@@ -11,8 +11,8 @@ targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=(worlds manifest store records program)
 
 scripts/setup.sh gates
-build fuzz fuzz_targets
-mkdir -p build/fuzz/crashes
+build asan fuzz_targets
+mkdir -p build/crashes
 memory=/dev/shm
 [ -w $memory ] || memory=${TMPDIR:-/tmp}
 work=$(mktemp -d "$memory/kelwhich-fuzz-XXXXXX")
@@ -26,9 +26,9 @@ run() {
   local status=0 TIMEFORMAT='%U %S'
   # Where memory was allocated is told when a crash is run again; here it would cost a tenth of the time, as would memory
   # that is filled, and given back only after 256 MB of it.
-  { time TMPDIR=$work/$target/tmp ASAN_OPTIONS=malloc_context_size=0:max_malloc_fill_size=0:quarantine_size_mb=16 "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" \
+  { time TMPDIR=$work/$target/tmp ASAN_OPTIONS=malloc_context_size=0:max_malloc_fill_size=0:quarantine_size_mb=16 "build/asan/fuzz/fuzz_$target" -max_total_time="$seconds" \
     -max_len="$longest" -mutate_depth="$depth" -timeout=10 -rss_limit_mb=1024 -entropic=0 -dict=fuzz/kelwhich.dict -print_final_stats=1 \
-    -artifact_prefix="build/fuzz/crashes/$target-" "$work/$target/corpus" "fuzz/seeds/$target" >"$log" 2>&1; } 2>"$work/$target.cpu" || status=$?
+    -artifact_prefix="build/crashes/$target-" "$work/$target/corpus" "fuzz/seeds/$target" >"$log" 2>&1; } 2>"$work/$target.cpu" || status=$?
   local runs rate features
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
   rate=$(awk -v runs="${runs:-0}" '{ printf "%d", runs / ($1 + $2 + 0.01) }' "$work/$target.cpu")
@@ -44,7 +44,7 @@ run() {
   input=$(sed -n 's/.*Test unit written to //p' "$log" | tail -n 1)
   grep -E '^not kept|ERROR|runtime error|terminate called|what\(\)|Assertion|SUMMARY' "$log" | sed 's/^/    /' || true
   if [ -n "$input" ]; then
-    echo "    to see it again: build/fuzz/fuzz/fuzz_$target $input"
+    echo "    to see it again: build/asan/fuzz/fuzz_$target $input"
     echo "    once it is mended: cp $input fuzz/seeds/$target/NAME"
   else
     tail -n 20 "$log"

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Changes the library's sources one place at a time and sees whether its tests notice.
+"""Changes sources one place at a time and sees whether the tests notice.
 
-Each mutant is compiled by itself, linked with the tests' objects and tested until the first failure. Survivors are
-demanded to stand in tests/mutation-survivors.txt, each below the reason why no test can or need see it.
+Each mutant is compiled by itself, linked with the tests' objects and tested until the first failure: the library's by
+its own tests, those of standalone/ and cli/ by the tests of each and then by the program's sessions. A survivor of the
+library must stand in tests/mutation-survivors.txt, below the reason why no test can or need see it.
 Exit codes: 0 enough are killed, every survivor is explained and, of all mutants, nothing else; 1 not so; 2 the tests
 fail without a mutant.
 """
@@ -23,8 +24,12 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "mutants"
-SOURCES = ["resolver", "entry", "host", "adaptors"]
-DEMANDED = 90  # percent of the mutants that compile
+LIBRARY = ("resolver", "entry", "host", "adaptors")
+# The programs that test the sources of a folder, in this order.
+TESTED_BY = {folder: ("tests/library_tests",) for folder in LIBRARY} | {
+    "standalone": ("tests/standalone_tests", "cli/kelwhich"), "cli": ("tests/program_tests", "cli/kelwhich")}
+DEMANDED = 90  # percent of the library's mutants that compile
+DEMANDED_ELSEWHERE = 75
 SURVIVORS = ROOT / "tests" / "mutation-survivors.txt"
 
 SWAPS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "&&": "||", "||": "&&", "+": "-", "-": "+",
@@ -95,36 +100,86 @@ def mutants_of(path):
             yield Mutant(path, text, begin, end, "")
 
 
-class Tests:
-    """The test program's link, with any of the library's objects in place of the built ones."""
+def folder_of(path):
+    return path.split("/")[0]
 
-    def __init__(self, worlds):
+
+class Program:
+    """A program's link, with any of its objects in place of the built ones, and how it tests."""
+
+    def __init__(self, name):
+        self.name = name
+        commands = run(["ninja", "-C", BUILD, "-t", "commands", "-s", name]).stdout
+        self.link = [*shlex.split(commands.split("&&")[1]), "-fuse-ld=gold"]
+
+    def linked(self, objects, folder):
+        """Links with each new object in place of the built one, or before the archive that holds that."""
+        link = list(self.link)
+        for built, new in objects.items():
+            if built in link:
+                link[link.index(built)] = str(new)
+            elif (archive := self.archive_of(built)) is not None:
+                link.insert(archive, str(new))
+        program = folder / pathlib.Path(self.name).name
+        link[link.index("-o") + 1] = str(program)
+        run(link, cwd=BUILD)
+        return program
+
+    def archive_of(self, built):
+        library = re.sub(r"CMakeFiles/(\w+)\.dir/.*", r"lib\1.a", built)
+        return self.link.index(library) if library in self.link else None
+
+    def holds(self, built):
+        return built in self.link or self.archive_of(built) is not None
+
+    def passes(self, program):
+        if self.name != "cli/kelwhich":
+            return succeeds([program, "--gtest_fail_fast", "--gtest_brief=1"])
+        environment = os.environ | {"pages": str(BUILD / "cli" / "generated")}
+        sessions = sorted(ROOT.glob("tests/program/*.session"))
+        return all(succeeds([ROOT / "tests/program/run.sh", program, session], env=environment) for session in sessions)
+
+
+class Tests:
+    """The programs that test the folders."""
+
+    def __init__(self, folders, worlds):
         cache = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_CXX_FLAGS_DEBUG": "-O1 -D_GLIBCXX_ASSERTIONS",
-                 "KELWHICH_RANDOM_WORLDS": worlds}
+                 "KELWHICH_RANDOM_WORLDS": worlds, "KELWHICH_STATIC_PROGRAM": "OFF"}
         run(["cmake", "-G", "Ninja", "-S", ROOT, "-B", BUILD, *[f"-D{name}={value}" for name, value in cache.items()]])
-        run(["cmake", "--build", BUILD, "--target", "library_tests", "--", "--quiet"])
+        names = sorted({name for folder in folders for name in TESTED_BY[folder]})
+        pages = ["kelwhich_page_files"] if "cli/kelwhich" in names else []
+        run(["cmake", "--build", BUILD, "--target", *names, *pages, "--", "--quiet"])
+        self.programs = {name: Program(name) for name in names}
         self.compile = {}
         for entry in json.loads((BUILD / "compile_commands.json").read_text()):
             source = os.path.relpath(entry["file"], ROOT)
-            if source.split("/")[0] in SOURCES:
-                command = shlex.split(entry["command"])
-                self.compile[source] = command[command[0].endswith("ccache") :]
-        commands = run(["ninja", "-C", BUILD, "-t", "commands", "-s", "tests/library_tests"]).stdout
-        self.link = [*shlex.split(commands.split("&&")[1]), "-fuse-ld=gold"]
+            command = shlex.split(entry["command"])
+            command = command[command[0].endswith("ccache") :]
+            if folder_of(source) in folders and self.programs_with(source, command):
+                self.compile[source] = command
         self.includers = {source: self.included(command) for source, command in self.compile.items()}
+
+    def programs_with(self, source, command):
+        built = command[command.index("-o") + 1]
+        return any(self.programs[name].holds(built) for name in TESTED_BY[folder_of(source)])
 
     @staticmethod
     def included(command):
         listed = run([*command[: command.index("-o")], "-MM", command[-1]], cwd=BUILD).stdout
         return {os.path.relpath(name, ROOT) for name in listed.replace("\\\n", " ").split()[1:]}
 
+    def broken(self):
+        """The programs that fail without a mutant."""
+        return [name for name, program in self.programs.items() if not program.passes(BUILD / name)]
+
     def outcome(self, mutant, folder):
-        """`not compiled`, `killed` or `survived`."""
+        """`not compiled`, `not linked` into any program, `killed` or `survived`."""
         changed = folder / mutant.path
         changed.parent.mkdir(parents=True, exist_ok=True)
         changed.write_text(mutant.content)
         try:
-            link = list(self.link)
+            objects = {}
             for source in [s for s in self.compile if mutant.path in self.includers[s]]:
                 command = self.compile[source]
                 built = folder / (source.replace("/", "_") + ".o")
@@ -132,22 +187,25 @@ class Tests:
                 anew = [command[0], f"-I{folder}", *command[1 : command.index("-o")], "-w", "-O0", "-o", built]
                 if subprocess.run([*anew, "-c", given], cwd=BUILD, capture_output=True).returncode != 0:
                     return "not compiled"
-                link[link.index(command[command.index("-o") + 1])] = str(built)
-            program = folder / "library_tests"
-            link[link.index("-o") + 1] = str(program)
-            run(link, cwd=BUILD)
-            return "survived" if self.pass_with(program) else "killed"
+                objects[command[command.index("-o") + 1]] = built
+            if not objects:
+                return "not linked"
+            for name in TESTED_BY[folder_of(mutant.path)]:
+                program = self.programs[name]
+                if not program.passes(program.linked(objects, folder)):
+                    return "killed"
+            return "survived"
         finally:
             changed.unlink()
 
-    @staticmethod
-    def pass_with(program):
-        limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
-        try:
-            return subprocess.run([program, "--gtest_fail_fast", "--gtest_brief=1"], capture_output=True, timeout=60,
-                                  preexec_fn=limit).returncode == 0
-        except subprocess.TimeoutExpired:
-            return False
+
+def succeeds(command, **options):
+    limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
+    try:
+        return subprocess.run([str(part) for part in command], capture_output=True, timeout=60, preexec_fn=limit,
+                              **options).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
 
 
 def run(command, **options):
@@ -157,6 +215,13 @@ def run(command, **options):
     return done
 
 
+def sources_of(name):
+    """The source itself, or those below a folder."""
+    if (ROOT / name).is_dir():
+        return sorted(str(path.relative_to(ROOT)) for path in (ROOT / name).rglob("*.?pp"))
+    return [name]
+
+
 def explained():
     lines = SURVIVORS.read_text().splitlines() if SURVIVORS.exists() else []
     return {line for line in lines if line and not line.startswith("#")}
@@ -164,7 +229,7 @@ def explained():
 
 def main():
     options = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    options.add_argument("paths", nargs="*", help="sources to mutate (default: all of the library's)")
+    options.add_argument("paths", nargs="*", help="sources or folders to mutate (default: all of the library's)")
     options.add_argument("--sample", type=int, help="how many mutants to try (default: all)")
     options.add_argument("--seed", type=int, default=1, help="which ones, and in which order")
     options.add_argument("--worlds", type=int, default=2000, help="random worlds a mutant is asked about")
@@ -173,7 +238,9 @@ def main():
     options.add_argument("--list", action="store_true", help="only list the mutants")
     given = options.parse_args()
 
-    paths = given.paths or sorted(str(p.relative_to(ROOT)) for folder in SOURCES for p in (ROOT / folder).glob("*.?pp"))
+    paths = [path for name in given.paths or LIBRARY for path in sources_of(name)]
+    folders = {folder_of(path) for path in paths}
+    demanded = DEMANDED if folders <= set(LIBRARY) else DEMANDED_ELSEWHERE
     mutants = [mutant for path in paths for mutant in mutants_of(path)]
     random.Random(given.seed).shuffle(mutants)
     mutants = mutants[: given.sample]
@@ -184,25 +251,25 @@ def main():
     BUILD.mkdir(parents=True, exist_ok=True)
     alone = open(BUILD.parent / ".mutants.lock", "w", encoding="utf-8")  # one run at a time in one folder
     fcntl.flock(alone, fcntl.LOCK_EX)
-    tests = Tests(given.worlds)
-    if not tests.pass_with(BUILD / "tests" / "library_tests"):
-        print("mutate.py: the tests fail without a mutant", file=sys.stderr)
+    tests = Tests(folders, given.worlds)
+    if broken := tests.broken():
+        print("mutate.py: fails without a mutant: " + ", ".join(broken), file=sys.stderr)
         return 2
 
-    folders = queue.Queue()
+    free = queue.Queue()
     for job in range(given.jobs):
         folder = BUILD / f"mutant{job}"
         shutil.rmtree(folder, ignore_errors=True)  # a run that was killed leaves its change
-        folders.put(folder)
+        free.put(folder)
 
     def attempt(mutant):
-        folder = folders.get()
+        folder = free.get()
         try:
             return mutant, tests.outcome(mutant, folder)
         finally:
-            folders.put(folder)
+            free.put(folder)
 
-    counts = {"killed": 0, "survived": 0, "not compiled": 0}
+    counts = {"killed": 0, "survived": 0, "not compiled": 0, "not linked": 0}
     known, unexplained, survivors = explained(), 0, set()
     with concurrent.futures.ThreadPoolExecutor(given.jobs) as pool:
         for mutant, outcome in pool.map(attempt, mutants):
@@ -210,7 +277,7 @@ def main():
             if given.progress and sum(counts.values()) % 20 == 0:
                 print(counts, file=sys.stderr, flush=True)
             if outcome == "survived":
-                unexplained += mutant.key() not in known
+                unexplained += folder_of(mutant.path) in LIBRARY and mutant.key() not in known
                 print("survived" + (", explained" if mutant.key() in known else ""), mutant, flush=True)
                 survivors.add(mutant.key())
     stale = set() if given.paths or given.sample else known - survivors
@@ -219,8 +286,9 @@ def main():
     tried = counts["killed"] + counts["survived"]
     percent = 100 * counts["killed"] / tried if tried else 0
     print(f"mutants: {counts['killed']} of {tried} killed ({percent:.1f} %), {counts['survived']} survived, "
-          f"{unexplained} of them unexplained, {counts['not compiled']} not compiled")
-    return 0 if percent >= DEMANDED and unexplained == 0 and not stale else 1
+          f"{unexplained} of them unexplained, {counts['not compiled']} not compiled, "
+          f"{counts['not linked']} not linked")
+    return 0 if percent >= demanded and unexplained == 0 and not stale else 1
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets everything up, builds, and runs all tests. Usage: scripts/test.sh [PRESET]
-# PRESET is dev (the default), clang, asan (clang too, with its address and undefined-behaviour sanitizers) or tsan.
+# PRESET is dev (the default), clang, asan (clang too, with its address and undefined-behaviour sanitizers), tsan, or
+# nightly (as dev, with all that takes long).
 # Can be run again at once: only what changed is built anew.
 . "$(dirname "$0")/lib.sh"
 preset=${1:-dev}

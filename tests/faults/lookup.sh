@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Asks for names, once for every system call that answering takes, with that call failing or being the last: the answer
-# is the whole one, or there is none and a line says why. Usage: lookup.sh PROGRAM
+# is the whole one, or there is none and a line says why. Usage: lookup.sh PROGRAM [EVERY]
+# EVERY: of the faults only each EVERY-th is tried.
 # Exits with 77 where processes cannot be traced.
 set -euo pipefail
 unset CDPATH KELWHICH_INSTALLATION
@@ -8,6 +9,7 @@ here=$(realpath "${BASH_SOURCE[0]%/*}")
 strace -qq -o /dev/null true 2>/dev/null || { echo "skipped: strace is missing or may not trace here"; exit 77; }
 
 program=$(realpath "$1")
+every=${2:-1}
 top=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$top"' EXIT
 cp -r "$here/../../examples/installation" "$top/world"
@@ -31,7 +33,7 @@ faults() {
       for ((k = 1; k <= count; k++)); do
         for fault in error=EIO error=EACCES error=ENOMEM error=EMFILE signal=KILL; do echo "$call $k $fault"; done
       done
-    done
+    done | awk -v every="$every" 'NR % every == 0'
   rm "$trace"
 }
 

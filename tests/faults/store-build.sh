@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Kills `store build` before each of its system calls, has each of them fail, fills the disk, and runs builds side by
 # side. After each, the store must be the old one or the new one to the last byte, a failure must have been told, and the
-# next build must succeed and leave nothing but the store. Usage: store-build.sh PROGRAM
+# next build must succeed and leave nothing but the store. Usage: store-build.sh PROGRAM [EVERY]
+# EVERY: of the kills and failures only each EVERY-th is tried.
 # Exits with 77 where processes cannot be traced.
 set -euo pipefail
 
@@ -89,6 +90,8 @@ awk '
     for (i = 1; i <= n; ++i) print call, number, "error=" error[i]
   }' trace >cases
 grep -q 'rename 1 signal=KILL' cases || fail "a build is not traced"
+awk -v every="${2:-1}" 'NR % every == 0' cases >sample
+mv sample cases
 
 workers=()
 for worker in 0 1; do
