@@ -26,18 +26,18 @@ std::string folderOf(const std::string& path) {
     return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
 }
 
-// A hidden name beside `target`, another one at each call; short, since the target's own may be as long as any can be.
-std::string nameBeside(const std::string& target) {
+// A new hidden path beside `target`. Its name does not contain the target's, which may be as long as names can be.
+std::string hiddenPathBeside(const std::string& target) {
     return folderOf(target).append(prefix) + std::to_string(std::random_device()());
 }
 
-bool isSuchName(std::string_view name) {
+bool isHiddenName(std::string_view name) {
     return name.starts_with(prefix) && name.size() > prefix.size()
            && name.find_first_not_of("0123456789", prefix.size()) == std::string_view::npos;
 }
 
-// Waits while another process looks whether the file is a leftover. False when it was one to that process, and is gone.
-// Where locks are not to be had nothing is taken for a leftover either.
+// Waits for a process that holds the lock to see whether the file is a leftover. False when that process removed it.
+// On a disk without locks no process removes leftovers, so a failing lock does not matter.
 bool lock(int descriptor) {
     while (flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
     }
@@ -45,6 +45,7 @@ bool lock(int descriptor) {
     return fstat(descriptor, &status) != 0 || status.st_nlink != 0;
 }
 
+// Whether `path` is still the open file itself.
 bool isAt(int descriptor, const std::string& path) {
     struct stat open {};
     struct stat named {};
@@ -52,7 +53,7 @@ bool isAt(int descriptor, const std::string& path) {
            && open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-// Removes `path` if no process is writing it. Under the lock, no other process gives the name to another file.
+// Removes `path` unless a process is writing it.
 void removeLeftover(const std::string& path) {
     const Descriptor file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0 && isAt(file.get(), path)) {
@@ -60,17 +61,18 @@ void removeLeftover(const std::string& path) {
     }
 }
 
-// Leftovers do no harm, hence errors do not matter.
+// Leftovers are harmless, so errors are ignored.
 void removeLeftovers(const std::string& folder) {
     try {
-        for (const auto& entry : RealFileTree().entries(folder, isSuchName).value_or(std::vector<FileTree::Entry>())) {
+        for (const auto& entry :
+             RealFileTree().entries(folder, isHiddenName).value_or(std::vector<FileTree::Entry>())) {
             removeLeftover(folder + entry.name);
         }
-    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): a folder that can be written to, not read
+    } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): a folder may be writable and unreadable
     }
 }
 
-// Without this, a power failure may bring the old file back, which is whole as well; hence errors do not matter.
+// Without this, a power failure may bring the old file back. That one is complete too, so errors are ignored.
 void syncFolder(const std::string& folder) {
     const Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (descriptor.isOpen()) {
@@ -78,8 +80,8 @@ void syncFolder(const std::string& folder) {
     }
 }
 
-// False, with errno, when it did not come to that. Some disks know no second name of a file, others no such rename.
-bool moveToFreeName(const std::string& from, const std::string& to) {
+// False, with errno, when `to` exists or the move failed. Some disks lack hard links, others this kind of rename.
+bool moveIfAbsent(const std::string& from, const std::string& to) {
     if (link(from.c_str(), to.c_str()) == 0) {
         unlink(from.c_str());
         return true;
@@ -123,7 +125,7 @@ AtomicFile::AtomicFile(const std::string& target) : target_(target) {
         throw std::runtime_error(target + ": is a link that leads nowhere; make its target or remove it");
     }
     removeLeftovers(folderOf(target_));
-    // What the old file hides from others, the new one hides from its beginning.
+    // Never more readable than the old file, from the start.
     create(old_ ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
 }
 
@@ -135,7 +137,7 @@ AtomicFile::~AtomicFile() {
 
 void AtomicFile::create(unsigned mode) {
     for (;;) {
-        path_ = nameBeside(target_);
+        path_ = hiddenPathBeside(target_);
         descriptor_ = Descriptor(open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
         if (!descriptor_.isOpen() && errno != EEXIST) {
             fail(errno);
@@ -195,7 +197,7 @@ void AtomicFile::copyOwnerAndMode(const struct stat& old) const {
     constexpr auto unchanged = static_cast<uid_t>(-1);
     if (fchown(descriptor_.get(), old.st_uid, old.st_gid) != 0
         && fchown(descriptor_.get(), unchanged, old.st_gid) != 0) {
-        mode = (mode & ~070U) | ((mode & 07U) << 3U); // our group is one of the others
+        mode = (mode & ~070U) | ((mode & 07U) << 3U); // our group then has the permissions of others
     }
     if (fchmod(descriptor_.get(), mode) != 0) {
         fail(errno);
@@ -223,7 +225,7 @@ void AtomicFile::commit() {
 
 bool AtomicFile::commitIfAbsent() {
     sync();
-    if (!moveToFreeName(path_, target_)) {
+    if (!moveIfAbsent(path_, target_)) {
         if (errno == EEXIST) {
             return false;
         }

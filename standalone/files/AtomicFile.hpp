@@ -1,8 +1,7 @@
-// A file that takes the place of another one whole, or not at all.
+// Writes a file in one step: whoever opens the target finds its old content or all of the new, even after a crash.
 //
-// It is written under a name of its own in the same folder, and locked for as long as it is being written. Whoever
-// opens the target finds the old content or the new one, whenever this process or the machine stops; what a process
-// that was killed has left, the next one that writes into the folder removes.
+// The new content is written to a hidden file beside the target, which stays locked meanwhile. The hidden file of a
+// process that was killed is removed by the next AtomicFile in the same folder.
 // Threads: one.
 // Errors: std::runtime_error, one line that names the file and the cause.
 #pragma once
@@ -20,28 +19,27 @@ namespace tessgen::standalone {
 
 class AtomicFile {
 public:
-    // A target that is a link is what the link leads to. The file gets the mode and, if the system lets us, the owner
-    // and the group of the one that it replaces.
-    // Errors: the target is there and is not a regular file, or is a link that leads nowhere; the folder cannot be
-    // written to.
+    // When `target` is a link, the file that it leads to is replaced. The new file gets the mode of the old one and, as
+    // far as the system allows, its owner and group.
+    // Errors: the target exists and is not a regular file, or is a dangling link; the folder cannot be written to.
     explicit AtomicFile(const std::string& target);
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
-    // Removes the new file unless it has taken the target's place.
+    // Removes the hidden file unless it was committed.
     ~AtomicFile();
 
     void append(std::string_view bytes);
-    // Writes over what was appended.
+    // Replaces bytes that were appended before.
     void overwrite(std::uint64_t position, std::string_view bytes);
-    // Reads what was appended.
-    std::string read(std::uint64_t position, std::size_t length);
+    // Bytes that were appended before.
+    [[nodiscard]] std::string read(std::uint64_t position, std::size_t length);
 
-    // Waits until the disk has the content, then replaces the target.
+    // Writes the content through to the disk, then replaces the target.
     void commit();
-    // The same, but only where there is no target by then. False when there is one, which stays.
+    // The same, but returns false and replaces nothing when there is a target by then.
     [[nodiscard]] bool commitIfAbsent();
 
-    // Throws an error that names the target and says why it was not replaced; `error` is an errno.
+    // Throws an error that names the target and says why it was not replaced; `error` is the system's number.
     [[noreturn]] void fail(const std::string& cause) const;
     [[noreturn]] void fail(int error) const;
 
@@ -53,8 +51,8 @@ private:
     void copyOwnerAndMode(const struct stat& old) const;
 
     std::string target_;
-    std::optional<struct stat> old_; // the target's, when there is one
-    std::string path_;               // empty once it has the target's name
+    std::optional<struct stat> old_; // the target's, if it exists
+    std::string path_;               // of the hidden file; empty once it was committed
     Descriptor descriptor_;
     std::string buffer_; // appended and not yet written
     std::uint64_t written_ = 0;

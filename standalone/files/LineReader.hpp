@@ -19,21 +19,21 @@ public:
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
-    // The next line, of whatever length, without its end and without a byte-order mark before the first one; nothing
-    // at the end of the file. Valid until the next call.
+    // The next line, of any length, without its line end and without a byte-order mark before the first line. Empty at
+    // the end of the file. Valid until the next call.
     std::optional<std::string_view> next();
 
-    // The file's size in bytes; nothing when it is no regular file, and so has none that is known.
-    std::optional<std::uint64_t> size() const;
-    // Whether `next` reads, and so may have to wait for what is not there yet.
-    bool mayWait() const;
+    // In bytes; empty when the file is not a regular one.
+    [[nodiscard]] std::optional<std::uint64_t> size() const;
+    // Whether `next` would read from the file, and so may block.
+    [[nodiscard]] bool mayWait() const;
 
-    // Whether this is what `path` leads to.
-    bool isFile(const std::string& path) const;
+    // Whether `path` leads to the same file.
+    [[nodiscard]] bool isFile(const std::string& path) const;
 
-    std::uint64_t bytes() const { return bytes_; }   // read so far
+    std::uint64_t bytes() const { return bytes_; }   // of the lines returned so far
     std::uint64_t number() const { return number_; } // of the current line, counted from 1
-    // How an error names the current line: "FILE:NUMBER:".
+    // The current line in an error: "FILE:NUMBER:".
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
@@ -45,7 +45,7 @@ private:
     std::string file_ = "standard input";
     Descriptor own_; // none for standard input, which stays open
     int descriptor_ = STDIN_FILENO;
-    std::string buffer_; // the current line's, until `begin_`, and what was read after it
+    std::string buffer_; // the current line up to `begin_`, then what was read after it
     std::size_t begin_ = 0;
     bool isAtEnd_ = false;
     std::uint64_t number_ = 0;

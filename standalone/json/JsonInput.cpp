@@ -15,7 +15,7 @@ namespace {
 
 using nlohmann::json;
 
-// Without the parser's own prefix and without the text that it read last, which may be long and may be anything.
+// Without the parser's prefix and without the text that it quotes, which may be long and may be anything.
 std::string detailOf(const json::parse_error& error) {
     std::string detail = error.what();
     if (const auto begin = detail.find(" - "); begin != std::string::npos) {
@@ -34,7 +34,7 @@ JsonSyntaxError syntaxError(std::string_view text, std::size_t byte, const std::
     return {what, line, column};
 }
 
-// As it is; only the beginning of a text that is long or holds a NUL, at which an error's message would end.
+// Unescaped. A long text is cut, and so is one with a NUL, where the message of an exception would end.
 std::string inQuotes(std::string_view text) {
     constexpr std::size_t longest = 200;
     if (const auto end = text.find('\0'); end <= longest) {
@@ -44,13 +44,13 @@ std::string inQuotes(std::string_view text) {
         return '"' + std::string(text) + '"';
     }
     auto size = longest;
-    while ((static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80) { // no character is cut
+    while ((static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80) { // do not cut a character
         --size;
     }
     return '"' + std::string(text.substr(0, size)) + "...\" (" + std::to_string(text.size()) + " bytes)";
 }
 
-// What an error says that it found; null stands for a key that is not given.
+// The value in an error; null is a missing key.
 std::string describe(const json* value) {
     if (value == nullptr) {
         return "nothing";
@@ -70,7 +70,7 @@ std::string describe(const json* value) {
     }
 }
 
-// What to do about a key that is not known.
+// What to do about an unknown key.
 std::string adviceFor(std::string_view key, std::initializer_list<std::string_view> known) {
     const auto* nearest = std::min_element(
         known.begin(), known.end(), [key](auto a, auto b) { return editDistance(key, a) < editDistance(key, b); });
@@ -84,9 +84,9 @@ std::string adviceFor(std::string_view key, std::initializer_list<std::string_vi
     return all;
 }
 
-// Refuses what the parser takes: the same key twice in an object, and lists and objects beyond `deepest`. What the
-// parser refuses only ends the check, for the parser to tell of. A pass of its own, since the parser's callbacks cost
-// the square of a list's length; it is made for texts that may be refused alone, since it costs as much as the parser.
+// Rejects what the parser accepts: the same key twice in an object, and nesting deeper than `deepest`. At an error that
+// the parser reports itself, the check only ends. It is a second pass, made only over suspicious texts: it costs as
+// much as parsing, and doing it in the parser's callbacks costs the square of a list's length.
 class JsonCheck final : public json::json_sax_t {
 public:
     explicit JsonCheck(std::string_view text) : text_(text) {}
@@ -130,7 +130,7 @@ private:
     }
 
     std::string_view text_;
-    std::vector<std::set<std::string>> keys_; // of what is open, outermost first; a list has none
+    std::vector<std::set<std::string>> keys_; // of each open object or list, outermost first; empty for a list
     std::size_t keyCount_ = 0;
 };
 
@@ -139,16 +139,16 @@ void check(std::string_view text) {
     json::sax_parse(text, &check);
 }
 
-// Of a text that is JSON; of another, some numbers.
+// Right for JSON; for other texts the numbers mean nothing.
 struct Shape {
     std::size_t keys = 0;
-    std::size_t depth = 0; // of lists and objects in each other
+    std::size_t depth = 0; // of nested lists and objects
 };
 
 Shape shapeOf(std::string_view text) {
     Shape shape;
     std::size_t open = 0;
-    bool isInside = false; // a text in quotes
+    bool isInside = false; // of quotes
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         if (c == '"') {
@@ -166,7 +166,7 @@ Shape shapeOf(std::string_view text) {
     return shape;
 }
 
-// At every depth. A key that the text gives twice is one.
+// At every depth; a key that the text gives twice counts once.
 std::size_t keysOf(const json& value) {
     std::size_t count = value.is_object() ? value.size() : 0;
     if (value.is_structured()) {
@@ -186,7 +186,7 @@ TextPlace lineAndColumn(std::string_view text, std::size_t byte) {
 }
 
 json parseJson(std::string_view text) {
-    if (const auto byte = text.find('\0'); byte != std::string_view::npos) { // the parser would take it for the end
+    if (const auto byte = text.find('\0'); byte != std::string_view::npos) { // the parser would stop there
         throw syntaxError(text, byte, "not valid JSON in UTF-8: the character 0");
     }
     const auto shape = shapeOf(text);
@@ -201,7 +201,7 @@ json parseJson(std::string_view text) {
         return parsed;
     } catch (const json::parse_error& error) {
         check(text);
-        // `byte` counts the bytes read, the one that is wrong included; at the end of the text it is one beyond.
+        // `byte` counts the bytes read, the wrong one included; at the end of the text it is one more.
         throw syntaxError(text, error.byte - 1, "not valid JSON: " + detailOf(error));
     } catch (const json::out_of_range& error) { // its message ends with the number in quotes
         check(text);

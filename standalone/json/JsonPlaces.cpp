@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view blanks = " \t\r\n";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-// Goes through a text from one key or value to the next; a list or object is met at its bracket, before what it holds.
+// Reads a text key by key and value by value; a list or object comes at its bracket, before its elements.
 class JsonWalk {
 public:
     explicit JsonWalk(std::string_view text)
@@ -50,7 +50,7 @@ public:
     bool isKey() const { return isKey_; }
     bool opens() const { return token() == "{" || token() == "["; }
 
-    // Such as "builtins[1].name".
+    // The place of the current key or value, such as "builtins[1].name".
     std::string path() const {
         std::string path;
         for (const auto& level : levels_) {
@@ -93,12 +93,12 @@ private:
     std::string_view text_;
     std::size_t begin_ = 0; // of the token
     std::size_t end_;
-    std::vector<Level> levels_; // what is open around the token, outermost first
+    std::vector<Level> levels_; // the lists and objects around the token, outermost first
     bool keyComes_ = false;
     bool isKey_ = false;
 };
 
-// The place of the first key or value that fits; the end of the text when none does.
+// Of the first key or value that fits; the end of the text when none does.
 template <typename Fits>
 std::size_t firstPlace(std::string_view text, Fits fits) {
     for (JsonWalk walk(text); walk.next();) {

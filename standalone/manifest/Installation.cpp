@@ -28,7 +28,7 @@ const std::string& readText(const json* value, const std::string& place, const c
     return *text;
 }
 
-// What `read(element, place)` makes of each element; empty when the key is not given.
+// `read(element, place)` of each element; empty when the key is missing.
 template <typename Read>
 auto readList(const json& object, const std::string& key, Read read) {
     std::vector<decltype(read(object, key))> list;
@@ -43,7 +43,7 @@ auto readList(const json& object, const std::string& key, Read read) {
     return list;
 }
 
-// A folder or file, absolute; a relative one is meant in `base`. Nothing when the key is not given.
+// An absolute path; a relative one is resolved against `base`. Empty when the key is missing.
 std::optional<std::string> readPath(const json& manifest, const std::string& key, const std::string& base) {
     const json* value = findValue(manifest, key);
     return value == nullptr ? std::nullopt
@@ -54,7 +54,7 @@ const std::string& readFolder(const json& value, const std::string& place) {
     return readText(&value, place, "the path of a folder");
 }
 
-// A KEL path folder with a "/" at its end matches nothing; it stays so that this can be found out.
+// A KEL path folder with a "/" at its end matches nothing; the "/" is kept so that the doctor can report it.
 std::string readKELFolder(const json& value, const std::string& place, const std::string& root) {
     const std::string& text = readFolder(value, place);
     const std::string folder = absolutePath(text, root);
@@ -101,14 +101,14 @@ std::vector<std::string> readExtensions(const json& manifest) {
     return extensions;
 }
 
-// The host tells of built-ins in a line of text, where such characters would mean something else; a name with "." or
-// "/" is never looked for among them.
+// The host reports built-ins in a line of text, where white space has a meaning; names with "." or "/" are never looked
+// up among built-ins.
 std::u16string readPlainName(const json* value, const std::string& place, const std::string& expected) {
-    const auto means = expected + R"(, a plain name without white space, "." and "/")";
-    const std::string& name = readText(value, place, means.c_str());
-    const auto isForeign = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
-    if (std::any_of(name.begin(), name.end(), isForeign)) {
-        failAtKey(place, means, value);
+    const auto plain = expected + R"(, a plain name without white space, "." and "/")";
+    const std::string& name = readText(value, place, plain.c_str());
+    const auto isRefused = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
+    if (std::any_of(name.begin(), name.end(), isRefused)) {
+        failAtKey(place, plain, value);
     }
     return toUTF16(name).value();
 }
@@ -135,7 +135,7 @@ Builtin readBuiltin(const json& value, const std::string& place) {
     return builtin;
 }
 
-// Whatever lies in the support-package root is no user's file, so that root must not lie there as a whole.
+// No file below the support-package root is a user's, so the whole root must not lie there.
 void refuseClashes(const Installation& read, const json& manifest) {
     if (const auto& packages = read.supportPackageRoot) {
         if (joinPath(read.root, "").starts_with(joinPath(*packages, ""))) {

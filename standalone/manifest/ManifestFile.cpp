@@ -19,7 +19,7 @@ namespace tessgen::standalone {
 
 namespace {
 
-constexpr std::size_t largestManifest = std::size_t{16} << 20U; // reading what is no manifest must not fill the memory
+constexpr std::size_t largestManifest = std::size_t{16} << 20U; // so that a wrong file does not fill the memory
 
 std::runtime_error failure(const std::string& path, const std::string& what) {
     return std::runtime_error(path + ": " + what);
@@ -29,7 +29,7 @@ std::runtime_error unreadable(const std::string& path, int error) {
     return failure(path, "the manifest cannot be read: " + std::generic_category().message(error));
 }
 
-// A file that is open for reading, or known to be absent.
+// A file that is open for reading, or absent.
 class InputFile {
 public:
     explicit InputFile(const std::string& path)

@@ -1,20 +1,20 @@
-// The manifest as a file: found, opened and read to its end; what it says is not looked at.
+// Finds and reads the file of the manifest; its content is not interpreted.
 #pragma once
 
 #include <string>
 
 namespace tessgen::standalone {
 
-inline constexpr const char* manifestName = "installation.json"; // in the folder that it describes
+inline constexpr const char* manifestName = "installation.json";
 
 struct ManifestFile {
-    std::string path; // its real path, in UTF-8: links are resolved
+    std::string path; // in UTF-8, links resolved
     std::string text;
 };
 
 // Reads a file, or the `installation.json` of a folder.
-// Errors: std::runtime_error with one line: nothing there, not a regular file, unreadable, larger than any manifest, a
-// path that is not UTF-8.
-ManifestFile readManifestFile(const std::string& fileOrFolder);
+// Errors: std::runtime_error with one line: absent, not a regular file, unreadable, larger than 16 MiB, a path that is
+// not UTF-8.
+[[nodiscard]] ManifestFile readManifestFile(const std::string& fileOrFolder);
 
 } // namespace tessgen::standalone

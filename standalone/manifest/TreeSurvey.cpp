@@ -19,13 +19,13 @@ using Paths = std::set<std::u16string>; // relative to the tree, which is ""
 
 struct Folder {
     std::string path;        // relative to the tree, which is ""
-    std::u16string searched; // the folder that its files are found from
+    std::u16string searched; // the search folder that finds its files
     bool isKEL = false;
     bool isWithin = false; // is a package, class or private folder, or lies in one
     bool isPrivate = false;
 };
 
-// Not so a method, which is asked for with its class before it, and not a file with a dot in its own name.
+// False for methods (they need the class prefix) and for stems with a dot.
 bool isFoundByItsName(const std::u16string& path) {
     const auto stem = kelwhich::fileStem(path);
     const auto classFolder = kelwhich::getClassFolderInfo(path);
@@ -106,7 +106,7 @@ private:
     }
 
     void enter(const Folder& above, const std::string& name, const std::string& path, const std::u16string& text) {
-        if (kelRoots_.contains(path)) { // goes its own way
+        if (kelRoots_.contains(path)) { // is visited by itself
             return;
         }
         if (isPackageClassOrPrivate(name)) {
@@ -152,7 +152,7 @@ private:
     Paths searchFolders_;
     Paths kelFolders_;
     Paths kelFiles_;
-    std::u16string fileToTry_; // of those that the host finds
+    std::u16string fileToTry_; // preferred to `kelFileToTry_`
     std::u16string kelFileToTry_;
     TreeSurvey survey_;
 };

@@ -1,7 +1,7 @@
-// What a tree of folders offers to a manifest: which folders the host can search, and the code generator's own files.
+// Finds what a manifest for a tree should hold: the folders to search, and the code generator's own files.
 //
-// Paths are UTF-8 and relative to the tree, "." for the tree itself; lists are in the order of the UTF-16 code units of
-// their paths, so that a tree has one survey on every disk.
+// Paths are UTF-8 and relative to the tree, "." for the tree itself. Lists are sorted by the UTF-16 code units of their
+// paths, so a tree has the same survey on every disk.
 #pragma once
 
 #include "standalone/files/FileTree.hpp"
@@ -12,19 +12,20 @@
 namespace tessgen::standalone {
 
 struct TreeSurvey {
-    std::vector<std::string> searchFolders; // those from which a name leads to a source file
-    std::vector<std::string> kelFolders;    // those that were given, and those below them that hold source files
-    std::vector<std::string> kelFiles;      // the source files below the KEL folders
-    std::string nameToTry;                  // one that a file defines; empty when none does
-    std::vector<std::string> notUTF8;       // paths passed over, since no manifest can hold them
-    std::vector<std::string> unreadable;    // folders and links passed over, each with the cause
+    std::vector<std::string> searchFolders; // folders from which a name leads to a source file
+    std::vector<std::string> kelFolders;    // the given ones, and folders below them that hold source files
+    std::vector<std::string> kelFiles;      // source files below the KEL folders
+    std::string nameToTry;                  // a name that a file defines; empty when there is none
+    std::vector<std::string> notUTF8;       // skipped paths, which no manifest can hold
+    std::vector<std::string> unreadable;    // skipped folders and links, each with the cause
 };
 
-// Lists every folder of the tree once. A source file has one of the default extensions; it belongs to the folder above
-// its package, class and private folders, and a private one alone does not make a folder worth searching. Passed over:
-// what is hidden, folders that are links, plain folders within package, class and private ones. KEL folders are
-// relative to the tree; one may be hidden, or lie within a package. They are not searched.
+// Lists every folder of the tree once. A source file has one of the default extensions and belongs to the folder above
+// its package, class and private folders; a folder whose source files are all private is not a search folder. Skipped:
+// hidden files and folders, links to folders, plain folders within package, class and private ones. `kelFolders` are
+// relative to the tree; they may be hidden or lie within a package, and are not searched.
 // Errors: std::system_error when the tree itself cannot be read.
-TreeSurvey surveyTree(const std::string& tree, const std::vector<std::string>& kelFolders, const FileTree& files);
+[[nodiscard]] TreeSurvey surveyTree(const std::string& tree, const std::vector<std::string>& kelFolders,
+                                    const FileTree& files);
 
 } // namespace tessgen::standalone

@@ -137,7 +137,7 @@ std::vector<std::string> inUTF8(const std::vector<std::u16string>& texts) {
     return converted;
 }
 
-// The shortest path that is read as `path` again.
+// The shortest path that `readSupportRecord` reads as `path`.
 std::string pathFrom(std::string_view root, std::string path) {
     const auto folder = joinPath(root, "");
     if (path.starts_with(folder) && absolutePath(path.substr(folder.size()), root) == path) {

@@ -11,7 +11,7 @@ namespace tessgen::standalone {
 
 namespace {
 
-// The key of a question, in memory that each thread keeps: one look-up at a time needs it.
+// The key of a look-up, in memory that the thread keeps; valid until its next call.
 const std::string& keyOf(EntryKind kind, std::u16string_view text) {
     thread_local std::string key;
     encodeKey(key, kind, text);

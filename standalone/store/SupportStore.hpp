@@ -1,8 +1,8 @@
 // The support store: the records of the code generator's support metadata in one constant database file.
 //
-// The file is mapped and never written; nothing is parsed when it is opened. Texts are UTF-16 code units.
-// Threads: look-ups from any thread, at the same time.
-// Lifetime: a record handed out owns its texts and outlives the store.
+// The file is mapped read-only; opening parses nothing. Texts are UTF-16 code units.
+// Threads: const operations may be called concurrently.
+// Lifetime: a returned record owns its texts and may outlive the store.
 // Errors: std::runtime_error with one line that names the file and says what to do.
 #pragma once
 
@@ -24,28 +24,26 @@ class SupportStore {
 public:
     using Record = std::shared_ptr<const tessapp::internal::screener::meta::SupportEntry>;
 
-    // Opens the store that was built for an installation with that root (UTF-8).
-    // Errors: no such file, not a regular file, not a store, another version, another root, cut short. What is damaged
-    // inside is an error of the look-ups that come upon it: a record is never altered, but damaged keys and hash tables
-    // may hide one.
+    // Opens a store that must have been built for `root` (UTF-8).
+    // Errors: no such file, not a regular file, not a store, another version or root, truncated. Damage inside is an
+    // error of the look-ups that meet it. It never alters a record, but a damaged key or hash table may hide one.
     SupportStore(const std::string& file, std::string_view root);
-    // Opens a store whatever root it was built for.
+    // Opens a store for any root.
     explicit SupportStore(const std::string& file);
     SupportStore(SupportStore&&) noexcept;
     SupportStore& operator=(SupportStore&&) noexcept;
     ~SupportStore();
 
-    // The root that it was built for; it has no lone surrogate.
-    const std::u16string& root() const;
-    // The record of one file, or nothing; built-in records are not found by path.
+    // The root that the store was built for, without lone surrogates.
+    [[nodiscard]] const std::u16string& root() const;
+    // The record of a file, if it has one. Built-in records are not found by path.
     // Errors: a damaged record.
-    std::optional<Record> findByPath(std::u16string_view path) const;
-    // The records of a name, in the order of their lines when the store was built.
+    [[nodiscard]] std::optional<Record> findByPath(std::u16string_view path) const;
+    // The records of a name, in the order of the lines that the store was built from.
     // Errors: a damaged record.
-    std::vector<Record> findBySymbol(std::u16string_view symbol) const;
-    // Hands out every record, in the order of their lines when the store was built.
-    // Errors: a damaged record or entry, after the records before it; fewer or more records than were written, at the
-    // end.
+    [[nodiscard]] std::vector<Record> findBySymbol(std::u16string_view symbol) const;
+    // Passes every record to `visit`, in the order of those lines.
+    // Errors: a damaged record or entry, after the records before it; at the end, a wrong number of records.
     void forEachRecord(const std::function<void(const SupportRecord&)>& visit) const;
 
 private:

@@ -19,10 +19,10 @@ namespace tessgen::standalone {
 
 namespace {
 
-// The files that have a record, kept as hashes of their paths, since the paths themselves may not fit into memory.
+// The files that have a record. Keeps hashes of their paths, since all paths may not fit into memory.
 class KnownFiles {
 public:
-    // The line of an earlier record of the same file, if there is one; else the file is known from now on.
+    // The line of an earlier record of the same file. If there is none, remembers this line.
     std::optional<std::uint64_t> lineOf(const std::u16string& path, std::uint64_t line, DatabaseWriter& written) {
         const auto [known, isNew] = lines_.try_emplace(std::hash<std::u16string>()(path), line);
         if (isNew || !written.holds(encodeKey(EntryKind::file, path))) {
@@ -59,7 +59,7 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
     AtomicFile file(output);
     DatabaseWriter writer(file);
     KnownFiles known;
-    CommonPrefix beginning;
+    CommonPrefix prefix;
     StoreBuildProgress progress;
     progress.size = lines.size();
     while (const auto line = lines.next()) {
@@ -76,13 +76,12 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
                 throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "
                                          + std::to_string(*earlier));
             }
-            beginning.add(record.entry.path);
+            prefix.add(record.entry.path);
         }
         add(record, writer);
         ++progress.records;
     }
-    writer.finish(supportStoreKind, static_cast<std::uint32_t>(progress.records), toUTF16(root).value(),
-                  beginning.text());
+    writer.finish(supportStoreKind, static_cast<std::uint32_t>(progress.records), toUTF16(root).value(), prefix.text());
     file.commit();
     return progress;
 }

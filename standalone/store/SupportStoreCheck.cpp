@@ -35,25 +35,25 @@ private:
             return false;
         }
         if (!isRecord(entry.key)) {
-            expect(lost_, "no record needs this entry");
+            expect(namesUnknown_, "no record needs this entry");
             return false;
         }
-        lost_ = !checkRecord(entry);
-        return !lost_;
+        namesUnknown_ = !checkRecord(entry);
+        return !namesUnknown_;
     }
 
     void passOverDamage() override {
         due_.clear();
-        lost_ = true;
+        namesUnknown_ = true;
     }
 
     void checkInfo() override {
-        expect(file().info().commonPrefix == beginning_.text(), "the paths of the files do not begin as it is told here");
+        expect(file().info().commonPrefix == prefix_.text(), "this is not the common prefix of the paths");
     }
 
     bool isComplete() const override { return due_.empty(); }
 
-    // Whether it tells which entries come next.
+    // False when the names of the record are unknown, and so the entries that must come next.
     bool checkRecord(const DatabaseEntry& entry) {
         const auto record = decodeRecord(entry.key, entry.value);
         const bool isWhole = record && isText(record->entry.path) && isText(record->entry.symbol)
@@ -68,15 +68,15 @@ private:
         }
         if (!record->entry.isBuiltin) {
             const auto found = DatabaseSearch(file(), entry.key).next();
-            beginning_.add(record->entry.path);
+            prefix_.add(record->entry.path);
             expect(found && found->key.data() == entry.key.data(), "the record of a file is not found by its path");
         }
         return true;
     }
 
     std::deque<std::pair<std::string, std::string>> due_; // the name entries that must come next: key and value
-    CommonPrefix beginning_;                              // of the files so far
-    bool lost_ = false; // the record before was damaged, so that its names are not known
+    CommonPrefix prefix_;                                 // of the files so far
+    bool namesUnknown_ = false;                           // the last record was damaged
 };
 
 } // namespace

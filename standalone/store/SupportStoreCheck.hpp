@@ -1,4 +1,4 @@
-// Whether a whole store is as a build wrote it.
+// Whether a store is, byte for byte, what a build wrote.
 #pragma once
 
 #include "standalone/database/DatabaseCheck.hpp"
@@ -7,9 +7,9 @@
 
 namespace tessgen::standalone {
 
-// Goes through every entry, the order of each record's names, and every place of the hash tables.
+// Checks every entry, the order of each record's names, and every slot of the hash tables.
 // Memory: that of the hash tables.
-// Errors: what is an error when a store is opened; damage inside is no error but a finding.
-DatabaseCheck checkSupportStore(const std::string& file);
+// Errors: those of opening a store; damage inside is not an error but a finding.
+[[nodiscard]] DatabaseCheck checkSupportStore(const std::string& file);
 
 } // namespace tessgen::standalone

@@ -197,6 +197,7 @@ const std::vector<Case> cases = {
     {[](Patient& p) {
          p.add("/w/two.vk");
          p.record(R"("path": "/w/two.vk", "name": ["one", "two"], "unsupportedSymbols": ["three", "two"])");
+         p.record(R"("path": "a built-in", "builtin": true, "unsupportedSymbols": ["a built-in"])");
      },
      {"record-refuses-itself: /w/two.vk, two"}},
     {[](Patient& p) {

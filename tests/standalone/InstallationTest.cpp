@@ -28,7 +28,7 @@ using Strings = std::vector<std::string>;
 // The message of the error, or "" when there is none.
 std::string errorOf(const std::string& fileOrFolder) {
     try {
-        readInstallation(fileOrFolder);
+        static_cast<void>(readInstallation(fileOrFolder));
         return "";
     } catch (const std::runtime_error& error) {
         return error.what();

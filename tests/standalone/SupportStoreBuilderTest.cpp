@@ -86,6 +86,8 @@ TEST(SupportStoreBuilder, NamesTheLineAndWhatWasExpected) {
          R"( key "supportFlags[5]": expected true or false, found a number)"},
         {R"({"path": "a", "unsupportedSymbols": "b"})",
          R"( key "unsupportedSymbols": expected a list of texts, found "b")"},
+        {R"({"path": "a", "unsupportedSymbols": [""]})",
+         R"( key "unsupportedSymbols[0]": expected a text that is not empty, found "")"},
         {R"({"path": "/opt/orvak/x/../f.vk"})", R"( key "path": this file has a record already, on line 1)"},
     };
     const TemporaryFolder folder;
@@ -217,7 +219,7 @@ TEST(SupportRecords, AreWrittenAsTheyAreRead) {
         EXPECT_EQ(again.entry.path, record.entry.path);
     }
     const SupportRecord unwritable{{{}, false, false, u"f", u"/w/\xDC00.vk", {}}, {u"f"}};
-    EXPECT_EQ(errorOf([&] { writeSupportRecord(unwritable, "/w"); }),
+    EXPECT_EQ(errorOf([&] { return writeSupportRecord(unwritable, "/w"); }),
               "a text is not UTF-16, and cannot be written as JSON");
 }
 

@@ -51,7 +51,7 @@ inline Shown bySymbol(const standalone::SupportStore& store, const std::string& 
 template <typename Action>
 std::string errorOf(const Action& action) {
     try {
-        action();
+        static_cast<void>(action());
     } catch (const std::runtime_error& error) {
         return error.what();
     }
