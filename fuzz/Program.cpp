@@ -57,7 +57,7 @@ std::string unquoted(std::string word) {
     return word;
 }
 
-// One line, UTF-8, no control character, no mark that wouldWinBy the direction of writing. These are named once more,
+// One line, UTF-8, no control character, no mark that turns the direction of writing. These are named once more,
 // apart from those that the program knows.
 bool isSafe(std::string_view line) {
     const auto units = standalone::toUTF16(line);

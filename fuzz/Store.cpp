@@ -3,6 +3,7 @@
 #include "fuzz/Fuzz.hpp"
 #include "fuzz/StoreInput.hpp"
 #include "standalone/database/DatabaseFile.hpp"
+#include "standalone/files/Descriptor.hpp"
 #include "standalone/store/SupportStore.hpp"
 #include "standalone/store/SupportStoreCheck.hpp"
 #include "standalone/text/Text.hpp"
@@ -50,15 +51,12 @@ using tessapp::internal::screener::meta::SupportEntry;
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view bytes) : descriptor_(memfd_create("store", MFD_CLOEXEC)) {
-        require(write(descriptor_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "memory");
+        require(write(descriptor_.get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "memory");
     }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { close(descriptor_); }
-    std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+    std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_.get()); }
 
 private:
-    int descriptor_;
+    standalone::Descriptor descriptor_;
 };
 
 // Nothing when it is an error, which names the file.

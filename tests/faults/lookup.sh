@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# Asks for names, once for every system call that answering takes, with that call failing or being the last: the answer
-# is the whole one, or there is none and a line says why. Usage: lookup.sh PROGRAM [EVERY]
+# Resolves names, once for every system call that this takes, with that call failing or being the last: the answer is
+# complete, or there is none and a line says why. Usage: lookup.sh PROGRAM [EVERY]
 # EVERY: of the faults only each EVERY-th is tried.
 # Exits with 77 where processes cannot be traced.
 set -euo pipefail
 unset CDPATH KELWHICH_INSTALLATION
-here=$(realpath "${BASH_SOURCE[0]%/*}")
 strace -qq -o /dev/null true 2>/dev/null || { echo "skipped: strace is missing or may not trace here"; exit 77; }
 
 program=$(realpath "$1")
 every=${2:-1}
+example=$(realpath "${BASH_SOURCE[0]%/*}/../../examples/installation")
 top=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$top"' EXIT
-cp -r "$here/../../examples/installation" "$top/world"
+cp -r "$example" "$top/world"
 echo '{}' >"$top/installation.json" # never the one that is meant
 cd "$top/world"
 ln -s ../@Shape mine/@Linked # a link to a folder and a link to a file
@@ -25,28 +25,16 @@ sed 's/"supportStore"/"searchIndex": "search.cdb", &/' installation.json >indexe
 # makes on paths and descriptors, failing with each error and killing the program. The C library's other calls are left
 # out: those at the start and those that the system never fails (futex) end any program.
 faults() {
-  local trace call count k fault
-  trace=$(mktemp)
-  strace -qq -f -e trace=%file,%desc -o "$trace" -- "$@" >/dev/null 2>&1
-  sed -nE 's/^[0-9]+ +([a-z0-9_]+)\(.*/\1/p' "$trace" | grep -v '^execve$' | sort | uniq -c |
-    while read -r count call; do
-      for ((k = 1; k <= count; k++)); do
-        for fault in error=EIO error=EACCES error=ENOMEM error=EMFILE signal=KILL; do echo "$call $k $fault"; done
-      done
-    done | awk -v every="$every" 'NR % every == 0'
-  rm "$trace"
+  strace -qq -f -e trace=%file,%desc -o "$top/trace" -- "$@" >/dev/null 2>&1
+  sed -nE 's/^[0-9]+ +([a-z0-9_]+)\(.*/\1/p' "$top/trace" | grep -v '^execve$' |
+    awk -v every="$every" '{ n = split("error=EIO error=EACCES error=ENOMEM error=EMFILE signal=KILL", fault, " "); ++k[$1]
+           for (i = 1; i <= n; ++i) if (++tried % every == 0) print $1, k[$1], fault[i] }'
 }
 
-# `under_fault CALL K FAULT COMMAND...`: runs the command under that fault. Its exit code is that of the command, 137
-# when it was killed.
-under_fault() {
-  strace -qq -f -o /dev/null -e trace="$1" -e inject="$1:$3:when=$2" -- "${@:4}"
-}
-
-# `try CALL K FAULT`: prints "whole", "error" or "killed", else "wrong" and what came.
+# `try CALL K FAULT`: runs the command under that fault. Prints "whole", "error" or "killed", else "wrong" and the output.
 try() {
   local out=$top/out.$BASHPID err=$top/err.$BASHPID status=0
-  under_fault "$@" "${command[@]}" >"$out" 2>"$err" || status=$?
+  { strace -qq -f -o /dev/null -e trace="$1" -e inject="$1:$3:when=$2" -- "${command[@]}"; } >"$out" 2>"$err" || status=$?
   if [ "$status" = 0 ] && [ ! -s "$err" ] && cmp -s "$top/expected" "$out"; then
     echo whole
   elif [[ $status == 2 && ! -s $out ]] && grep -q '^kelwhich: ' "$err"; then
@@ -59,7 +47,7 @@ try() {
 }
 
 echo wave >name
-# Each name by itself, then one in a view of the disk that was taken before, then with an index.
+# Each name by itself, then one in a snapshot of the disk, then with an index.
 for words in wave units.metric.convert legacy private/helper '--from name' \
   '-i indexed.json wave' '-i indexed.json --from name'; do
   read -ra command <<<"$program $words"

@@ -43,18 +43,13 @@ TEST(Installation, ReadsEveryKeyOfTheSchemasExample) {
     const TemporaryFolder folder;
     const auto manifest = folder.write("installation.json", example.dump());
 
-    const auto installation = readInstallation(folder.path());
-    EXPECT_EQ(installation.manifest, manifest);
-    EXPECT_EQ(installation.root, "/opt/orvak");
-    EXPECT_EQ(installation.supportPackageRoot, "/opt/packages");
-    EXPECT_EQ(installation.supportStore, folder.path("support.cdb"));
-    EXPECT_EQ(installation.searchIndex, folder.path("search.cdb"));
-    EXPECT_THAT(installation.searchPath, ElementsAre("/home/me/work", "/opt/orvak/library/signal"));
-    EXPECT_THAT(installation.kelPath, ElementsAre("/opt/orvak/kel"));
-    EXPECT_THAT(installation.sourceCode, ElementsAre(Strings{"library"}));
-    EXPECT_THAT(installation.extensions, ElementsAre("vk", "vkx"));
-    EXPECT_THAT(installation.builtins, ElementsAre(FieldsAre(u"sum", u"", false), FieldsAre(u"rows", u"table", false),
-                                                   FieldsAre(u"table", u"table", true)));
+    EXPECT_THAT(readInstallation(folder.path()),
+                FieldsAre(manifest, "/opt/orvak", "/opt/packages", folder.path("support.cdb"),
+                          folder.path("search.cdb"), ElementsAre("/home/me/work", "/opt/orvak/library/signal"),
+                          ElementsAre("/opt/orvak/kel"), ElementsAre(Strings{"library"}), ElementsAre("vk", "vkx"),
+                          ElementsAre(FieldsAre(u"sum", u"", false), FieldsAre(u"rows", u"table", false),
+                                      FieldsAre(u"table", u"table", true)),
+                          testing::SizeIs(example.size())));
 }
 
 TEST(Installation, HasDefaultsForEverything) {
@@ -149,18 +144,16 @@ TEST(Installation, SaysWhyThereIsNoManifest) {
     const std::string absent = ": no such file or folder: a manifest (installation.json), or the folder that holds it, "
                                "is expected";
     const std::string notRegular = ": not a regular file: a manifest, or the folder that holds it, is expected";
-    const std::string notText = ": the manifest's path is not UTF-8: name its folders so, or move it";
     const std::string notPath = "the path of the manifest is empty or holds the character 0";
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {folder.path("none"), folder.path("none") + absent},
         {file + "/below", file + "/below" + absent},
         {folder.link("dangling", "none"), folder.path("dangling") + absent},
         {folder.makeFolder("empty"), folder.path("empty") + ": the folder holds no manifest (installation.json)"},
         {folder.link("loop", "loop"),
          folder.path("loop") + ": the manifest cannot be read: Too many levels of symbolic links"},
-        {pipe, pipe + notRegular},
         {folder.path("pipe"), pipe + notRegular},
-        {folder.link("text.json", "\xFF/installation.json"), bytes + notText},
+        {folder.link("text.json", "\xFF/installation.json"),
+         bytes + ": the manifest's path is not UTF-8: name its folders so, or move it"},
         {"", notPath},
         {file + std::string("\0x", 2), notPath},
     };

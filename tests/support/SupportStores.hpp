@@ -6,11 +6,14 @@
 #include "standalone/text/Text.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessgen::test {
@@ -70,6 +73,17 @@ inline std::string contentOf(const std::string& file) {
 inline std::size_t entriesIn(const TemporaryFolder& folder) {
     const std::filesystem::directory_iterator entries(folder.path());
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+// A table of lines "LEFT => RIGHT".
+inline std::vector<std::pair<std::string, std::string>> rowsOf(const std::string& table) {
+    std::vector<std::pair<std::string, std::string>> rows;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        const auto arrow = line.find(" =>");
+        rows.emplace_back(line.substr(0, arrow), line.substr(std::min(arrow + 4, line.size())));
+    }
+    return rows;
 }
 
 // Builds `support.cdb` from `records.jsonl`, both in `folder`. Returns the store's path.
