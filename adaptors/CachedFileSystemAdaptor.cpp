@@ -13,7 +13,7 @@ namespace tessgen::kelwhich {
 CachedFileSystemAdaptor::CachedFileSystemAdaptor(std::unique_ptr<FileSystem> inner) : inner_(std::move(inner)) {}
 
 bool CachedFileSystemAdaptor::exists(const std::u16string& path) const {
-    return remembered(existsLock_, exists_, path, [&] { return inner_->exists(path); });
+    return memoize(existsLock_, exists_, path, [&] { return inner_->exists(path); });
 }
 
 std::u16string CachedFileSystemAdaptor::orvakroot() const {

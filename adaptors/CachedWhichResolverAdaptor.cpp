@@ -13,7 +13,7 @@ CachedWhichResolverAdaptor::CachedWhichResolverAdaptor(std::unique_ptr<WhichReso
     : inner_(std::move(inner)) {}
 
 std::vector<WhichResult> CachedWhichResolverAdaptor::which(const std::u16string& name) const {
-    return remembered(lock_, answers_, name, [&] { return inner_->which(name); });
+    return memoize(lock_, answers_, name, [&] { return inner_->which(name); });
 }
 
 } // namespace tessgen::kelwhich

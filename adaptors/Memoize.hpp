@@ -1,4 +1,4 @@
-// What the caching decorators share: one question at a time, each key asked for once.
+// The cache that the caching decorators share: one look-up at a time, each key asked for once.
 #pragma once
 
 #include <mutex>
@@ -6,12 +6,13 @@
 
 namespace tessgen::kelwhich {
 
-// The answer that `cache` holds under `key`, or else that of `ask`, which is then kept. The lock is held throughout.
-// Errors: those of `ask`, or no memory; what the cache holds is then as it was.
+// Returns the answer that `cache` holds for `key`; if there is none, calls `ask` and stores its answer. The lock is
+// held throughout. Errors: those of `ask`, or std::bad_alloc; the cache then holds what it held before.
 template <typename Cache, typename Ask>
-typename Cache::mapped_type remembered(std::mutex& lock, Cache& cache, const std::u16string& key, Ask ask) {
+[[nodiscard]] typename Cache::mapped_type memoize(std::mutex& lock, Cache& cache, const std::u16string& key, Ask ask) {
     const std::lock_guard guard(lock);
-    if (cache.size() == cache.bucket_count()) { // four times as wide: going through all entries is dear, they lie apart
+    // Grow by 4: rehashing visits every node, and nodes are scattered.
+    if (cache.size() == cache.bucket_count()) {
         cache.reserve(cache.size() * 4);
     }
     const auto [place, isNew] = cache.try_emplace(key);
@@ -20,7 +21,7 @@ typename Cache::mapped_type remembered(std::mutex& lock, Cache& cache, const std
     }
     try {
         place->second = ask();
-        return place->second; // a copy, which may fail too
+        return place->second; // copying may throw, too
     } catch (...) {
         cache.erase(place);
         throw;

@@ -16,7 +16,7 @@ namespace tessgen::kelwhich {
 RealFileSystem::RealFileSystem() = default;
 
 bool RealFileSystem::exists(const std::u16string& path) const {
-    // Before the text is converted: a name is no path and need not be text that the disk could hold.
+    // Tested before the conversion, which throws on malformed UTF-16: names are asked for, too.
     if (!beginsWith(path, u"/")) {
         return false;
     }
@@ -28,7 +28,7 @@ std::u16string RealFileSystem::orvakroot() const {
 }
 
 std::optional<std::u16string> RealFileSystem::spkgroot() const {
-    // Asked for no output, the host delivers the function's answer all the same.
+    // With no output requested, the host still delivers the answer as the first one.
     const auto outputs = evaluate("orvakshared.supportpkg.getSupportPackageRoot", {}, 0);
     const auto& answer = outputs[0];
     if (answer.isEmpty()) {
@@ -37,7 +37,7 @@ std::optional<std::u16string> RealFileSystem::spkgroot() const {
     return foundation::orvakdata::CharArray(answer).toUTF16();
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): a member, as its callers know it
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): callers use it as a member
 RealFileSystem::FolderSet RealFileSystem::getKELPathDirs() const {
     const auto& folders = datalists::kelPathFolders();
     return {folders.begin(), folders.end()};

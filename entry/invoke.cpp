@@ -13,7 +13,7 @@ namespace tessgen::kelwhich {
 
 namespace {
 
-// The host's enumeration has four members: it does not tell a built-in method from another built-in.
+// The host's enumeration has four members; a built-in method counts as a built-in.
 std::string_view memberName(WhichResultType type) {
     switch (type) {
     case WhichResultType::KELPath:
@@ -55,7 +55,7 @@ qxArray* kindsForHost(const std::vector<WhichResult>& results) {
 } // namespace
 
 void invoke(int outputCount, qxArray** outputs, int /*inputCount*/, qxArray** inputs) {
-    // The text belongs to the host. No text is a null pointer, which the string refuses.
+    // The text belongs to the host. Without a text the pointer is null, and the string's constructor throws.
     const std::u16string name(matrix::detail::noninlined::qx_array_api::qxArrayToString_UTF16(inputs[0]));
     const auto results = kelwhich(name);
     outputs[0] = pathsForHost(results);

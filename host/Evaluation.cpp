@@ -5,6 +5,7 @@
 #include "rux/Factory.hpp"
 #include "rux/RUX.hpp"
 
+#include <cstddef>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -23,6 +24,16 @@ std::vector<Array> evaluate(const std::string& function, const std::vector<Array
 Array toStringArray(const std::u16string& text) {
     static const foundation::orvakdata::ArrayDimensions oneElement = {1, 1};
     return foundation::orvakdata::ArrayFactory().createArray(oneElement, &text, std::next(&text));
+}
+
+std::size_t stringCount(const Array& array) {
+    const foundation::orvakdata::StringArray elements(array);
+    const auto end = elements.end();
+    std::size_t count = 0;
+    for (auto element = elements.begin(); !element.isEqual(end); element.increment()) {
+        ++count;
+    }
+    return count;
 }
 
 } // namespace tessgen::kelwhich

@@ -16,7 +16,7 @@ bool contains(std::u16string_view text, std::u16string_view part) {
     return text.find(part) != std::u16string_view::npos;
 }
 
-// What one line of the host's answer stands for. Every text that is no absolute path is the report of a built-in.
+// Reads one line of the host's answer: an absolute path is a file, any other text reports a built-in.
 WhichResult classify(const std::u16string& name, std::u16string&& line) {
     if (beginsWith(line, u"/")) {
         return {std::move(line), WhichResultType::ORVAKPath};
@@ -24,7 +24,7 @@ WhichResult classify(const std::u16string& name, std::u16string&& line) {
     return {name, contains(line, u" method") ? WhichResultType::ORVAKBuiltinMethod : WhichResultType::ORVAKBuiltin};
 }
 
-// What the text beside its line says of it: one that makes objects of its class is no method of it.
+// Corrects a method to a plain built-in when its partner text says constructor.
 void reclassify(WhichResult& result, std::u16string_view partner) {
     if (result.type == WhichResultType::ORVAKBuiltinMethod && contains(partner, u" constructor")) {
         result.type = WhichResultType::ORVAKBuiltin;
@@ -40,8 +40,9 @@ std::vector<WhichResult> ORVAKWhichResolver::which(const std::u16string& name) c
     const auto outputs = evaluate(function, arguments, 2);
 
     std::vector<WhichResult> results;
+    results.reserve(stringCount(outputs[0]));
     forEachString(outputs[0], [&](std::u16string&& line) { results.push_back(classify(name, std::move(line))); });
-    auto result = results.begin(); // the one that the next partner stands beside
+    auto result = results.begin(); // the one that the next partner text belongs to
     forEachString(outputs[1], [&](const std::u16string& partner) {
         if (result != results.end()) {
             reclassify(*result++, partner);

@@ -15,7 +15,8 @@ namespace {
 
 constexpr auto npos = std::u16string_view::npos;
 
-// Where an ASCII character occurs last. By bytes, many at a time; the library's own search goes unit by unit.
+// The last place of an ASCII character, or npos. Searches bytes, many at a time; std::u16string_view's own search goes
+// unit by unit.
 std::size_t findLast(std::u16string_view text, char character) noexcept {
     std::size_t length = text.size() * sizeof(char16_t);
     while (length != 0) {
@@ -25,14 +26,14 @@ std::size_t findLast(std::u16string_view text, char character) noexcept {
             break;
         }
         length = static_cast<std::size_t>(found - begin);
-        if (text[length / sizeof(char16_t)] == static_cast<char16_t>(character)) { // not a half of another unit
+        if (text[length / sizeof(char16_t)] == static_cast<char16_t>(character)) { // not half of another unit
             return length / sizeof(char16_t);
         }
     }
     return npos;
 }
 
-// What stands before the last "/" and after it, without one all of the text.
+// The text before the last "/" and after it; without a "/", all of it is the name.
 struct Parts {
     explicit Parts(std::u16string_view path) noexcept : name(path) {
         if (const auto separator = findLast(path, '/'); separator != npos) {
@@ -53,14 +54,14 @@ bool isPackageOrClassFolder(std::u16string_view folderName) noexcept {
     return !folderName.empty() && (folderName.front() == u'+' || folderName.front() == u'@');
 }
 
-// The folder of a file, or the folder above it when that is a "private" one.
+// The folder of a file; of a "private" folder, the folder above it.
 std::u16string_view folderAbovePrivate(std::u16string_view path) noexcept {
     const auto folder = parentDirectory(path);
     const Parts parts(folder);
     return equal(parts.name, u"private") ? parts.folder : folder;
 }
 
-// The name that a text defines, in its parts.
+// The qualified name that a path defines, in parts.
 struct QualifiedName {
     static constexpr std::size_t usualNesting = 8;
 
@@ -144,7 +145,7 @@ std::u16string qualifiedNameForPath(const std::u16string& text) {
     std::for_each(name.prefixes.rbegin(), name.prefixes.rend(),
                   [&](std::u16string_view prefix) { qualified.append(prefix).push_back(u'.'); });
     qualified.append(name.last);
-    return qualified; // not what `append` returns, which would be copied
+    return qualified; // not the reference that `append` returns: that would be copied
 }
 
 bool definesPlainName(std::u16string_view text, std::u16string_view name) {

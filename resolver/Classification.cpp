@@ -37,7 +37,7 @@ const std::vector<std::u16string>& KELWhichResolver::hostSourceCodeDirs() const 
     return *sourceCodeDirs_;
 }
 
-KELWhichResolver::OwnershipVerdict KELWhichResolver::ownershipOf(const WhichResult& result) const {
+KELWhichResolver::OwnershipJudgement KELWhichResolver::ownershipOf(const WhichResult& result) const {
     using Ownership = Explanation::Ownership;
     if (result.type != WhichResultType::ORVAKPath) {
         return {Ownership::noHostFile, 0};
@@ -55,8 +55,8 @@ KELWhichResolver::OwnershipVerdict KELWhichResolver::ownershipOf(const WhichResu
     return {Ownership::user, 0};
 }
 
-KELWhichResolver::SupportVerdict KELWhichResolver::supportOf(const WhichResult& result,
-                                                             const std::u16string& name) const {
+KELWhichResolver::SupportJudgement KELWhichResolver::supportOf(const WhichResult& result,
+                                                               const std::u16string& name) const {
     using Support = Explanation::Support;
     switch (result.type) {
     case WhichResultType::ORVAKBuiltin:
@@ -81,12 +81,11 @@ KELWhichResolver::SupportVerdict KELWhichResolver::supportOf(const WhichResult& 
 }
 
 bool KELWhichResolver::isUserResult(const WhichResult& result) const {
-    return ownershipOf(result).ownership == Explanation::Ownership::user;
+    return static_cast<bool>(ownershipOf(result));
 }
 
 bool KELWhichResolver::isSupportedForCodegen(const WhichResult& result, const std::u16string& name) const {
-    const auto support = supportOf(result, name).support;
-    return support == Explanation::Support::KELBuiltin || support == Explanation::Support::recorded;
+    return static_cast<bool>(supportOf(result, name));
 }
 
 } // namespace tessgen::kelwhich

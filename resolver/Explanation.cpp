@@ -1,10 +1,9 @@
 #include "tessgen/kelwhich/Explanation.hpp"
 
 #include "host/Paths.hpp"
-#include "resolver/Duplicates.hpp"
 #include "resolver/Judgements.hpp"
-#include "resolver/Ordering.hpp"
 #include "resolver/Predicates.hpp"
+#include "resolver/Redirects.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <algorithm>
@@ -43,21 +42,6 @@ Key keyBetween(const Candidate& a, const Candidate& b) {
                          [&](Key key) { return Explanation::compare(key, a, b) != std::strong_ordering::equal; });
 }
 
-void rank(Explanation& explanation) {
-    std::size_t count = 0;
-    for (const auto& resolution : explanation.resolutions) {
-        count += resolution.candidates.size();
-    }
-    DistinctResults distinct(count);
-    for (auto& resolution : explanation.resolutions) {
-        for (auto& candidate : resolution.candidates) {
-            const auto place = distinct.add(candidate.result);
-            candidate.rank = place.number;
-            candidate.repeat = !place.isNew;
-        }
-    }
-}
-
 } // namespace
 
 std::strong_ordering Explanation::compare(Key key, const Candidate& a, const Candidate& b) {
@@ -78,86 +62,85 @@ std::strong_ordering Explanation::compare(Key key, const Candidate& a, const Can
     return a.gathered <=> b.gathered;
 }
 
-// Tells what `resolve` would be told, and writes it down.
-struct KELWhichResolver::RecordingJudge {
-    static WhichResultType type(const Candidate* candidate) { return candidate->result.type; }
+// Writes down what the pipeline decides: a candidate is a place in the explanation.
+class KELWhichResolver::ExplanationRecorder {
+public:
+    using Candidate = Explanation::Candidate*;
+    using Resolution = Explanation::Resolution;
 
-    static bool isBuiltinOrSourceFile(Candidate* candidate) {
-        return candidate->sourceFile = kelwhich::isBuiltinOrSourceFile(candidate->result);
+    static constexpr bool wantsEveryJudgement = true;
+
+    explicit ExplanationRecorder(const std::u16string& name) : explanation{name, {}, {}} {}
+
+    static const WhichResult& resultOf(const Explanation::Candidate* candidate) noexcept { return candidate->result; }
+
+    void noteRedirect(const BasicSupportEntry& entry, Explanation::Definition definition) {
+        explanation.redirects.push_back(
+            {entry.path, entry.symbol, definition, qualifiedNameForPath(entry.path), entry.entry});
     }
 
-    bool isSupported(Candidate* candidate) const {
-        auto verdict = resolver.supportOf(candidate->result, name);
-        candidate->support = verdict.support;
-        candidate->record = std::move(verdict.record);
-        return candidate->isSupported();
+    void start(const std::u16string& name, std::size_t most) {
+        explanation.resolutions.push_back({name, {}, {}});
+        found_.clear();
+        found_.reserve(most); // so that no candidate moves
     }
 
-    bool isUser(Candidate* candidate) const {
-        const auto verdict = resolver.ownershipOf(candidate->result);
-        candidate->ownership = verdict.ownership;
-        candidate->hostFolder = candidate->result.path.substr(0, verdict.folderSize);
-        return candidate->isUser();
+    Candidate keep(WhichResult&& result, Explanation::Source source) {
+        auto& candidate = found_.emplace_back();
+        candidate.kind = kindOf(result.type);
+        candidate.definedName = isBuiltin(result) ? u"" : qualifiedNameForPath(result.path);
+        candidate.result = std::move(result);
+        candidate.source = source;
+        candidate.gathered = found_.size();
+        return &candidate;
     }
 
-    bool isDirect(Candidate* candidate) const {
-        candidate->definition = definitionBy(candidate->result, name);
-        candidate->definedName = isFile(candidate->result) ? qualifiedNameForPath(candidate->result.path) : u"";
-        return candidate->isDirect();
+    void drop(WhichResult&& result, Explanation::Source source, Explanation::DropRule rule) {
+        explanation.resolutions.back().dropped.push_back({std::move(result), source, rule});
     }
 
-    const KELWhichResolver& resolver;
-    const std::u16string& name;
+    static void note(Candidate /*candidate*/, bool /*isOfKind*/) noexcept {}
+    static void note(Candidate candidate, SourceFileJudgement judgement) noexcept {
+        candidate->sourceFile = judgement.isBuiltinOrSourceFile;
+    }
+    static void note(Candidate candidate, DefinitionJudgement judgement) noexcept {
+        candidate->definition = judgement.definition;
+    }
+    static void note(Candidate candidate, OwnershipJudgement judgement) {
+        candidate->ownership = judgement.ownership;
+        candidate->hostFolder.assign(candidate->result.path, 0, judgement.folderSize);
+    }
+    static void note(Candidate candidate, SupportJudgement&& judgement) noexcept {
+        candidate->support = judgement.support;
+        candidate->record = std::move(judgement.record);
+    }
+
+    void noteOrder(std::vector<Candidate>& candidates) {
+        auto& ordered = explanation.resolutions.back().candidates;
+        ordered.reserve(candidates.size());
+        for (auto*& candidate : candidates) {
+            if (!ordered.empty()) {
+                ordered.back().ahead = keyBetween(ordered.back(), *candidate);
+            }
+            candidate = &ordered.emplace_back(std::move(*candidate));
+        }
+    }
+
+    static void notePlace(Candidate candidate, std::size_t number, bool isRepeat) noexcept {
+        candidate->rank = number;
+        candidate->repeat = isRepeat;
+    }
+
+    Explanation explanation;
+
+private:
+    std::vector<Explanation::Candidate> found_; // of the name that was started last
 };
 
-Explanation::Resolution KELWhichResolver::explainWithoutRedirect(const std::u16string& name) const {
-    Explanation::Resolution resolution{name, {}, {}};
-    std::vector<Candidate> found;
-    for (auto& gathered : gather(name)) {
-        if (gathered.dropped) {
-            resolution.dropped.push_back({std::move(gathered.result), gathered.source, *gathered.dropped});
-            continue;
-        }
-        Candidate candidate{};
-        candidate.result = std::move(gathered.result);
-        candidate.source = gathered.source;
-        candidate.gathered = found.size() + 1;
-        candidate.kind = kindOf(candidate.result.type);
-        found.push_back(std::move(candidate));
-    }
-    std::vector<Candidate*> order(found.size());
-    std::transform(found.begin(), found.end(), order.begin(), [](Candidate& candidate) { return &candidate; });
-    orderByPreference(order, RecordingJudge{*this, name});
-
-    resolution.candidates.reserve(found.size());
-    for (auto* const candidate : order) {
-        if (!resolution.candidates.empty()) {
-            auto& previous = resolution.candidates.back();
-            previous.ahead = keyBetween(previous, *candidate);
-        }
-        resolution.candidates.push_back(std::move(*candidate));
-    }
-    return resolution;
-}
-
 Explanation KELWhichResolver::explain(const std::u16string& name) const {
-    Explanation explanation{name, {}, {}};
-    for (auto& entry : findSupportEntry(name)) {
-        if (entry.carriedFlag) {
-            const auto definition = definitionAt(entry.path, name);
-            auto defined = qualifiedNameForPath(entry.path);
-            explanation.redirects.push_back({std::move(entry.path), std::move(entry.symbol), definition,
-                                             std::move(defined), std::move(entry.entry)});
-        }
-    }
-    for (const auto& redirect : explanation.redirects) {
-        if (redirect.isHonoured()) {
-            explanation.resolutions.push_back(explainWithoutRedirect(redirect.target));
-        }
-    }
-    explanation.resolutions.push_back(explainWithoutRedirect(name));
-    rank(explanation);
-    return explanation;
+    ExplanationRecorder recorder(name);
+    Pipeline(*this, recorder).resolve(name);
+    return std::move(recorder.explanation);
 }
 
 } // namespace tessgen::kelwhich

@@ -1,4 +1,4 @@
-// What the resolver finds out about candidates on its way, causes included.
+// What the resolver judges of a candidate, with the reason. As a truth value: whether it is preferred for it.
 #pragma once
 
 #include "tessgen/kelwhich/Explanation.hpp"
@@ -6,22 +6,33 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 
 namespace tessgen::kelwhich {
 
-struct KELWhichResolver::Gathered {
-    WhichResult result;
-    Explanation::Source source;
-    std::optional<Explanation::DropRule> dropped;
+struct SourceFileJudgement {
+    explicit operator bool() const noexcept { return isBuiltinOrSourceFile; }
+
+    bool isBuiltinOrSourceFile;
 };
 
-struct KELWhichResolver::OwnershipVerdict {
+struct DefinitionJudgement {
+    explicit operator bool() const noexcept { return definition == Explanation::Definition::direct; }
+
+    Explanation::Definition definition;
+};
+
+struct KELWhichResolver::OwnershipJudgement {
+    explicit operator bool() const noexcept { return ownership == Explanation::Ownership::user; }
+
     Explanation::Ownership ownership;
-    std::size_t folderSize; // how much of the candidate's path is the host's folder
+    std::size_t folderSize; // length of the host's folder at the start of the candidate's path
 };
 
-struct KELWhichResolver::SupportVerdict {
+struct KELWhichResolver::SupportJudgement {
+    explicit operator bool() const noexcept {
+        return support == Explanation::Support::KELBuiltin || support == Explanation::Support::recorded;
+    }
+
     Explanation::Support support;
     std::shared_ptr<const SupportEntry> record; // the one that decided, or null
 };

@@ -1,52 +1,65 @@
-// The order of preference, stated once for lists of any form.
+// The order of preference.
 #pragma once
 
-#include "tessgen/kelwhich/WhichResult.hpp"
-
-#include <boost/container/small_vector.hpp>
+#include "resolver/Judgements.hpp"
+#include "resolver/Pipeline.hpp"
+#include "resolver/Predicates.hpp"
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
+#include <string>
 #include <utility>
-#include <vector>
 
 namespace tessgen::kelwhich {
 
-// As std::stable_partition, which allocates memory each time.
-template <typename Candidate, typename Holds>
-void moveAhead(std::vector<Candidate>& candidates, const Holds& holds) {
-    constexpr std::size_t usualCount = 8;
-    const auto end = candidates.end();
-    auto ahead = std::find_if_not(candidates.begin(), end, holds);
-    auto next = ahead == end ? end : std::find_if(std::next(ahead), end, holds);
-    if (next == end) {
-        return; // none stands behind one that it is to stand ahead of
+// As std::stable_partition, but it needs no memory, so it cannot fail. Calls `holds` once for each element, in order.
+template <typename Iterator, typename Holds>
+Iterator stablePartition(Iterator begin, Iterator end, const Holds& holds) {
+    constexpr auto few = 16;
+    if (end - begin > few) {
+        const auto middle = begin + (end - begin) / 2;
+        const auto firstAhead = stablePartition(begin, middle, holds);
+        const auto secondAhead = stablePartition(middle, end, holds);
+        return std::rotate(firstAhead, middle, secondAhead);
     }
-    boost::container::small_vector<Candidate, usualCount> others(std::make_move_iterator(ahead),
-                                                                 std::make_move_iterator(next));
-    *ahead++ = std::move(*next);
-    while (++next != end) {
+    auto ahead = begin;
+    for (auto next = begin; next != end; ++next) {
         if (holds(*next)) {
-            *ahead++ = std::move(*next);
-        } else {
-            others.push_back(std::move(*next));
+            if (next != ahead) {
+                auto moved = std::move(*next);
+                std::move_backward(ahead, next, std::next(next));
+                *ahead = std::move(moved);
+            }
+            ++ahead;
         }
     }
-    std::move(others.begin(), others.end(), ahead);
+    return ahead;
 }
 
-// Orders candidates as `judge` tells of each: the last question is the most significant key, and what ties on all of
-// them stays as it was.
-template <typename Candidate, typename Judge>
-void orderByPreference(std::vector<Candidate>& candidates, const Judge& judge) {
-    const auto preferWhere = [&](auto holds) { moveAhead(candidates, holds); };
-    preferWhere([&](const Candidate& candidate) { return judge.type(candidate) == WhichResultType::KELPath; });
-    preferWhere([&](const Candidate& candidate) { return judge.type(candidate) == WhichResultType::KELBuiltin; });
-    preferWhere([&](const Candidate& candidate) { return judge.isBuiltinOrSourceFile(candidate); });
-    preferWhere([&](const Candidate& candidate) { return judge.isSupported(candidate); });
-    preferWhere([&](const Candidate& candidate) { return judge.isUser(candidate); });
-    preferWhere([&](const Candidate& candidate) { return judge.isDirect(candidate); });
+template <typename Recorder>
+void KELWhichResolver::Pipeline<Recorder>::order(Candidates& candidates, const std::u16string& name) const {
+    const auto preferWhere = [&](auto judge) {
+        stablePartition(candidates.begin(), candidates.end(), [&](Candidate& candidate) {
+            auto judgement = judge(recorder_.resultOf(candidate));
+            const auto isPreferred = static_cast<bool>(judgement);
+            recorder_.note(candidate, std::move(judgement));
+            return isPreferred;
+        });
+    };
+    using Definition = DefinitionJudgement;
+    using Result = const WhichResult&;
+
+    // One candidate needs no order, but the collaborators are still asked: the calls are part of the contract.
+    const bool isAlone = candidates.size() == 1 && !Recorder::wantsEveryJudgement;
+
+    // The last key is the most significant.
+    preferWhere([](Result result) { return result.type == WhichResultType::KELPath; });
+    preferWhere([](Result result) { return result.type == WhichResultType::KELBuiltin; });
+    preferWhere([&](Result result) { return SourceFileJudgement{isAlone || isBuiltinOrSourceFile(result)}; });
+    preferWhere([&](Result result) { return resolver_.supportOf(result, name); });
+    preferWhere([&](Result result) { return resolver_.ownershipOf(result); });
+    preferWhere([&](Result result) { return isAlone ? Definition{} : Definition{definitionBy(result, name)}; });
+    recorder_.noteOrder(candidates);
 }
 
 } // namespace tessgen::kelwhich

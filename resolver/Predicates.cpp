@@ -16,7 +16,7 @@ bool isPlainName(const std::u16string& name) {
 } // namespace
 
 bool isBuiltinOrSourceFile(const WhichResult& result) {
-    if (!isFile(result)) {
+    if (isBuiltin(result)) {
         return true;
     }
     const auto extension = fileExtension(result.path);
@@ -28,7 +28,7 @@ Explanation::Definition definitionBy(const WhichResult& result, const std::u16st
     if (result.type == WhichResultType::ORVAKBuiltinMethod) {
         return isPlainName(name) ? Definition::hostMethod : Definition::direct;
     }
-    return isFile(result) ? definitionAt(result.path, name) : Definition::direct;
+    return isBuiltin(result) ? Definition::direct : definitionAt(result.path, name);
 }
 
 Explanation::Definition definitionAt(const std::u16string& path, const std::u16string& name) {

@@ -42,12 +42,15 @@ KELWhichResolver::entryToBasicEntry(std::shared_ptr<const SupportEntry> entry) c
     return {std::move(path), std::move(symbol), supported, entry->isBuiltin, entry->isRedirect, std::move(entry)};
 }
 
-WhichResult KELWhichResolver::entryToWhichResult(const BasicSupportEntry& entry) const {
+WhichResultType KELWhichResolver::typeOf(const BasicSupportEntry& entry) const {
     if (entry.builtin) {
-        return {entry.path, WhichResultType::KELBuiltin};
+        return WhichResultType::KELBuiltin;
     }
-    const bool onKELPath = fileSystem_->isOnKELPath(entry.path);
-    return {entry.path, onKELPath ? WhichResultType::KELPath : WhichResultType::ORVAKPath};
+    return fileSystem_->isOnKELPath(entry.path) ? WhichResultType::KELPath : WhichResultType::ORVAKPath;
+}
+
+WhichResult KELWhichResolver::entryToWhichResult(const BasicSupportEntry& entry) const {
+    return {entry.path, typeOf(entry)};
 }
 
 } // namespace tessgen::kelwhich

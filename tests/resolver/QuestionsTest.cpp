@@ -29,47 +29,51 @@ TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
         std::function<void(const Resolver&)> ask;
         Texts questions;
     } cases[] = {
-        {[](const Resolver& r) { basic(r, supported(u"/h/lib/f.vk")); },
+        {[](const Resolver& r) { return basic(r, supported(u"/h/lib/f.vk")); },
          {u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},
-        {[](const Resolver& r) { basic(r, supported(u"f.vk")); }, {}},
-        {[](const Resolver& r) { basic(r, builtin(u"/h/lib/f.vk")); }, {}},
-        {[](const Resolver& r) { r.entryToWhichResult(basic(r, builtin(u"/k/f.vk"))); }, {}},
-        {[](const Resolver& r) { r.entryToWhichResult(basic(r, supported(u"f.vk"))); }, {u"isOnKELPath f.vk"}},
-        {[](const Resolver& r) { r.findByPath(u"/s/none.vk"); }, {u"spkgroot", u"orvakroot", u"findByPath /h/none.vk"}},
-        {[](const Resolver& r) { r.findSupportEntry(u"/s/lib/f.vk"); },
+        {[](const Resolver& r) { return basic(r, supported(u"f.vk")); }, {}},
+        {[](const Resolver& r) { return basic(r, builtin(u"/h/lib/f.vk")); }, {}},
+        {[](const Resolver& r) { return r.entryToWhichResult(basic(r, builtin(u"/k/f.vk"))); }, {}},
+        {[](const Resolver& r) { return r.entryToWhichResult(basic(r, supported(u"f.vk"))); }, {u"isOnKELPath f.vk"}},
+        {[](const Resolver& r) { return r.findByPath(u"/s/none.vk"); },
+         {u"spkgroot", u"orvakroot", u"findByPath /h/none.vk"}},
+        {[](const Resolver& r) { return r.findSupportEntry(u"/s/lib/f.vk"); },
          {u"exists /s/lib/f.vk", u"spkgroot", u"orvakroot", u"findByPath /h/lib/f.vk", // as a file below the root
           u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},                          // and back
-        {[](const Resolver& r) { r.findSupportEntry(u"+p/none.vk"); }, {u"exists +p/none.vk", u"findBySymbol p.none"}},
+        {[](const Resolver& r) { return r.findSupportEntry(u"+p/none.vk"); },
+         {u"exists +p/none.vk", u"findBySymbol p.none"}},
         {[](const Resolver& r) {
              for (const auto type : {Type::KELPath, Type::KELBuiltin, Type::ORVAKBuiltin, Type::ORVAKBuiltinMethod}) {
-                 r.isUserResult({u"/w/f.vk", type});
+                 static_cast<void>(r.isUserResult({u"/w/f.vk", type}));
              }
          },
          {}},
         {[](const Resolver& r) {
              for (int i = 0; i < 2; ++i) { // the host's folders once
-                 r.isUserResult({u"/w/f.vk", Type::ORVAKPath});
+                 static_cast<void>(r.isUserResult({u"/w/f.vk", Type::ORVAKPath}));
              }
          },
          {u"orvakroot", u"orvakroot", u"spkgroot", u"spkgroot"}},
         {[](const Resolver& r) {
              for (const auto type : {Type::KELBuiltin, Type::ORVAKBuiltin, Type::ORVAKBuiltinMethod}) {
-                 r.isSupportedForCodegen({u"/w/f.vk", type}, u"f");
+                 static_cast<void>(r.isSupportedForCodegen({u"/w/f.vk", type}, u"f"));
              }
          },
          {}},
-        {[](const Resolver& r) { r.unorderedResolveWithoutRedirect(u"f"); },
+        {[](const Resolver& r) { return r.unorderedResolveWithoutRedirect(u"f"); },
          {u"exists f", u"findBySymbol f", u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk", u"isOnKELPath /s/lib/f.vk",
           u"which f"}},
-        {[](const Resolver& r) { r.resolveWithoutRedirect(u"h"); }, // each key of each candidate once
+        {[](const Resolver& r) { return r.resolveWithoutRedirect(u"h"); }, // each key of each candidate once
          {u"exists h", u"findBySymbol h", u"which h", u"spkgroot", u"orvakroot", u"findByPath /w/h.vk", u"spkgroot",
           u"orvakroot", u"findByPath /w/h", u"orvakroot", u"orvakroot", u"spkgroot", u"spkgroot"}},
-        {[](const Resolver& r) { r.resolve(u"r"); }, // a target named twice is resolved twice, each when its turn comes
+        {[](const Resolver& r) {
+             return r.resolve(u"r");
+         }, // a target named twice is resolved twice, each when its turn comes
          {u"exists r", u"findBySymbol r", u"exists g", u"findBySymbol g", u"which g", u"exists g", u"findBySymbol g",
           u"which g", u"exists r", u"findBySymbol r", u"isOnKELPath r", u"isOnKELPath r", u"which r"}},
         {[&](const Resolver& r) { // the last: without packages nothing is moved
              world.spkgroot.reset();
-             r.findByPath(u"/s/none.vk");
+             return r.findByPath(u"/s/none.vk");
          },
          {u"spkgroot", u"findByPath /s/none.vk"}},
     };

@@ -144,8 +144,8 @@ void forEachOperation(Visit visit) {
             auto files = std::make_shared<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(*world));
             auto which =
                 std::make_shared<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(*world));
-            which->which(u"another name");
-            files->exists(u"/another/path");
+            static_cast<void>(which->which(u"another name"));
+            static_cast<void>(files->exists(u"/another/path"));
             auto call = [world, files, which, operation] { return operation(*files, *which); };
             if (warm) {
                 call();

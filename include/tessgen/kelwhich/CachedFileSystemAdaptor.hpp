@@ -1,8 +1,9 @@
-// A file system that remembers what it was told.
+// Caches the answers of another FileSystem, `isOnKELPath` excepted. Keep it only while the disk may be taken as
+// unchanged.
 //
-// Threads: any, at the same time; the wrapped file system is asked once per path and once per root, one question of
-// `exists` at a time. It is asked while a lock is held: nested adaptors lock outer before inner.
-// Lifetime: owns what it wraps. Answers are never dropped, so it lives as long as the disk may be taken to stand still.
+// Threads: any, at the same time. The wrapped file system is called once per path and once per root; calls of `exists`
+// come one at a time. It is called while a lock is held: nested adaptors lock outer before inner.
+// Lifetime: owns what it wraps.
 #pragma once
 
 #include "tessgen/kelwhich/FileSystem.hpp"
@@ -21,16 +22,16 @@ public:
     CachedFileSystemAdaptor(const CachedFileSystemAdaptor&) = delete;
     CachedFileSystemAdaptor& operator=(const CachedFileSystemAdaptor&) = delete;
 
-    bool exists(const std::u16string& path) const override;
-    std::u16string orvakroot() const override;
-    std::optional<std::u16string> spkgroot() const override;
-    // Not remembered: handed on at every call.
-    bool isOnKELPath(const std::u16string& path) const override;
+    [[nodiscard]] bool exists(const std::u16string& path) const override;
+    [[nodiscard]] std::u16string orvakroot() const override;
+    [[nodiscard]] std::optional<std::u16string> spkgroot() const override;
+    // Not cached: forwarded at every call.
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override;
 
 private:
     std::unique_ptr<FileSystem> inner_;
-    // Key: none. Kept: the wrapped answer, an absent root as well (the outer optional says whether it was asked).
-    // Never kept: a failure. Dropped: with the adaptor. Threads: filled under its once flag.
+    // Key: none. Kept: the wrapped answer, also when there is no such root (the outer optional says whether it was
+    // asked). Never kept: a failure. Dropped: with the adaptor. Threads: filled under its once flag.
     mutable std::optional<std::u16string> orvakroot_;
     mutable std::once_flag orvakrootOnce_;
     mutable std::optional<std::optional<std::u16string>> spkgroot_;

@@ -1,8 +1,7 @@
-// A host look-up that remembers what it was told.
+// Caches the answers of another WhichResolver. Keep it only while the host may be taken as unchanged.
 //
-// Threads: any, at the same time; the wrapped resolver is asked once per name, one question at a time. It is asked
-// while a lock is held: nested adaptors lock outer before inner.
-// Lifetime: owns what it wraps. Answers are never dropped, so it lives as long as the host may be taken to stand still.
+// Threads: any, at the same time. The wrapped resolver is called once per name, one call at a time, while a lock is
+// held: nested adaptors lock outer before inner. Lifetime: owns what it wraps.
 #pragma once
 
 #include "tessgen/kelwhich/WhichResolver.hpp"
@@ -21,7 +20,7 @@ public:
     CachedWhichResolverAdaptor(const CachedWhichResolverAdaptor&) = delete;
     CachedWhichResolverAdaptor& operator=(const CachedWhichResolverAdaptor&) = delete;
 
-    std::vector<WhichResult> which(const std::u16string& name) const override;
+    [[nodiscard]] std::vector<WhichResult> which(const std::u16string& name) const override;
 
 private:
     std::unique_ptr<WhichResolver> inner_;

@@ -1,6 +1,6 @@
 // The class folder that a file belongs to, read from its path.
 //
-// Lifetime: views into the text that was passed; nothing is copied.
+// Lifetime: views into the path that was passed.
 #pragma once
 
 #include "tessgen/kelwhich/export.hpp"
@@ -19,8 +19,8 @@ struct ClassFolderInfo {
 //   "/w/+p/@Shape/area.vk"     -> "/w/+p/@Shape", "Shape"
 //   "/w/@C/private/f.vk"       -> "/w/@C", "C"
 //   "@C/f.vk"                  -> "@C", "C"
-//   "/w/@C/private/private/f"  -> nothing: one "private" is passed over, not two
+//   "/w/@C/private/private/f"  -> nothing: one "private" is skipped, not two
 //   "/w/+p/f.vk"               -> nothing
-KELWHICH_EXPORT std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path);
+[[nodiscard]] KELWHICH_EXPORT std::optional<ClassFolderInfo> getClassFolderInfo(std::u16string_view path);
 
 } // namespace tessgen::kelwhich

@@ -1,6 +1,6 @@
-// Why the candidates of a name stand in their order: what `KELWhichResolver::explain` answers.
+// Why the candidates of a name are in their order: the result of `KELWhichResolver::explain`.
 //
-// Every fact here is the one that `resolve` decides by. Texts are UTF-16; numbers and places count from 1.
+// `resolve` decides by the very same facts. Texts are UTF-16; numbers and places count from 1.
 // Threads: a plain value.
 // Lifetime: owns its texts and shares the support records.
 #pragma once
@@ -21,15 +21,15 @@
 namespace tessgen::kelwhich {
 
 struct Explanation {
-    // What ranks candidates, the most significant first: of two candidates, the first key that differs decides.
+    // What ranks candidates, the most significant key first. The first key in which two candidates differ decides.
     enum class Key : std::uint8_t { direct, user, supported, sourceFile, kind, gathered };
     static constexpr std::array keys = {Key::direct,     Key::user, Key::supported,
                                         Key::sourceFile, Key::kind, Key::gathered};
 
-    // Whether the plain name that is resolved is defined there. Of a dotted name and of a path all is `direct`.
+    // Whether the candidate defines the plain name that is resolved. For a dotted name or a path, always `direct`.
     enum class Definition : std::uint8_t {
         direct,
-        hostMethod, // a method that the host brings
+        hostMethod, // it is a built-in method of the host
         otherName,  // the file defines another name
         otherClass, // the file is a method in the folder of another class
     };
@@ -50,10 +50,10 @@ struct Explanation {
         unsupportedName, // not supported: its record lists the name among the unsupported
     };
 
-    // Places of the two kinds that are preferred, and of all others.
+    // Ranks of key `kind`, best first.
     enum class Kind : std::uint8_t { KELBuiltin, KELPath, other };
 
-    // Which question brought a candidate, and its place in the answer.
+    // Which question found a candidate, and its place in that answer.
     struct Source {
         enum class Question : std::uint8_t { supportRecords, host };
         Question question;
@@ -62,27 +62,29 @@ struct Explanation {
 
     struct Candidate {
         WhichResult result;
-        std::u16string definedName; // the qualified name that a file defines; empty for a built-in
-        std::u16string hostFolder;  // what its path begins with, if it is `sourceCode` or `supportPackage`
-        std::shared_ptr<const SupportEntry> record; // of the file with its path; null when none decided
+        std::u16string definedName;                 // the qualified name that a file defines; empty for a built-in
+        std::u16string hostFolder;                  // the start of its path, if it is `sourceCode` or `supportPackage`
+        std::shared_ptr<const SupportEntry> record; // the support record that decided; null when none did
         Source source;
-        std::size_t gathered;     // its place among the candidates as they were found
-        std::size_t rank;         // its place in the answer of `resolve`, or that of the first of its repeats
-        std::optional<Key> ahead; // by which key it stands before the next one; nothing for the last
+        std::size_t gathered;     // its place in the order of gathering
+        std::size_t rank;         // its place in the answer of `resolve`; of a repeat, the place of the first one
+        std::optional<Key> ahead; // the key that puts it before the next one; none for the last
         Definition definition;
         Ownership ownership;
         Support support;
         Kind kind;
         bool sourceFile; // a built-in, or a file with an extension of the host language
-        bool repeat;     // an earlier candidate has the same path and type, so it is not answered again
+        bool repeat;     // an earlier candidate has the same path and type: `resolve` leaves it out
 
-        bool isDirect() const noexcept { return definition == Definition::direct; }
-        bool isUser() const noexcept { return ownership == Ownership::user; }
-        bool isSupported() const noexcept { return support == Support::KELBuiltin || support == Support::recorded; }
+        [[nodiscard]] bool isDirect() const noexcept { return definition == Definition::direct; }
+        [[nodiscard]] bool isUser() const noexcept { return ownership == Ownership::user; }
+        [[nodiscard]] bool isSupported() const noexcept {
+            return support == Support::KELBuiltin || support == Support::recorded;
+        }
     };
 
     enum class DropRule : std::uint8_t {
-        hostFile,      // a record of a host file that defines the name: the host's own answer speaks for it
+        hostFile,      // a record of a host file that defines the name: the host's own answer covers it
         privateFolder, // a file in a "private" folder of no class, and the name has no "/"
     };
 
@@ -100,18 +102,19 @@ struct Explanation {
         std::u16string definedName; // the qualified name that the path defines
         std::shared_ptr<const SupportEntry> record;
 
-        bool isHonoured() const noexcept { return definition == Definition::direct; }
+        [[nodiscard]] bool isHonoured() const noexcept { return definition == Definition::direct; }
     };
 
-    // One name resolved by itself: its candidates, the preferred one first, and what was dropped, as it was found.
+    // One name resolved by itself: its candidates, the preferred one first, and what was dropped, in the order of
+    // gathering.
     struct Resolution {
         std::u16string name;
         std::vector<Candidate> candidates;
         std::vector<Dropped> dropped;
     };
 
-    // Which of two candidates of one resolution a key prefers: `less` is the first of them.
-    KELWHICH_EXPORT static std::strong_ordering compare(Key key, const Candidate& a, const Candidate& b);
+    // Which of two candidates of one resolution a key prefers: `less` means `a`.
+    [[nodiscard]] KELWHICH_EXPORT static std::strong_ordering compare(Key key, const Candidate& a, const Candidate& b);
 
     std::u16string name;
     std::vector<Redirect> redirects;     // in the order of the records

@@ -5,13 +5,13 @@
 // resolver gathers both, orders them, and lists the candidates of redirect targets ahead of the name's own. It
 // knows the host, the metadata and the disk only through the three collaborators that it owns.
 //
-// Names and paths are UTF-16 texts, passed on and compared as they are: no trimming, no case folding, no
-// normalisation. A name is a symbol ("wave"), a dotted symbol ("signal.wave") or a path (it contains "/").
+// Names and paths are UTF-16, passed on and compared unchanged: no trimming, no case folding, no normalisation. A name
+// is a symbol ("wave"), a dotted symbol ("signal.wave") or a path (it contains "/").
 //
 // Threads: every operation may be called concurrently when the collaborators allow it.
 // Lifetime: the collaborators are destroyed with the resolver: file system, metadata, host look-up.
-// Errors: what a collaborator throws leaves the operation unchanged, with no partial answer; nothing of the failed
-// call is kept, so the next call asks again.
+// Errors: exceptions of collaborators reach the caller unchanged. There is no partial answer, and nothing of the failed
+// call is kept: the next call asks again.
 #pragma once
 
 #include "tessgen/kelwhich/Explanation.hpp"
@@ -40,70 +40,71 @@ public:
         std::shared_ptr<const SupportEntry> entry; // the record it was made from
     };
 
-    // Takes the collaborators over, none of them null, and asks them nothing.
+    // Takes ownership of the collaborators, none of them null; calls none of them.
     KELWhichResolver(std::unique_ptr<WhichResolver> which, std::unique_ptr<MetadataResolver> metadata,
                      std::unique_ptr<FileSystem> fileSystem) noexcept;
     KELWhichResolver(const KELWhichResolver&) = delete;
     KELWhichResolver& operator=(const KELWhichResolver&) = delete;
     ~KELWhichResolver();
 
-    // The record in short. A file below the installation root is replaced by the same file below the
+    // The resolver's copy of a record. A file below the installation root is replaced by the same file below the
     // support-package root when there is such a root and the file exists there.
-    BasicSupportEntry entryToBasicEntry(std::shared_ptr<const SupportEntry> entry) const;
+    [[nodiscard]] BasicSupportEntry entryToBasicEntry(std::shared_ptr<const SupportEntry> entry) const;
 
     // The candidate that a record stands for: a KEL built-in, a file on the KEL path, or a host file.
-    WhichResult entryToWhichResult(const BasicSupportEntry& entry) const;
+    [[nodiscard]] WhichResult entryToWhichResult(const BasicSupportEntry& entry) const;
 
     // The record of one file, or nothing. A file below the support-package root is looked up as the same file
     // below the installation root.
-    std::optional<BasicSupportEntry> findByPath(const std::u16string& path) const;
+    [[nodiscard]] std::optional<BasicSupportEntry> findByPath(const std::u16string& path) const;
 
     // Every record under a symbol, in the metadata's order.
-    std::vector<BasicSupportEntry> findBySymbol(const std::u16string& symbol) const;
+    [[nodiscard]] std::vector<BasicSupportEntry> findBySymbol(const std::u16string& symbol) const;
 
-    // The records of a name: of the file, if `name` exists as one; else of the symbol; else, for a path, those
-    // records of the symbol that the path would define whose own path contains `name`.
-    std::vector<BasicSupportEntry> findSupportEntry(const std::u16string& name) const;
+    // The records of a name. If a file `name` exists: those of the file. Otherwise, for a symbol: those of the symbol.
+    // Otherwise, for a path: those of the symbol that the path would define, if their own path contains `name`.
+    [[nodiscard]] std::vector<BasicSupportEntry> findSupportEntry(const std::u16string& name) const;
 
     // True for a host file below none of the host's source-code folders and not below the support-package root
-    // ("below" is a plain prefix test). The source-code folders are asked for once and kept.
-    bool isUserResult(const WhichResult& result) const;
+    // ("below" is a plain prefix test). The host is asked for its source-code folders once.
+    [[nodiscard]] bool isUserResult(const WhichResult& result) const;
 
     // True when code can be generated for the candidate under `name`: every KEL built-in, no host built-in, and a
     // file when its record is supported and does not list `name` as unsupported.
-    bool isSupportedForCodegen(const WhichResult& result, const std::u16string& name) const;
+    [[nodiscard]] bool isSupportedForCodegen(const WhichResult& result, const std::u16string& name) const;
 
-    // The candidates of `name` as they are found: those of support records, then the host's. For a name without
+    // The candidates of `name` in the order of gathering: those of support records, then the host's. For a name without
     // "/", files directly in a "private" folder of no class are left out. Redirects are not followed.
-    std::vector<WhichResult> unorderedResolveWithoutRedirect(const std::u16string& name) const;
+    [[nodiscard]] std::vector<WhichResult> unorderedResolveWithoutRedirect(const std::u16string& name) const;
 
     // The same candidates, the preferred one first.
-    std::vector<WhichResult> resolveWithoutRedirect(const std::u16string& name) const;
+    [[nodiscard]] std::vector<WhichResult> resolveWithoutRedirect(const std::u16string& name) const;
 
     // The candidates of `name`, the preferred one first, each (path, type) once: those of its redirect targets,
     // target by target, then its own. A target's own redirects are not followed.
-    std::vector<WhichResult> resolve(const std::u16string& name) const;
+    [[nodiscard]] std::vector<WhichResult> resolve(const std::u16string& name) const;
 
-    // What `resolve` answers, with the reasons. Asks the collaborators what `resolve` asks, in the same order.
-    Explanation explain(const std::u16string& name) const;
+    // The candidates of `resolve` with the reasons. Calls the collaborators as `resolve` does, in the same order.
+    [[nodiscard]] Explanation explain(const std::u16string& name) const;
 
 private:
-    struct Gathered;
-    struct OwnershipVerdict;
-    struct SupportVerdict;
-    struct RecordingJudge;
+    struct OwnershipJudgement;
+    struct SupportJudgement;
+    template <typename Recorder>
+    class Pipeline;
+    class ExplanationRecorder;
 
-    KELWHICH_NO_EXPORT const std::vector<std::u16string>& hostSourceCodeDirs() const;
-    KELWHICH_NO_EXPORT OwnershipVerdict ownershipOf(const WhichResult& result) const;
-    KELWHICH_NO_EXPORT SupportVerdict supportOf(const WhichResult& result, const std::u16string& name) const;
-    KELWHICH_NO_EXPORT std::vector<Gathered> gather(const std::u16string& name) const;
-    KELWHICH_NO_EXPORT Explanation::Resolution explainWithoutRedirect(const std::u16string& name) const;
+    [[nodiscard]] KELWHICH_NO_EXPORT const std::vector<std::u16string>& hostSourceCodeDirs() const;
+    [[nodiscard]] KELWHICH_NO_EXPORT WhichResultType typeOf(const BasicSupportEntry& entry) const;
+    [[nodiscard]] KELWHICH_NO_EXPORT OwnershipJudgement ownershipOf(const WhichResult& result) const;
+    [[nodiscard]] KELWHICH_NO_EXPORT SupportJudgement supportOf(const WhichResult& result,
+                                                                const std::u16string& name) const;
 
     std::unique_ptr<WhichResolver> which_;
     std::unique_ptr<MetadataResolver> metadata_;
     std::unique_ptr<FileSystem> fileSystem_;
-    // Key: none. Kept: the host's source-code folders as absolute paths, from the first need on. Never kept: a
-    // list whose making failed. Dropped: with the resolver. Threads: filled under `sourceCodeDirsOnce_`.
+    // Key: none. Kept: the host's source-code folders as absolute paths, from the first use on. Never kept: a failure.
+    // Dropped: with the resolver. Threads: filled under `sourceCodeDirsOnce_`.
     mutable std::optional<std::vector<std::u16string>> sourceCodeDirs_;
     mutable std::once_flag sourceCodeDirsOnce_;
 };

@@ -1,6 +1,6 @@
 // Asks the running host interpreter where it finds a name.
 //
-// Each question is one evaluation of a host function on the engine of the calling thread, which waits for it.
+// Each call evaluates one host function on the engine of the calling thread and waits for its end.
 // Threads: any thread that has an engine; there is no state.
 #pragma once
 
@@ -13,7 +13,7 @@ public:
     // One candidate for each place that the host reports: a file for an absolute path, else a built-in or a
     // built-in method whose path is `name` itself. Nothing is sorted or merged.
     // Errors: the host's own, unchanged; a missing string in the host's answer.
-    std::vector<WhichResult> which(const std::u16string& name) const override;
+    [[nodiscard]] std::vector<WhichResult> which(const std::u16string& name) const override;
 };
 
 } // namespace tessgen::kelwhich

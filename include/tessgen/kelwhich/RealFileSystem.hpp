@@ -18,7 +18,7 @@ namespace tessgen::kelwhich {
 
 class KELWHICH_EXPORT RealFileSystem final : public FileSystem {
 public:
-    // Folder texts, compared exactly; a view is looked up without making a string.
+    // Folder texts, compared exactly. Looking up a view makes no string.
     struct FolderHash {
         using is_transparent = void;
         std::size_t operator()(std::u16string_view folder) const noexcept {
@@ -29,21 +29,21 @@ public:
 
     RealFileSystem();
 
-    // Links are followed. A relative or empty path does not exist, whatever the working folder holds.
-    // Errors: std::filesystem::filesystem_error when the disk cannot tell.
-    bool exists(const std::u16string& path) const override;
-    std::u16string orvakroot() const override;
+    // Follows links. False for a relative or empty path, even if the working folder has such a file.
+    // Errors: std::filesystem::filesystem_error when the system cannot find out.
+    [[nodiscard]] bool exists(const std::u16string& path) const override;
+    [[nodiscard]] std::u16string orvakroot() const override;
     // Asks the host on every call.
-    std::optional<std::u16string> spkgroot() const override;
-    // The KEL path folders are asked for once and kept.
-    bool isOnKELPath(const std::u16string& path) const override;
+    [[nodiscard]] std::optional<std::u16string> spkgroot() const override;
+    // Asks the host for the KEL path folders once.
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override;
 
     // The KEL path folders exactly as the host lists them, each once.
-    FolderSet getKELPathDirs() const;
+    [[nodiscard]] FolderSet getKELPathDirs() const;
 
 private:
-    // Key: the folder's text. Kept: the host's list, from the first `isOnKELPath` on. Never kept: a list whose
-    // making failed. Dropped: with the object. Growth: none. Threads: filled under `kelPathDirsOnce_`.
+    // Key: the folder's text. Kept: the host's list, from the first `isOnKELPath` on. Never kept: a
+    // failure. Dropped: with the object. Growth: none. Threads: filled under `kelPathDirsOnce_`.
     mutable std::optional<FolderSet> kelPathDirs_;
     mutable std::once_flag kelPathDirsOnce_;
 };

@@ -16,8 +16,8 @@ enum class WhichResultType : std::uint32_t {
 };
 
 struct WhichResult {
-    // UTF-16. A file's path; for a KEL built-in the path that its support record gives; for a host built-in the
-    // name that was asked for.
+    // UTF-16. A file's path; for a KEL built-in, the path in its support record; for a host built-in, the name that
+    // was looked up.
     std::u16string path;
     WhichResultType type;
 

@@ -1,4 +1,4 @@
-// One question, answered from the running host.
+// Resolves one name over the running host.
 #pragma once
 
 #include "tessgen/kelwhich/WhichResult.hpp"
@@ -9,10 +9,10 @@
 
 namespace tessgen::kelwhich {
 
-// The definitions that `name` may stand for, the preferred one first, as KELWhichResolver::resolve gives them over
-// the host's own services. Nothing is kept between calls: each sees the host and the disk as they are.
+// The definitions that `name` may stand for, the preferred one first, as KELWhichResolver::resolve returns them over
+// the host's own services. Nothing is kept between calls: each call sees the current host and disk.
 // Threads: any thread that has an engine of the host.
 // Errors: the host's, the metadata service's and the file system's own, unchanged.
-KELWHICH_EXPORT std::vector<WhichResult> kelwhich(const std::u16string& name);
+[[nodiscard]] KELWHICH_EXPORT std::vector<WhichResult> kelwhich(const std::u16string& name);
 
 } // namespace tessgen::kelwhich
