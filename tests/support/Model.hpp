@@ -40,16 +40,9 @@ public:
     mutable Counts counts;
 
     Results resolve(const std::u16string& name) const {
-        Results all;
-        const auto append = [&](const Results& results) { all.insert(all.end(), results.begin(), results.end()); };
-        for (const auto& target : targets(name)) {
-            ++counts.redirects;
-            const auto further = targets(target);
-            counts.chains += further.empty() ? 0U : 1U;
-            counts.cycles += std::count(further.begin(), further.end(), name) > 0 ? 1U : 0U;
-            append(ordered(target));
-        }
-        append(ordered(name));
+        auto all = ofTargets(name);
+        const auto own = ordered(name);
+        all.insert(all.end(), own.begin(), own.end());
         Results unique;
         for (const auto& result : all) {
             if (std::find(unique.begin(), unique.end(), result) == unique.end()) {
@@ -59,6 +52,19 @@ public:
             }
         }
         return unique;
+    }
+
+    Results ofTargets(const std::u16string& name) const {
+        Results all;
+        for (const auto& target : targets(name)) {
+            ++counts.redirects;
+            const auto further = targets(target);
+            counts.chains += further.empty() ? 0U : 1U;
+            counts.cycles += std::count(further.begin(), further.end(), name) > 0 ? 1U : 0U;
+            const auto results = ordered(target);
+            all.insert(all.end(), results.begin(), results.end());
+        }
+        return all;
     }
 
     Results ordered(const std::u16string& name) const {
@@ -100,7 +106,7 @@ public:
     }
 
     bool supported(const WhichResult& result, const std::u16string& name) const {
-        const auto record = isFile(result) ? recordOf(result.path) : nullptr;
+        const auto record = !isBuiltin(result) ? recordOf(result.path) : nullptr;
         if (!record) {
             return result.type == Type::KELBuiltin;
         }
@@ -117,6 +123,19 @@ public:
         return result.type == Type::ORVAKPath && std::none_of(hostDirs_.begin(), hostDirs_.end(), [&](const auto& dir) {
                    return starts(result.path, dir);
                });
+    }
+
+    // The smaller, the earlier: false before true.
+    using Keys = std::tuple<bool, bool, bool, bool, int>;
+    Keys keys(const WhichResult& result, const std::u16string& name) const {
+        const auto dot = result.path.rfind(u'.');
+        const auto extension = dot == std::u16string::npos ? u"" : result.path.substr(dot + 1);
+        const bool source = isBuiltin(result) || extension == u"vk" || extension == u"vkx";
+        const bool indirect =
+            plain(name)
+            && (result.type == Type::ORVAKBuiltinMethod || (!isBuiltin(result) && !defines(result.path, name)));
+        const int kind = result.type == Type::KELBuiltin ? 0 : result.type == Type::KELPath ? 1 : 2;
+        return {indirect, !user(result), !supported(result, name), !source, kind};
     }
 
 private:
@@ -136,6 +155,10 @@ private:
     static bool plain(const std::u16string& name) { return !has(name, u'/') && !has(name, u'.'); }
     static bool isFile(const WhichResult& result) {
         return result.type == Type::KELPath || result.type == Type::ORVAKPath;
+    }
+    static bool isBuiltin(const WhichResult& result) {
+        return result.type == Type::KELBuiltin || result.type == Type::ORVAKBuiltin
+               || result.type == Type::ORVAKBuiltinMethod;
     }
     static bool starts(const std::u16string& text, const std::u16string& prefix) { return text.find(prefix) == 0; }
 
@@ -234,17 +257,6 @@ private:
             }
         }
         return found;
-    }
-
-    // The earlier, the smaller: false stands before true.
-    std::tuple<bool, bool, bool, bool, int> keys(const WhichResult& result, const std::u16string& name) const {
-        const auto dot = result.path.rfind(u'.');
-        const auto extension = dot == std::u16string::npos ? u"" : result.path.substr(dot + 1);
-        const bool source = !isFile(result) || extension == u"vk" || extension == u"vkx";
-        const bool indirect =
-            plain(name) && (result.type == Type::ORVAKBuiltinMethod || (isFile(result) && !defines(result.path, name)));
-        const int kind = result.type == Type::KELBuiltin ? 0 : result.type == Type::KELPath ? 1 : 2;
-        return {indirect, !user(result), !supported(result, name), !source, kind};
     }
 
     const World* world_;

@@ -1,0 +1,238 @@
+// Every world of up to two records and three answers of the host, each out of a dozen forms, compared with the model.
+// The model judges each form once for each list of records; a world then only puts what it judged in order.
+#include "tests/support/Model.hpp"
+#include "tests/support/RecordingHost.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bitset>
+#include <cstddef>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <optional>
+
+namespace tessgen::test {
+namespace {
+
+// Collaborators over a world that changes from question to question, as quick as can be.
+class QuickHost final : public kelwhich::WhichResolver {
+public:
+    QuickHost(const World& world, const Results& answers, const std::u16string& name)
+        : world_(&world), answers_(&answers), name_(&name) {}
+    [[nodiscard]] Results which(const std::u16string& name) const override {
+        return name == *name_ ? *answers_ : world_->hostAnswers.at(name); // a redirect's target
+    }
+
+private:
+    const World* world_;
+    const Results* answers_;
+    const std::u16string* name_;
+};
+
+class QuickMetadata final : public kelwhich::MetadataResolver {
+public:
+    explicit QuickMetadata(const World& world) : world_(&world) {}
+    [[nodiscard]] std::optional<std::shared_ptr<const SupportEntry>>
+    findByPath(const std::u16string& path) const override {
+        const auto& records = world_->records;
+        const auto found = std::find_if(records.begin(), records.end(), [&](const Record& record) {
+            return !record.entry->isBuiltin && record.entry->path == path;
+        });
+        return found == records.end() ? std::nullopt : std::optional(found->entry);
+    }
+    [[nodiscard]] std::vector<std::shared_ptr<const SupportEntry>>
+    findBySymbol(const std::u16string& symbol) const override {
+        std::vector<std::shared_ptr<const SupportEntry>> found;
+        for (const auto& record : world_->records) {
+            if (record.names.front() == symbol) {
+                found.push_back(record.entry);
+            }
+        }
+        return found;
+    }
+
+private:
+    const World* world_;
+};
+
+class QuickFiles final : public kelwhich::FileSystem {
+public:
+    explicit QuickFiles(const World& world) : world_(&world) {}
+    [[nodiscard]] bool exists(const std::u16string& path) const override { return world_->files.contains(path); }
+    [[nodiscard]] std::u16string orvakroot() const override { return world_->orvakroot; }
+    [[nodiscard]] std::optional<std::u16string> spkgroot() const override { return world_->spkgroot; }
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override {
+        return world_->kelFiles.contains(path);
+    }
+
+private:
+    const World* world_;
+};
+
+std::vector<SupportEntry> recordForms(const std::u16string& name) {
+    auto refused = supported(u"/h/t/f.vk");
+    refused.unsupportedSymbols = {u"g", name};
+    auto unsupported = supported(u"/k/f.vk");
+    unsupported.supportFlags = {};
+    return {builtin(name),
+            supported(u"/k/f.vk"),
+            unsupported,
+            supported(u"/h/t/f.vk"),
+            refused,
+            supported(u"/w/f.vk"),
+            supported(u"/k/private/f.vk"),
+            supported(u"/w/@C/f.vk"),
+            supported(u"/k/+p/f.vk"),
+            supported(u"/w/g.vk"),
+            supported(u"/k/f.x"),
+            redirect(u"/k/f.vk", u"g"),
+            redirect(u"/w/h.vk", u"g")};
+}
+
+Results answerForms(const std::u16string& name) {
+    Results forms = {{name, Type::ORVAKBuiltin}, {name, Type::ORVAKBuiltinMethod}};
+    for (const auto* path : {u"/w/f.vk", u"/h/t/f.vk", u"/s/t/f.vk", u"/w/private/f.vk", u"/w/@C/f.vk", u"/w/@f/f.vk",
+                             u"/k/+p/f.vk", u"/w/g.vk", u"/w/f.x", u"/k/f.vk"}) {
+        forms.push_back({path, Type::ORVAKPath});
+    }
+    return forms;
+}
+
+// All lists of at most `length` of `count` forms.
+std::vector<std::vector<std::size_t>> listsOf(std::size_t count, std::size_t length) {
+    std::vector<std::vector<std::size_t>> lists(1);
+    for (std::size_t begin = 0; length > 0; --length) {
+        const auto end = lists.size();
+        for (; begin < end; ++begin) {
+            for (std::size_t form = 0; form < count; ++form) {
+                lists.push_back(lists[begin]);
+                lists.back().push_back(form);
+            }
+        }
+    }
+    return lists;
+}
+
+// What the model judges of each form for one list of records: the redirect targets' results come first, then those of
+// the records and of the host, by their keys.
+struct Judgements {
+    struct Candidate {
+        std::size_t number; // of the distinct results
+        Model::Keys keys;
+    };
+
+    Judgements(World world, const std::u16string& name, const Results& forms) {
+        const Model model(world, RecordingHost::instance().sourceCodeDirs);
+        for (const auto& result : model.ofTargets(name)) {
+            targets.push_back(numberOf(result));
+        }
+        const auto judged = [&](const WhichResult& result) {
+            return Candidate{numberOf(result), model.keys(result, name)};
+        };
+        const auto own = model.gathered(name);
+        std::transform(own.begin(), own.end(), std::back_inserter(records), judged);
+        for (const auto& form : forms) {
+            world.hostAnswers[name] = {form};
+            const bool isKept = model.gathered(name).size() > own.size();
+            answers.push_back(isKept ? std::optional(judged(form)) : std::nullopt);
+        }
+    }
+
+    std::size_t numberOf(const WhichResult& result) {
+        const auto known = std::find(distinct.begin(), distinct.end(), result);
+        const auto number = static_cast<std::size_t>(known - distinct.begin());
+        if (known == distinct.end()) {
+            distinct.push_back(result);
+        }
+        return number;
+    }
+
+    // Whether the results are those of the targets, the records and these forms of answers.
+    [[nodiscard]] bool agree(const Results& results, const std::vector<std::size_t>& list) const {
+        std::vector<const Candidate*> order;
+        order.reserve(records.size() + list.size());
+        const auto insert = [&order](const Candidate& candidate) {
+            const auto isBefore = [](const Candidate* a, const Candidate* b) { return a->keys < b->keys; };
+            order.insert(std::upper_bound(order.begin(), order.end(), &candidate, isBefore), &candidate);
+        };
+        std::for_each(records.begin(), records.end(), insert);
+        for (const auto form : list) {
+            if (answers[form]) {
+                insert(*answers[form]);
+            }
+        }
+        std::bitset<64> seen;
+        std::size_t count = 0;
+        const auto isNext = [&](std::size_t number) {
+            return seen.test(number)
+                   || (seen.set(number), count < results.size() && results[count++] == distinct[number]);
+        };
+        return std::all_of(targets.begin(), targets.end(), isNext)
+               && std::all_of(order.begin(), order.end(), [&](const auto* each) { return isNext(each->number); })
+               && count == results.size();
+    }
+
+    Results distinct;
+    std::vector<std::size_t> targets;
+    std::vector<Candidate> records;
+    std::vector<std::optional<Candidate>> answers; // by form; nothing for one that is left out
+};
+
+// `symbol` is what the records are found under.
+void compareAll(const std::u16string& name, const std::u16string& symbol) {
+    RecordingHost::reset().sourceCodeDirs = {{u"t"}};
+    const auto recorded = recordForms(name);
+    const auto forms = answerForms(name);
+    const auto recordLists = listsOf(recorded.size(), 2);
+    const auto answerLists = listsOf(forms.size(), 3);
+    World world;
+    world.kelFiles = {u"/k/f.vk", u"/k/private/f.vk", u"/k/+p/f.vk", u"/k/f.x"};
+    world.hostAnswers[u"g"] = {
+        {u"g", Type::ORVAKBuiltin}, {u"/w/g.vk", Type::ORVAKPath}, {u"/w/f.vk", Type::ORVAKPath}};
+    Results answers;
+    const kelwhich::KELWhichResolver resolver(std::make_unique<QuickHost>(world, answers, name),
+                                              std::make_unique<QuickMetadata>(world),
+                                              std::make_unique<QuickFiles>(world));
+    std::size_t worlds = 0;
+    enum class Packages { none, without, with } const all[] = {Packages::none, Packages::without, Packages::with};
+    for (const auto standIns : all) {
+        world.spkgroot = standIns == Packages::none ? std::nullopt : std::optional<std::u16string>(u"/s");
+        world.files = standIns == Packages::with ? std::set<std::u16string>{u"/s/t/f.vk"} : std::set<std::u16string>();
+        for (const auto& recordList : recordLists) {
+            world.records.clear();
+            for (const auto form : recordList) {
+                world.add({symbol}, recorded[form]);
+            }
+            const Judgements judgements(world, name, forms);
+            for (const auto& answerList : answerLists) {
+                answers.clear();
+                for (const auto form : answerList) {
+                    answers.push_back(forms[form]);
+                }
+                ASSERT_TRUE(judgements.agree(resolver.resolve(name), answerList))
+                    << "packages " << static_cast<int>(standIns) << ", records " << testing::PrintToString(recordList)
+                    << ", answers " << testing::PrintToString(answerList);
+                ++worlds;
+            }
+        }
+    }
+    std::cout << "small worlds: " << worlds << " as the model says\n";
+    EXPECT_GT(worlds, 1000000);
+}
+
+TEST(SmallWorlds, OfAPlainName) {
+    compareAll(u"f", u"f");
+}
+
+TEST(SmallWorlds, OfADottedName) {
+    compareAll(u"p.f", u"p.f");
+}
+
+TEST(SmallWorlds, OfAPath) {
+    compareAll(u"/f.vk", u"f");
+}
+
+} // namespace
+} // namespace tessgen::test
