@@ -17,9 +17,9 @@ public:
     // Counts a failure that the caller reports.
     void addFailure() { ++failed_; }
 
-    std::size_t asked() const { return answered_ + failed_; }
+    [[nodiscard]] std::size_t asked() const { return answered_ + failed_; }
     // The exit code. Reports why it is not 0; with `isQuiet` only failures are reported.
-    int exitCode(bool isQuiet = false) const;
+    [[nodiscard]] int exitCode(bool isQuiet = false) const;
 
 private:
     std::size_t answered_ = 0;

@@ -80,7 +80,7 @@ public:
     }
 
 private:
-    bool matches(const std::u16string& path) const {
+    [[nodiscard]] bool matches(const std::u16string& path) const {
         return std::find(spellings_.begin(), spellings_.end(), path) != spellings_.end();
     }
 
@@ -150,7 +150,7 @@ private:
     }
 
     // The candidate with the same record.
-    const Candidate* candidateOf(const kelwhich::SupportEntry& record) const {
+    [[nodiscard]] const Candidate* candidateOf(const kelwhich::SupportEntry& record) const {
         for (const auto& resolution : explanation_.resolutions) {
             for (const auto& candidate : resolution.candidates) {
                 if (candidate.record && candidate.record->path == record.path) {

@@ -42,7 +42,7 @@ public:
     void dropCache();
 
     // True when a recording answers, so that the disk and the open installation say nothing about the names.
-    bool isReplayed() const { return replay_ != nullptr; }
+    [[nodiscard]] bool isReplayed() const { return replay_ != nullptr; }
 
     // Writes the recording, if the request asks for one. Call it after the last question, answered or failed.
     // Errors: those of Recording.

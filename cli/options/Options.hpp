@@ -50,7 +50,7 @@ struct CommandRow {
     std::string_view help;
     Completes completes = Completes::files;
 
-    std::string words() const;
+    [[nodiscard]] std::string words() const;
 };
 
 struct OptionRow {
@@ -63,8 +63,8 @@ struct OptionRow {
     Completes completes = Completes::files;
     std::string_view choices = {}; // all valid arguments, separated by spaces
 
-    bool belongsTo(const CommandRow& command) const;
-    bool belongsToAll() const;
+    [[nodiscard]] bool belongsTo(const CommandRow& command) const;
+    [[nodiscard]] bool belongsToAll() const;
 };
 
 // The first command is the default.

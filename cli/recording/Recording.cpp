@@ -33,7 +33,7 @@ public:
 
 protected:
     template <typename Call>
-    auto record(QueryKind kind, const std::u16string& argument, Call call) const {
+    [[nodiscard]] auto record(QueryKind kind, const std::u16string& argument, Call call) const {
         return recordedAnswer(*recording_, {kind, argument}, [&] { return call(*inner_); });
     }
 
@@ -46,7 +46,7 @@ class RecordedWhichResolver final : public Recorded<kelwhich::WhichResolver> {
 public:
     using Recorded::Recorded;
 
-    std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
+    [[nodiscard]] std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
         return record(QueryKind::which, name, [&](auto& inner) { return inner.which(name); });
     }
 };
@@ -55,10 +55,10 @@ class RecordedMetadataResolver final : public Recorded<kelwhich::MetadataResolve
 public:
     using Recorded::Recorded;
 
-    std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
+    [[nodiscard]] std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
         return record(QueryKind::findByPath, path, [&](auto& inner) { return inner.findByPath(path); });
     }
-    std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
+    [[nodiscard]] std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
         return record(QueryKind::findBySymbol, symbol, [&](auto& inner) { return inner.findBySymbol(symbol); });
     }
 };
@@ -67,16 +67,16 @@ class RecordedFileSystem final : public Recorded<kelwhich::FileSystem> {
 public:
     using Recorded::Recorded;
 
-    bool exists(const std::u16string& path) const override {
+    [[nodiscard]] bool exists(const std::u16string& path) const override {
         return record(QueryKind::exists, path, [&](auto& inner) { return inner.exists(path); });
     }
-    std::u16string orvakroot() const override {
+    [[nodiscard]] std::u16string orvakroot() const override {
         return record(QueryKind::orvakroot, {}, [](auto& inner) { return inner.orvakroot(); });
     }
-    std::optional<std::u16string> spkgroot() const override {
+    [[nodiscard]] std::optional<std::u16string> spkgroot() const override {
         return record(QueryKind::spkgroot, {}, [](auto& inner) { return inner.spkgroot(); });
     }
-    bool isOnKELPath(const std::u16string& path) const override {
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override {
         return record(QueryKind::isOnKELPath, path, [&](auto& inner) { return inner.isOnKELPath(path); });
     }
 };

@@ -22,7 +22,7 @@ public:
 
 protected:
     template <typename Answer>
-    Answer answer(QueryKind kind, const std::u16string& argument = {}) const {
+    [[nodiscard]] Answer answer(QueryKind kind, const std::u16string& argument = {}) const {
         const auto& found = replay_->answerTo({kind, argument});
         if (const auto* const error = std::get_if<RecordedError>(&found)) {
             throw std::runtime_error(error->message);
@@ -38,7 +38,7 @@ class ReplayedWhichResolver final : public Replayed<kelwhich::WhichResolver> {
 public:
     using Replayed::Replayed;
 
-    std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
+    [[nodiscard]] std::vector<kelwhich::WhichResult> which(const std::u16string& name) const override {
         return answer<std::vector<kelwhich::WhichResult>>(QueryKind::which, name);
     }
 };
@@ -47,10 +47,10 @@ class ReplayedMetadataResolver final : public Replayed<kelwhich::MetadataResolve
 public:
     using Replayed::Replayed;
 
-    std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
+    [[nodiscard]] std::optional<SharedEntry> findByPath(const std::u16string& path) const override {
         return answer<std::optional<SharedEntry>>(QueryKind::findByPath, path);
     }
-    std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
+    [[nodiscard]] std::vector<SharedEntry> findBySymbol(const std::u16string& symbol) const override {
         return answer<std::vector<SharedEntry>>(QueryKind::findBySymbol, symbol);
     }
 };
@@ -59,12 +59,16 @@ class ReplayedFileSystem final : public Replayed<kelwhich::FileSystem> {
 public:
     using Replayed::Replayed;
 
-    bool exists(const std::u16string& path) const override { return answer<bool>(QueryKind::exists, path); }
-    std::u16string orvakroot() const override { return answer<std::u16string>(QueryKind::orvakroot); }
-    std::optional<std::u16string> spkgroot() const override {
+    [[nodiscard]] bool exists(const std::u16string& path) const override {
+        return answer<bool>(QueryKind::exists, path);
+    }
+    [[nodiscard]] std::u16string orvakroot() const override { return answer<std::u16string>(QueryKind::orvakroot); }
+    [[nodiscard]] std::optional<std::u16string> spkgroot() const override {
         return answer<std::optional<std::u16string>>(QueryKind::spkgroot);
     }
-    bool isOnKELPath(const std::u16string& path) const override { return answer<bool>(QueryKind::isOnKELPath, path); }
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override {
+        return answer<bool>(QueryKind::isOnKELPath, path);
+    }
 };
 
 } // namespace
