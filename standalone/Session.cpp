@@ -1,5 +1,6 @@
 #include "standalone/Session.hpp"
 
+#include "standalone/search/NameSearch.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -18,7 +19,7 @@ namespace {
 
 std::atomic<const SessionState*> current = nullptr; // NOLINT: the host's services are free functions
 
-// The texts of an installation are UTF-8: they were checked when the manifest was read.
+// The texts of an installation are UTF-8, which reading the manifest has checked.
 std::u16string inUTF16(const std::string& text) {
     return toUTF16(text).value();
 }
@@ -45,7 +46,7 @@ std::optional<std::u16string> inUTF16(const std::optional<std::string>& text) {
     return text ? std::optional(inUTF16(*text)) : std::nullopt;
 }
 
-// Without its roots an installation would answer nothing, silently. A search folder may be missing.
+// Without its roots an installation would silently answer nothing. A search folder may be missing.
 Installation withRoots(Installation installation) {
     requireFolder(installation, "root", installation.root);
     if (installation.supportPackageRoot) {
@@ -59,6 +60,10 @@ std::optional<SearchIndex> openIndex(const Installation& installation) {
     return file && RealFileTree().kindOf(*file) ? std::optional<SearchIndex>(std::in_place, *file) : std::nullopt;
 }
 
+const SearchIndex* pointerTo(const std::optional<SearchIndex>& index) {
+    return index ? &*index : nullptr;
+}
+
 std::optional<SupportStore> openStore(const Installation& installation) {
     return installation.supportStore
                ? std::optional<SupportStore>(std::in_place, *installation.supportStore, installation.root)
@@ -68,17 +73,24 @@ std::optional<SupportStore> openStore(const Installation& installation) {
 } // namespace
 
 SessionState::SessionState(Installation opened, View view)
-    : installation(withRoots(std::move(opened))), index(openIndex(installation)),
-      files(index ? &*index : nullptr, disk), search(installation, files), store(openStore(installation)),
-      root(inUTF16(installation.root)), supportPackageRoot(inUTF16(installation.supportPackageRoot)),
-      kelPath(inUTF16(installation.kelPath)), sourceCodeDirs(inUTF16(installation.sourceCode)) {
+    : installation(withRoots(std::move(opened))), index(openIndex(installation)), files(pointerTo(index), disk),
+      store(openStore(installation)), root(inUTF16(installation.root)),
+      supportPackageRoot(inUTF16(installation.supportPackageRoot)), kelPath(inUTF16(installation.kelPath)),
+      sourceCodeDirs(inUTF16(installation.sourceCode)) {
     if (view == View::snapshot) {
-        snapshotSearch.emplace(installation, files);
+        const DirectoryHandle top(installation.root);
+        const RealFileTree now(&top);
+        snapshotSearch.emplace(installation, files, IndexedFileTree(pointerTo(index), now, &top));
     }
 }
 
 std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
-    return snapshotSearch ? snapshotSearch->find(name) : search.find(name);
+    if (snapshotSearch) {
+        return snapshotSearch->find(name);
+    }
+    const DirectoryHandle top(installation.root); // most of the search path lies in it
+    const RealFileTree now(&top);
+    return NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);
 }
 
 const SessionState& currentSession() {

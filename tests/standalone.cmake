@@ -8,12 +8,12 @@ add_unit_tests(
   standalone/DiagnosisTest.cpp
   standalone/SnapshotSearchTest.cpp
   standalone/FolderStampTest.cpp
-  standalone/DirectoryHandleTest.cpp
   standalone/GoldenFilesTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
+  standalone/RealFileTreeTest.cpp
   standalone/SessionTest.cpp
   standalone/SupportStoreBuilderTest.cpp
   standalone/SupportStoreCheckTest.cpp

@@ -40,8 +40,8 @@ std::string asText(const Findings& findings) {
     auto to = std::back_inserter(text);
     for (auto first = findings.begin(); first != findings.end();) {
         const auto last = std::find_if(first, findings.end(),
-                                       [trap = first->trap](const Finding& other) { return other.trap != trap; });
-        const auto& [code, message, advice] = textOf(first->trap);
+                                       [diagnostic = first->diagnostic](const Finding& other) { return other.diagnostic != diagnostic; });
+        const auto& [code, message, advice] = textOf(first->diagnostic);
         fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", code, message, advice);
         const auto shown = std::min(last - first, shownPlaces);
         for (const auto& finding : Findings(first, first + shown)) {
@@ -58,7 +58,7 @@ std::string asText(const Findings& findings) {
 std::string asJSON(const Findings& findings) {
     auto list = nlohmann::ordered_json::array();
     for (const auto& finding : findings) {
-        const auto& [code, message, advice] = textOf(finding.trap);
+        const auto& [code, message, advice] = textOf(finding.diagnostic);
         list.push_back({{"code", code}, {"place", escaped(finding.place)}, {"message", message}, {"advice", advice}});
     }
     const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"findings", std::move(list)}};

@@ -3,9 +3,9 @@
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
 #include "standalone/files/AtomicFile.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/manifest/ManifestFile.hpp"
 #include "standalone/manifest/TreeSurvey.hpp"
-#include "standalone/search/FolderNaming.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 

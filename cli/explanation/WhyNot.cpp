@@ -3,7 +3,7 @@
 #include "cli/explanation/ExplanationWording.hpp"
 #include "cli/output/Escape.hpp"
 #include "standalone/doctor/NotFound.hpp"
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"

@@ -2,7 +2,7 @@
 
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/FileErrors.hpp"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "standalone/database/DatabaseFile.hpp"
 
 #include "standalone/files/Descriptor.hpp"
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/FileErrors.hpp"
 
 #include <array>
 #include <cerrno>

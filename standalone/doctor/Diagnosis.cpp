@@ -13,85 +13,88 @@ namespace tessgen::standalone {
 namespace {
 
 // In the order of the enumeration.
-constexpr auto texts = std::to_array<TrapText>({
-    {"folder-missing", "There is no such folder, so nothing is found in it.",
-     "Make it, mend its path, or take it out of the manifest."},
+constexpr auto texts = std::to_array<DiagnosticText>({
+    {"folder-missing", "This folder does not exist, so nothing is found in it.",
+     "Create it, correct its path, or remove it from the manifest."},
     {"search-folder-twice",
-     "Both are one folder on the disk, so its files are searched twice, and under two paths found twice.",
-     "Take the later one out of searchPath."},
-    {"built-in-twice", "The built-in is there already, and is answered once.",
-     "Take it out of builtins, or mend its name or its class."},
-    {"kel-folder-ends-with-slash", "Folders of KEL files are compared as text, and that of no file ends with \"/\".",
-     "Take the \"/\" at its end away."},
+     "Both are the same folder on the disk, so it is searched twice; if the paths differ, each file is found twice.",
+     "Remove the later one from searchPath."},
+    {"built-in-twice", "The manifest lists this built-in twice; it is found once.",
+     "Remove it from builtins, or correct its name or its class."},
+    {"kel-folder-ends-with-slash",
+     "KEL folders are compared as text, and no file's folder ends with \"/\", so no file counts as a KEL path file.",
+     "Remove the \"/\" at its end."},
     {"kel-folder-in-package",
-     "Package, class and private folders are taken off a file's path before it is compared, so its files are no KEL "
-     "path files.",
-     "Name the folder above them in kelPath."},
-    {"kel-folder-on-search-path", "Files in both are answered twice: as KEL path files and as host files.",
-     "Take the one out of searchPath, or the other out of kelPath."},
+     "Package, class and private folders are removed from a file's path before it is compared, so no file here counts "
+     "as a KEL path file.",
+     "List the folder above them in kelPath."},
+    {"kel-folder-on-search-path", "A file in both is found twice: as a KEL path file and as a host file.",
+     "Remove the folder from searchPath or from kelPath."},
     {"source-folder-is-prefix",
-     "Host code is told by the text that its path begins with, so this folder or file counts as host code, not as a "
-     "user's.",
-     "Rename one of the two, or list a folder that holds host code under sourceCode as well."},
+     "A file counts as host code when its path starts with the path of a source-code folder, so this one is host code "
+     "and not the user's.",
+     "Rename one of the two; or, if this folder holds host code, list it under sourceCode as well."},
     {"package-root-is-prefix",
-     "Support packages are told by the text that a path begins with, so this folder or file counts as a package's, not "
-     "as a user's.",
+     "A file counts as a support package's when its path starts with supportPackageRoot, so this one is not the "
+     "user's.",
      "Rename one of the two."},
     {"package-root-holds-root",
-     "Every file of the installation counts as a support package's: none is a user's, and no record supports it.",
-     "Give the support packages a folder of their own, whose path root does not begin with."},
-    {"folder-unreadable", "What it holds is not known, and a name that may be there is not answered.",
-     "Give the right to read it, mend the disk, or leave it out of the installation."},
-    {"name-not-utf-8", "A name that is not UTF-8 cannot be asked for, so it is never found.", "Rename it."},
-    {"link-dangling", "The link leads nowhere, so nothing is found there.", "Mend the link, or remove it."},
-    {"extension-case", "Extensions are compared by case, so this file is not one of the host's language.",
+     "Every file of the installation counts as a support package's: none is the user's, and no record supports it.",
+     "Move the support packages to a folder whose path root does not start with."},
+    {"folder-unreadable", "Its contents are unknown, so a name that may need it fails with an error.",
+     "Allow reading it, repair the disk, or take it out of the installation."},
+    {"name-not-utf-8", "Names are UTF-8, so no name can reach it.", "Rename it."},
+    {"link-dangling", "The link leads nowhere, so nothing is found there.", "Correct the link, or remove it."},
+    {"extension-case", "Extensions are case-sensitive, so this is not a source file.",
      "Rename it to an extension that the manifest lists."},
-    {"private-case", "Only a folder named \"private\" is one; nothing is looked for in this one.",
+    {"private-case", "Only a folder named \"private\" is a private folder, so nothing is found in this one.",
      "Rename it to private."},
-    {"kel-file-without-record", "A KEL path file is found by its record alone, so this one is never answered.",
-     "Give it a record and build the store anew, or remove it."},
-    {"record-without-file", "Neither root nor the support packages have the file, and it may be answered all the same.",
-     "Mend the record's path or take the record out, and build the store anew."},
+    {"kel-file-without-record", "Only a record leads to a KEL path file, so no name can reach this one.",
+     "Add a record for it and rebuild the store, or remove the file."},
+    {"record-without-file",
+     "The file is neither below root nor in the support packages, yet the record can still make it a candidate.",
+     "Correct the record's path or remove the record, and rebuild the store."},
     {"record-in-package-root",
-     "Whether a package's file is supported is looked up by the path below root that it stands in for, so this record "
-     "supports nothing.",
-     "Give the record that path, and build the store anew."},
-    {"record-refuses-itself", "A name that the record is found by is one of its unsupportedSymbols.",
-     "Take the name out of unsupportedSymbols, unless the file is meant to come last."},
+     "Support for a package's file is looked up under the path below root that it replaces, so this record supports "
+     "nothing.",
+     "Give the record the path below root, and rebuild the store."},
+    {"record-refuses-itself", "A name that leads to the record is one of its unsupportedSymbols.",
+     "Remove the name from unsupportedSymbols, unless the file is to come last."},
     {"redirect-to-nothing", "The name that the redirect leads to has no candidate.",
-     "Mend the record's symbol or take the record out, and build the store anew."},
-    {"search-index-missing", "The search index is not there, so every folder is listed for each question.",
-     "Build it with kelwhich index build, or take searchIndex out of the manifest."},
+     "Correct the record's symbol or remove the record, and rebuild the store."},
+    {"search-index-missing",
+     "The manifest names a search index that does not exist, so each question lists every folder.",
+     "Run kelwhich index build, or remove searchIndex from the manifest."},
     {"search-index-outdated",
-     "Half of the folders or more changed since the search index was built, or are not in it, and are listed for each "
+     "At least half of the folders changed after the index was built, or are missing in it, and are listed for each "
      "question.",
-     "Build it anew with kelwhich index build; kelwhich index verify names the folders."},
+     "Run kelwhich index build; kelwhich index verify lists the folders."},
 });
 static_assert(texts.size() == static_cast<std::size_t>(Diagnostic::searchIndexOutdated) + 1);
 
 } // namespace
 
-const TrapText& textOf(Diagnostic trap) {
-    return texts.at(static_cast<std::size_t>(trap));
+const DiagnosticText& textOf(Diagnostic diagnostic) {
+    return texts.at(static_cast<std::size_t>(diagnostic));
 }
 
-Findings diagnose(const DiagnosisInput& examined) {
+Findings diagnose(const DiagnosisInput& input) {
     Findings findings;
-    checkFolders(examined, findings);
-    checkFiles(examined, findings);
-    checkRecords(examined, findings);
-    checkIndex(examined, findings);
+    checkFolders(input, findings);
+    checkFiles(input, findings);
+    checkRecords(input, findings);
+    checkIndex(input, findings);
     std::stable_sort(findings.begin(), findings.end(),
-                     [](const Finding& a, const Finding& b) { return a.trap < b.trap; });
+                     [](const Finding& a, const Finding& b) { return a.diagnostic < b.diagnostic; });
     return findings;
 }
 
-void checkIndex(const DiagnosisInput& examined, Findings& findings) {
-    const auto& file = examined.installation.searchIndex;
-    if (file && examined.index == nullptr) {
+void checkIndex(const DiagnosisInput& input, Findings& findings) {
+    const auto& file = input.installation.searchIndex;
+    if (file && input.index == nullptr) {
         findings.push_back({Diagnostic::searchIndexMissing, *file});
     } else if (file) {
-        const auto use = useOf(*examined.index, examined.installation);
+        const auto use = useOf(*input.index, input.installation);
         if (use.changed.size() * 2 >= use.folders && use.folders > 0) {
             findings.push_back({Diagnostic::searchIndexOutdated, *file + ": " + std::to_string(use.changed.size())
                                                                      + " of " + counted(use.folders, "folder")});

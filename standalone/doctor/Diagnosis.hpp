@@ -1,5 +1,5 @@
-// What is wrong with an installation that can be opened all the same: traps that the rules of resolution hold, and
-// folders, files and records that are never answered or not as they seem to be.
+// Diagnoses an installation that opens without an error: folders, files and records that no name reaches, or that count
+// as something else than they seem to be.
 //
 // Threads: one at a time for one Findings.
 #pragma once
@@ -18,7 +18,7 @@
 
 namespace tessgen::standalone {
 
-// In the order in which findings are told.
+// In the order in which findings are reported.
 enum class Diagnostic {
     folderMissing,
     folderGivenTwice,
@@ -43,49 +43,47 @@ enum class Diagnostic {
     searchIndexOutdated,
 };
 
-// What is told of every finding of a trap.
-struct TrapText {
+// What every finding of a diagnostic has in common.
+struct DiagnosticText {
     std::string_view code; // never changes
     std::string_view message;
     std::string_view advice;
 };
 
-const TrapText& textOf(Diagnostic trap);
+[[nodiscard]] const DiagnosticText& textOf(Diagnostic diagnostic);
 
 struct Finding {
-    Diagnostic trap;
-    std::string place; // a manifest key, a path or a record, in UTF-8 but for what the disk holds
+    Diagnostic diagnostic;
+    std::string place; // a manifest key, a path or a record; UTF-8 but for names on the disk
 };
 
 using Findings = std::vector<Finding>;
 
-// What is looked at.
-// Lifetime: all of it outlives the check.
+// Lifetime: all of it outlives the diagnosis.
 struct DiagnosisInput {
     const Installation& installation;
     const FileTree& files;
-    const SupportStore* store;                                                   // null when there is none
+    const SupportStore* store;                                                   // may be null
     std::function<std::optional<std::string>(const std::string& path)> realPath; // on the same disk as `files`
     std::function<bool(const std::u16string& name)> resolves;                    // whether a name has a candidate
-    const SearchIndex* index = nullptr;                                          // null when there is none
+    const SearchIndex* index = nullptr;                                          // may be null
 };
 
-// All findings, grouped by trap. A folder that cannot be read is one of them; the rest is looked at all the same.
-// Errors: std::runtime_error, a store or an index that is damaged.
-Findings diagnose(const DiagnosisInput& examined);
+// All findings, grouped by diagnostic. A folder that cannot be read is a finding, and the rest is still diagnosed.
+// Errors: std::runtime_error for a damaged store or index.
+[[nodiscard]] Findings diagnose(const DiagnosisInput& input);
 
-// What `diagnose` consists of; each appends what it finds.
-void checkFolders(const DiagnosisInput& examined,
-                  Findings& findings);                               // the manifest's, by themselves and to each other
-void checkFiles(const DiagnosisInput& examined, Findings& findings); // what the search or a record can reach
-void checkRecords(const DiagnosisInput& examined, Findings& findings);
-void checkIndex(const DiagnosisInput& examined, Findings& findings); // whether it saves most of the listing
+// The parts of `diagnose`. Each appends its findings.
+void checkFolders(const DiagnosisInput& input, Findings& findings); // of the manifest, alone and against each other
+void checkFiles(const DiagnosisInput& input, Findings& findings);   // that the search or a record can reach
+void checkRecords(const DiagnosisInput& input, Findings& findings);
+void checkIndex(const DiagnosisInput& input, Findings& findings); // whether it serves most folders
 
-// What `look` gives, or nothing and a finding when the disk fails with a std::system_error.
-template <typename Look>
-auto readOrReport(const std::string& path, Findings& findings, Look look) -> decltype(look()) {
+// The result of `read`. When that throws std::system_error: nothing, and a finding that names `path`.
+template <typename Read>
+auto readOrReport(const std::string& path, Findings& findings, Read read) -> decltype(read()) {
     try {
-        return look();
+        return read();
     } catch (const std::system_error& error) {
         findings.push_back({Diagnostic::folderUnreadable, path + ": " + error.code().message()});
         return {};

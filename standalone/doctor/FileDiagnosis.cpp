@@ -14,29 +14,31 @@ namespace {
 using Entry = FileTree::Entry;
 using Kind = FileTree::Kind;
 
-bool isSameButForCase(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+std::string inLowerCase(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
 }
 
-// Goes through the folders that a look-up or a record can reach by package, class and private folders, each once,
-// however many links lead to it.
+// Visits every folder that a look-up or a record can reach through package, class and private folders. Visits each
+// once, however many links lead to it.
 class FileCheck {
 public:
-    FileCheck(const DiagnosisInput& examined, Findings& findings)
-        : examined_(examined), findings_(findings), packages_(toUTF16(examined.installation.supportPackageRoot)),
-          root_(toUTF16(examined.installation.root).value()) {
-        for (const auto& extension : examined.installation.extensions) {
-            endings_.push_back("." + extension);
+    FileCheck(const DiagnosisInput& input, Findings& findings)
+        : input_(input), findings_(findings), packages_(toUTF16(input.installation.supportPackageRoot)),
+          root_(toUTF16(input.installation.root).value()) {
+        for (const auto& extension : input.installation.extensions) {
+            lowerExtensions_.push_back(inLowerCase(extension));
         }
-        for (const auto& folder : examined.installation.kelPath) {
+        for (const auto& folder : input.installation.kelPath) {
             kelFolders_.insert(toUTF16(folder).value());
         }
     }
 
-    // KEL folders first, so that their files are met under the paths by which they are known.
+    // KEL folders first, so that their files are visited under the paths that make them KEL path files.
     void run() {
-        for (const auto* folders : {&examined_.installation.kelPath, &examined_.installation.searchPath}) {
+        for (const auto* folders : {&input_.installation.kelPath, &input_.installation.searchPath}) {
             for (const auto& folder : *folders) {
                 enter(folder);
             }
@@ -48,10 +50,10 @@ private:
         return text ? standalone::toUTF16(*text) : std::nullopt;
     }
 
-    void report(Diagnostic trap, std::string place) { findings_.push_back({trap, std::move(place)}); }
+    void report(Diagnostic diagnostic, std::string place) { findings_.push_back({diagnostic, std::move(place)}); }
 
     void enter(const std::string& folder) {
-        if (const auto real = readOrReport(folder, findings_, [&] { return examined_.realPath(folder); })) {
+        if (const auto real = readOrReport(folder, findings_, [&] { return input_.realPath(folder); })) {
             visit(folder, *real);
         }
     }
@@ -61,32 +63,29 @@ private:
             return;
         }
         auto entries = readOrReport(folder, findings_, [&] {
-            return examined_.files.entries(folder, [this](std::string_view name) { return matters(name); });
+            return input_.files.entries(folder, {[this](std::string_view name) { return isRelevant(name); }});
         });
         if (!entries) {
             return;
         }
         std::sort(entries->begin(), entries->end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
         for (const Entry& entry : *entries) {
-            look(joinPath(folder, entry.name), real, entry);
+            visitEntry(joinPath(folder, entry.name), real, entry);
         }
     }
 
-    // Whether a file or a folder of that name could be looked for, or is meant to be.
-    bool matters(std::string_view name) const {
-        return isPackageClassOrPrivate(name) || isSameButForCase(name, "private")
-               || std::any_of(endings_.begin(), endings_.end(), [&](const std::string& ending) {
-                      return name.size() > ending.size()
-                             && isSameButForCase(name.substr(name.size() - ending.size()), ending);
-                  });
+    // Whether the search can reach an entry of that name, or could but for the case of its letters.
+    bool isRelevant(std::string_view name) const {
+        const std::string lower = inLowerCase(name);
+        return isPackageClassOrPrivate(name) || lower == "private" || hasExtension(lower, lowerExtensions_);
     }
 
-    void look(const std::string& path, const std::string& realFolder, const Entry& entry) {
+    void visitEntry(const std::string& path, const std::string& realFolder, const Entry& entry) {
         const bool isLink = entry.kind == Kind::link;
         auto kind = std::optional(entry.kind);
         if (isLink) {
             const auto known = findings_.size();
-            kind = readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); });
+            kind = readOrReport(path, findings_, [&] { return input_.files.kindOf(path); });
             if (findings_.size() > known) {
                 return;
             }
@@ -96,21 +95,18 @@ private:
         } else if (!kind) {
             report(Diagnostic::linkDangling, path);
         } else if (kind == Kind::file) {
-            lookAtFile(path, entry.name);
+            checkFile(path, entry.name);
         } else if (kind == Kind::folder && isPackageClassOrPrivate(entry.name)) {
             isLink ? enter(path) : visit(path, joinPath(realFolder, entry.name));
-        } else if (kind == Kind::folder && isSameButForCase(entry.name, "private")) {
+        } else if (kind == Kind::folder && inLowerCase(entry.name) == "private") {
             report(Diagnostic::privateCase, path);
         }
     }
 
-    void lookAtFile(const std::string& path, const std::string& name) {
-        const auto endsWith = [](std::string_view text, std::string_view ending) {
-            return text.size() > ending.size() && text.ends_with(ending);
-        };
-        if (std::any_of(endings_.begin(), endings_.end(), [&](const auto& ending) { return endsWith(name, ending); })) {
+    void checkFile(const std::string& path, const std::string& name) {
+        if (hasExtension(name, input_.installation.extensions)) {
             checkRecordOf(path);
-        } else if (!isPackageClassOrPrivate(name) && !isSameButForCase(name, "private")) {
+        } else if (!isPackageClassOrPrivate(name) && inLowerCase(name) != "private") {
             report(Diagnostic::extensionCase, path);
         }
     }
@@ -122,27 +118,27 @@ private:
         }
     }
 
-    // A record of its own, or of the file below root that it stands in for.
+    // A record of its own, or of the file below root that it replaces.
     bool hasRecord(const std::u16string& path) const {
-        const auto* const store = examined_.store;
+        const auto* const store = input_.store;
         return store != nullptr
                && (store->findByPath(path)
                    || (packages_ && store->findByPath(kelwhich::replacePrefix(path, *packages_, root_))));
     }
 
-    const DiagnosisInput& examined_;
+    const DiagnosisInput& input_;
     Findings& findings_;
     const std::optional<std::u16string> packages_;
     const std::u16string root_;
-    std::vector<std::string> endings_; // the extensions with their dots
+    std::vector<std::string> lowerExtensions_;
     std::unordered_set<std::u16string> kelFolders_;
     std::unordered_set<std::string> visited_; // by real path
 };
 
 } // namespace
 
-void checkFiles(const DiagnosisInput& examined, Findings& findings) {
-    FileCheck(examined, findings).run();
+void checkFiles(const DiagnosisInput& input, Findings& findings) {
+    FileCheck(input, findings).run();
 }
 
 } // namespace tessgen::standalone

@@ -16,7 +16,7 @@ namespace {
 
 using Kind = FileTree::Kind;
 
-// A folder that the manifest gives.
+// A folder that the manifest lists.
 struct GivenFolder {
     std::string place; // its key and its path
     std::string path;
@@ -49,34 +49,33 @@ bool endsWithSlash(const std::string& folder) {
 
 class FolderCheck {
 public:
-    FolderCheck(const DiagnosisInput& examined, Findings& findings)
-        : examined_(examined), findings_(findings),
-          search_(givenFolders("searchPath", examined.installation.searchPath)),
-          kel_(givenFolders("kelPath", examined.installation.kelPath)),
-          source_(givenFolders("sourceCode", sourceCodePaths(examined.installation))) {}
+    FolderCheck(const DiagnosisInput& input, Findings& findings)
+        : input_(input), findings_(findings), search_(givenFolders("searchPath", input.installation.searchPath)),
+          kel_(givenFolders("kelPath", input.installation.kelPath)),
+          source_(givenFolders("sourceCode", sourceCodePaths(input.installation))) {}
 
     void run() {
         for (const auto* folders : {&search_, &kel_, &source_}) {
             findMissing(*folders);
         }
         findRepeats();
-        findKELFoldersThatHoldNothing();
+        findKELFoldersWithoutFiles();
         findKELFoldersOnSearchPath();
         findPrefixes();
         findRootInPackageRoot();
     }
 
 private:
-    void report(Diagnostic trap, std::string place) { findings_.push_back({trap, std::move(place)}); }
+    void report(Diagnostic diagnostic, std::string place) { findings_.push_back({diagnostic, std::move(place)}); }
 
     std::string realPathOf(const std::string& path) {
-        return readOrReport(path, findings_, [&] { return examined_.realPath(path); }).value_or(path);
+        return readOrReport(path, findings_, [&] { return input_.realPath(path); }).value_or(path);
     }
 
     void findMissing(const GivenFolders& folders) {
         for (const auto& folder : folders) {
             const auto isFolder = readOrReport(folder.path, findings_, [&] {
-                return std::optional(examined_.files.kindOf(folder.path) == Kind::folder);
+                return std::optional(input_.files.kindOf(folder.path) == Kind::folder);
             });
             if (isFolder == false) {
                 report(Diagnostic::folderMissing, folder.place);
@@ -94,7 +93,7 @@ private:
         }
     }
 
-    void findKELFoldersThatHoldNothing() {
+    void findKELFoldersWithoutFiles() {
         for (const auto& folder : kel_) {
             if (endsWithSlash(folder.path)) {
                 report(Diagnostic::kelFolderEndsWithSlash, folder.place);
@@ -104,11 +103,11 @@ private:
         }
     }
 
-    // A search folder is a KEL folder, or is one when package, class and private folders are passed over.
+    // The search folder is a KEL folder, or lies in one below package, class and private folders alone.
     void findKELFoldersOnSearchPath() {
         std::unordered_map<std::string, const GivenFolder*> kel;
         for (const auto& folder : kel_) {
-            if (!endsWithSlash(folder.path)) { // such a one holds nothing
+            if (!endsWithSlash(folder.path)) { // no file's folder ends with a slash
                 kel.try_emplace(folder.path, &folder);
                 kel.try_emplace(realPathOf(folder.path), &folder);
             }
@@ -131,51 +130,48 @@ private:
         for (const auto& folder : source_) {
             known.insert(folder.path);
         }
-        const auto& packages = examined_.installation.supportPackageRoot;
+        const auto& packages = input_.installation.supportPackageRoot;
         if (packages) {
             known.insert(*packages);
         }
         for (const auto& folder : source_) {
-            findWhatBeginsWith(folder, Diagnostic::sourceFolderIsPrefix, known);
+            findNamesThatBeginWith(folder, Diagnostic::sourceFolderIsPrefix, known);
         }
         if (packages) {
-            findWhatBeginsWith({"supportPackageRoot " + *packages, *packages}, Diagnostic::packageRootIsPrefix, known);
+            findNamesThatBeginWith({"supportPackageRoot " + *packages, *packages}, Diagnostic::packageRootIsPrefix,
+                                   known);
         }
     }
 
-    // The folders and source files beside this folder whose names begin with its own. What lies in a folder of `known`
-    // does not matter: it is no user's in any case.
-    void findWhatBeginsWith(const GivenFolder& folder, Diagnostic trap, const std::unordered_set<std::string>& known) {
+    // Reports folders and source files beside this folder whose names begin with its name. Within a folder of `known`
+    // nothing is the user's anyway.
+    void findNamesThatBeginWith(const GivenFolder& folder, Diagnostic diagnostic,
+                                const std::unordered_set<std::string>& known) {
         const std::string name(lastComponent(folder.path));
         const std::string above = folderAbove(folder.path);
         if (name.empty() || liesIn(known, above)) {
             return;
         }
         const auto entries = readOrReport(above, findings_, [&] {
-            return examined_.files.entries(above, [&](std::string_view other) {
-                return other.starts_with(name) && other != name && isUTF8(other);
-            });
+            return input_.files.entries(above, {[&](std::string_view other) {
+                                            return other.starts_with(name) && other != name && isUTF8(other);
+                                        }});
         });
-        std::set<std::string> found; // in one order on every disk
+        std::set<std::string> found; // in the same order on every disk
         for (const auto& entry : entries.value_or(std::vector<FileTree::Entry>())) {
             const std::string path = joinPath(above, entry.name);
             if (known.contains(path)) {
                 continue;
             }
-            const auto kind = readOrReport(path, findings_, [&] { return examined_.files.kindOf(path); });
-            if (kind == Kind::folder || (kind == Kind::file && isSourceFile(entry.name))) {
+            const auto kind = readOrReport(path, findings_, [&] { return input_.files.kindOf(path); });
+            if (kind == Kind::folder
+                || (kind == Kind::file && hasExtension(entry.name, input_.installation.extensions))) {
                 found.insert(path);
             }
         }
         for (const auto& path : found) {
-            report(trap, path + " and " + folder.place);
+            report(diagnostic, path + " and " + folder.place);
         }
-    }
-
-    bool isSourceFile(std::string_view name) const {
-        const auto& extensions = examined_.installation.extensions;
-        return std::any_of(extensions.begin(), extensions.end(),
-                           [name](const std::string& extension) { return name.ends_with("." + extension); });
     }
 
     static bool liesIn(const std::unordered_set<std::string>& folders, std::string path) {
@@ -186,13 +182,13 @@ private:
     }
 
     void findRootInPackageRoot() {
-        const auto& [packages, root] = std::tie(examined_.installation.supportPackageRoot, examined_.installation.root);
+        const auto& [packages, root] = std::tie(input_.installation.supportPackageRoot, input_.installation.root);
         if (packages && root.starts_with(*packages)) {
             report(Diagnostic::packageRootHoldsRoot, "supportPackageRoot " + *packages + " and root " + root);
         }
     }
 
-    const DiagnosisInput& examined_;
+    const DiagnosisInput& input_;
     Findings& findings_;
     const GivenFolders search_;
     const GivenFolders kel_;
@@ -212,9 +208,9 @@ void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findin
 
 } // namespace
 
-void checkFolders(const DiagnosisInput& examined, Findings& findings) {
-    FolderCheck(examined, findings).run();
-    findRepeatedBuiltins(examined.installation.builtins, findings);
+void checkFolders(const DiagnosisInput& input, Findings& findings) {
+    FolderCheck(input, findings).run();
+    findRepeatedBuiltins(input.installation.builtins, findings);
 }
 
 } // namespace tessgen::standalone

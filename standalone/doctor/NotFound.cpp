@@ -2,6 +2,7 @@
 
 #include "host/Paths.hpp"
 #include "standalone/services/SessionState.hpp"
+#include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
@@ -10,12 +11,12 @@ namespace tessgen::standalone {
 
 namespace {
 
-// UTF-8 of a text that was UTF-8 before.
+// In UTF-8; the text was converted from UTF-8.
 std::string inUTF8(std::u16string_view text) {
     return toUTF8(text).value_or(std::string());
 }
 
-// Why a search for a name comes by the folder of the file and does not take it.
+// Why the search passes over a file in a folder of the search path.
 std::string whyPassedOver(const std::u16string& path, std::u16string_view name) {
     if (name.find(u'/') != std::u16string_view::npos) {
         return "no search folder followed by /" + inUTF8(name) + " leads to it";
@@ -36,18 +37,15 @@ std::vector<std::string> whyNotFound(const std::string& path, std::u16string_vie
     }
     const auto kind = session.files.kindOf(path);
     if (kind != FileTree::Kind::file) {
-        return {kind ? "it is no regular file" : "there is no such file"};
+        return {kind ? "it is not a regular file" : "there is no such file"};
     }
     std::vector<std::string> reasons;
     const auto folder = inUTF8(kelwhich::packageRootFolder(units));
     const auto holdsFolder = [&](const std::vector<std::string>& folders) {
         return std::find(folders.begin(), folders.end(), folder) != folders.end();
     };
-    const auto& extensions = installation.extensions;
-    const bool known = std::any_of(extensions.begin(), extensions.end(),
-                                   [&](const std::string& extension) { return path.ends_with("." + extension); });
-    if (!known) {
-        reasons.emplace_back("its extension is none of the manifest's");
+    if (!hasExtension(path, installation.extensions)) {
+        reasons.emplace_back("its extension is not in the manifest");
     }
     if (holdsFolder(installation.searchPath)) {
         reasons.push_back(whyPassedOver(units, name));

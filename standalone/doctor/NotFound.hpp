@@ -1,4 +1,4 @@
-// Why the search does not find a file under a name.
+// Explains why the search does not find a file under a name.
 #pragma once
 
 #include <string>
@@ -9,9 +9,10 @@ namespace tessgen::standalone {
 
 struct SessionState;
 
-// What keeps the search from finding the file at `path` (absolute, UTF-8) under `name`, in plain words; empty when
-// nothing does.
+// The reasons why `name` does not lead to the file at `path` (absolute, UTF-8), as clauses of a sentence; empty when it
+// does.
 // Errors: those of the file tree.
-std::vector<std::string> whyNotFound(const std::string& path, std::u16string_view name, const SessionState& session);
+[[nodiscard]] std::vector<std::string> whyNotFound(const std::string& path, std::u16string_view name,
+                                                   const SessionState& session);
 
 } // namespace tessgen::standalone

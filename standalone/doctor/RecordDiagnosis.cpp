@@ -15,33 +15,33 @@ using Kind = FileTree::Kind;
 
 class RecordCheck {
 public:
-    RecordCheck(const DiagnosisInput& examined, Findings& findings)
-        : examined_(examined), findings_(findings), root_(toUTF16(examined.installation.root).value()) {
-        if (const auto& packages = examined.installation.supportPackageRoot) {
+    RecordCheck(const DiagnosisInput& input, Findings& findings)
+        : input_(input), findings_(findings), root_(toUTF16(input.installation.root).value()) {
+        if (const auto& packages = input.installation.supportPackageRoot) {
             packages_ = toUTF16(*packages).value();
         }
     }
 
-    void look(const SupportRecord& record) {
+    void run(const SupportRecord& record) {
         if (!record.entry.isBuiltin) {
-            lookAtFile(record.entry.path);
-            lookAtUnsupported(record);
+            checkFile(record.entry.path);
+            checkUnsupported(record);
         }
         if (record.entry.isRedirect) {
-            lookAtTarget(record.entry);
+            checkTarget(record.entry);
         }
     }
 
 private:
-    void report(Diagnostic trap, const std::u16string& path, const std::u16string& rest = u"") {
-        findings_.push_back({trap, toUTF8(path + rest).value_or("?")});
+    void report(Diagnostic diagnostic, const std::u16string& path, const std::u16string& rest = u"") {
+        findings_.push_back({diagnostic, toUTF8(path + rest).value_or("?")});
     }
 
-    void lookAtFile(const std::u16string& path) {
+    void checkFile(const std::u16string& path) {
         bool isThere = isFile(path);
         if (packages_) {
             isThere = isThere || isFile(kelwhich::replacePrefix(path, root_, *packages_));
-            const bool holdsRoot = kelwhich::beginsWith(root_, *packages_); // then nothing is a record's fault
+            const bool holdsRoot = kelwhich::beginsWith(root_, *packages_); // then the root is at fault, and reported
             if (!holdsRoot && kelwhich::beginsWith(path, *packages_)) {
                 report(Diagnostic::recordInPackageRoot, path);
             }
@@ -51,14 +51,14 @@ private:
         }
     }
 
-    // Asks for each folder once, since most files of a folder that is not there have their record too. Of a folder that
-    // cannot be read nothing is known to be missing.
+    // Looks each folder up once, since the files of a missing folder mostly have records too. In a folder that cannot
+    // be read every file counts as there.
     bool isFile(const std::u16string& path) {
         const std::string text = toUTF8(path).value_or("");
         const std::string folder = text.substr(0, text.rfind('/'));
         const auto known = findings_.size();
         const auto kindOf = [&](const std::string& place) {
-            return readOrReport(folder, findings_, [&] { return examined_.files.kindOf(place); });
+            return readOrReport(folder, findings_, [&] { return input_.files.kindOf(place); });
         };
         const auto [state, isNew] = folders_.try_emplace(folder, Folder::absent);
         if (isNew && (folder.empty() || kindOf(folder) == Kind::folder)) {
@@ -71,7 +71,7 @@ private:
         return found || state->second == Folder::unreadable;
     }
 
-    void lookAtUnsupported(const SupportRecord& record) {
+    void checkUnsupported(const SupportRecord& record) {
         const auto& refused = record.entry.unsupportedSymbols;
         for (const auto& name : record.names) {
             if (std::find(refused.begin(), refused.end(), name) != refused.end()) {
@@ -80,7 +80,7 @@ private:
         }
     }
 
-    void lookAtTarget(const tessapp::internal::screener::meta::SupportEntry& entry) {
+    void checkTarget(const tessapp::internal::screener::meta::SupportEntry& entry) {
         const auto [resolved, isNew] = targets_.try_emplace(entry.symbol, true);
         if (isNew) {
             resolved->second = hasCandidate(entry);
@@ -90,12 +90,12 @@ private:
         }
     }
 
-    // Where the disk fails nothing is known. That is told once: what fails one target mostly fails them all.
+    // True also when the disk fails. That is reported once, since it mostly fails for every target.
     bool hasCandidate(const tessapp::internal::screener::meta::SupportEntry& entry) {
         Findings failures;
         const auto answer = readOrReport(toUTF8(entry.path + u", " + entry.symbol).value_or("?"), failures,
-                                         [&] { return std::optional(examined_.resolves(entry.symbol)); });
-        if (!answer && !std::exchange(targetFailed_, true)) {
+                                         [&] { return std::optional(input_.resolves(entry.symbol)); });
+        if (!answer && !std::exchange(targetFailureReported_, true)) {
             findings_.push_back(failures.front());
         }
         return answer.value_or(true);
@@ -103,21 +103,21 @@ private:
 
     enum class Folder { there, absent, unreadable };
 
-    const DiagnosisInput& examined_;
+    const DiagnosisInput& input_;
     Findings& findings_;
     const std::u16string root_;
     std::optional<std::u16string> packages_;
     std::unordered_map<std::string, Folder> folders_;
     std::unordered_map<std::u16string, bool> targets_; // of redirects: whether they have a candidate
-    bool targetFailed_ = false;
+    bool targetFailureReported_ = false;
 };
 
 } // namespace
 
-void checkRecords(const DiagnosisInput& examined, Findings& findings) {
-    if (examined.store != nullptr) {
-        RecordCheck check(examined, findings);
-        examined.store->forEachRecord([&](const SupportRecord& record) { check.look(record); });
+void checkRecords(const DiagnosisInput& input, Findings& findings) {
+    if (input.store != nullptr) {
+        RecordCheck check(input, findings);
+        input.store->forEachRecord([&](const SupportRecord& record) { check.run(record); });
     }
 }
 

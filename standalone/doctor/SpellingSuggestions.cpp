@@ -15,16 +15,17 @@ namespace {
 
 using Clock = SpellingSuggestions::Clock;
 
-// The disk, on which nothing is found after the deadline.
+// Reports everything as absent once the deadline has passed.
 class TreeUntil final : public FileTree {
 public:
     TreeUntil(const FileTree& tree, Clock::time_point deadline) : tree_(&tree), deadline_(deadline) {}
 
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
-        const auto wantedInTime = [&](std::string_view name) { return wanted(name) && Clock::now() < deadline_; };
-        return Clock::now() < deadline_ ? tree_->entries(folder, wantedInTime) : std::nullopt;
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override {
+        const auto inTime = [&](std::string_view name) { return wanted.accepts(name) && Clock::now() < deadline_; };
+        return Clock::now() < deadline_ ? tree_->entries(folder, {inTime}) : std::nullopt;
     }
-    std::optional<Kind> kindOf(const std::string& path) const override {
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override {
         return Clock::now() < deadline_ ? tree_->kindOf(path) : std::nullopt;
     }
 
@@ -35,7 +36,7 @@ private:
 
 struct TimeIsUp {};
 
-// How many letters may be other, missing or too many.
+// The largest edit distance of a suggestion.
 std::size_t toleratedEdits(std::string_view name) {
     return name.size() < 4 ? 1 : name.size() < 9 ? 2 : 3;
 }
@@ -63,7 +64,7 @@ SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::tim
                 }
             });
         }
-    } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): what was read is what there is
+    } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): the rest is left out
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
     }
     const TreeUntil files(session.files, now + (deadline - now) / 2);
@@ -71,31 +72,31 @@ SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::tim
         for (std::string& symbol : SnapshotSearch(session.installation, files).symbols()) {
             names_.push_back(std::move(symbol));
         }
-    } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the index is damaged where no question met it
+    } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the index is damaged somewhere
     }
 }
 
 std::vector<std::string> SpellingSuggestions::similarTo(std::string_view name) const {
     const std::size_t edits = toleratedEdits(name);
     std::vector<std::pair<std::size_t, std::string>> found;
-    std::size_t looked = 0;
+    std::size_t compared = 0;
     for (const std::string& known : names_) {
-        if (looked++ % 256 == 0 && Clock::now() >= deadline_) {
+        if (compared++ % 256 == 0 && Clock::now() >= deadline_) {
             break;
         }
         if (known.size() + edits < name.size() || name.size() + edits < known.size()) {
             continue;
         }
-        const std::size_t away = editDistance(name, known, edits);
-        if (away > 0 && away <= edits) {
-            found.emplace_back(away, known);
+        const std::size_t distance = editDistance(name, known, edits);
+        if (distance > 0 && distance <= edits) {
+            found.emplace_back(distance, known);
         }
     }
     std::sort(found.begin(), found.end());
     found.erase(std::unique(found.begin(), found.end()), found.end());
     std::vector<std::string> names;
     names.reserve(found.size());
-    for (auto& [away, known] : found) {
+    for (auto& [distance, known] : found) {
         names.push_back(std::move(known));
     }
     return names;

@@ -1,4 +1,4 @@
-// The names that an installation has an answer to, as far as they can be told in a given time.
+// Suggests names of an installation for a misspelt one.
 //
 // Threads: const operations may be called concurrently.
 #pragma once
@@ -15,14 +15,16 @@ namespace tessgen::standalone {
 class SpellingSuggestions {
 public:
     using Clock = std::chrono::steady_clock;
+    static constexpr Clock::time_point never = Clock::time_point::max();
 
-    // Of the files of the search path, the built-ins and the support records. What cannot be read, or would be read
-    // after half the time until the deadline, is left out: the rest is for looking through the names.
-    SpellingSuggestions(const SessionState& session, Clock::time_point deadline);
+    // Collects the names of the source files on the search path, of the built-ins and of the support records. Leaves
+    // out what cannot be read, and what is not read in half the time until the deadline; the rest of the time is for
+    // comparing names.
+    explicit SpellingSuggestions(const SessionState& session, Clock::time_point deadline = never);
 
-    // Those that are other than `name` by a slip or two, the nearest first and equally near ones in their order as
-    // text; as far as they are found before the deadline.
-    std::vector<std::string> similarTo(std::string_view name) const;
+    // The names within a small edit distance of `name`, the nearest first, equally near ones ordered as text; as many
+    // as are found before the deadline.
+    [[nodiscard]] std::vector<std::string> similarTo(std::string_view name) const;
 
 private:
     Clock::time_point deadline_;

@@ -1,6 +1,6 @@
 #include "standalone/files/AtomicFile.hpp"
 
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -65,7 +65,7 @@ void removeLeftover(const std::string& path) {
 void removeLeftovers(const std::string& folder) {
     try {
         for (const auto& entry :
-             RealFileTree().entries(folder, isHiddenName).value_or(std::vector<FileTree::Entry>())) {
+             RealFileTree().entries(folder, {isHiddenName}).value_or(std::vector<FileTree::Entry>())) {
             removeLeftover(folder + entry.name);
         }
     } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): a folder may be writable and unreadable

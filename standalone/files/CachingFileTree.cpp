@@ -11,14 +11,14 @@ namespace {
 
 using Entry = FileTree::Entry;
 
-constexpr std::size_t usualSize = std::size_t{1} << 20U; // memory that is not written to costs nothing
+constexpr std::size_t usualSize = std::size_t{1} << 20U; // untouched memory is free
 
-template <typename Wanted>
-std::vector<Entry> entriesOf(std::string_view listing, Wanted wanted) {
+template <typename Accepts>
+std::vector<Entry> entriesOf(std::string_view listing, const Accepts& accepts) {
     std::vector<Entry> entries;
     while (!listing.empty()) {
         const std::size_t end = listing.find('\0', 1);
-        if (const auto name = listing.substr(1, end - 1); wanted(name)) {
+        if (const auto name = listing.substr(1, end - 1); accepts(name)) {
             entries.push_back({std::string(name), static_cast<FileTree::Kind>(listing.front())});
         }
         listing.remove_prefix(end + 1);
@@ -28,21 +28,21 @@ std::vector<Entry> entriesOf(std::string_view listing, Wanted wanted) {
 
 } // namespace
 
-CachingFileTree::CachingFileTree(const FileTree& tree, Filter wanted)
+CachingFileTree::CachingFileTree(const FileTree& tree, EntryFilter wanted)
     : tree_(&tree), wanted_(std::move(wanted)), memory_(usualSize) {}
 
 template <typename Answer, typename Ask>
-const std::optional<Answer>& CachingFileTree::remembered(Memory<Answer>& memory, std::string_view path, Ask ask) const {
+const std::optional<Answer>& CachingFileTree::cached(Cache<Answer>& cache, std::string_view path, Ask ask) const {
     const std::lock_guard guard(lock_);
-    auto known = memory.find(path);
-    if (known == memory.end()) {
-        Kept<Answer> made;
+    auto known = cache.find(path);
+    if (known == cache.end()) {
+        Cached<Answer> made;
         try {
             made.answer = ask();
         } catch (const std::system_error&) {
             made.failure = std::current_exception();
         }
-        known = memory.emplace(keep(path), std::move(made)).first;
+        known = cache.emplace(store(path), std::move(made)).first;
     }
     if (known->second.failure) {
         std::rethrow_exception(known->second.failure);
@@ -50,36 +50,34 @@ const std::optional<Answer>& CachingFileTree::remembered(Memory<Answer>& memory,
     return known->second.answer;
 }
 
-std::optional<std::vector<FileTree::Entry>> CachingFileTree::entries(const std::string& folder,
-                                                                     const DirectoryHandle& top) const {
-    Filter wanted = wanted_;
-    wanted.walkFrom(top);
-    std::optional<std::vector<Entry>> asked;
-    const auto& known = listing(folder, wanted, asked);
-    return asked || !known ? std::move(asked) : entriesOf(*known, [](std::string_view) { return true; });
+std::optional<std::vector<FileTree::Entry>> CachingFileTree::entriesBy(const FileTree& tree,
+                                                                       const std::string& folder) const {
+    std::optional<std::vector<Entry>> fresh;
+    const auto& known = listing(tree, folder, fresh);
+    return fresh || !known ? std::move(fresh) : entriesOf(*known, [](std::string_view) { return true; });
 }
 
 std::optional<std::vector<FileTree::Entry>> CachingFileTree::entries(const std::string& folder,
-                                                                     const Filter& wanted) const {
-    std::optional<std::vector<Entry>> asked;
-    const auto& known = listing(folder, wanted_, asked);
-    return known ? std::optional(entriesOf(*known, wanted)) : std::nullopt;
+                                                                     const EntryFilter& wanted) const {
+    std::optional<std::vector<Entry>> fresh;
+    const auto& known = listing(*tree_, folder, fresh);
+    return known ? std::optional(entriesOf(*known, wanted.accepts)) : std::nullopt;
 }
 
 const std::optional<CachingFileTree::Listing>&
-CachingFileTree::listing(const std::string& folder, const Filter& wanted,
-                         std::optional<std::vector<Entry>>& asked) const {
-    return remembered(listings_, folder, [&] {
-        asked = tree_->entries(folder, wanted);
-        return asked ? std::optional(keep(*asked)) : std::nullopt;
+CachingFileTree::listing(const FileTree& tree, const std::string& folder,
+                         std::optional<std::vector<Entry>>& fresh) const {
+    return cached(listings_, folder, [&] {
+        fresh = tree.entries(folder, wanted_);
+        return fresh ? std::optional(store(*fresh)) : std::nullopt;
     });
 }
 
 std::optional<FileTree::Kind> CachingFileTree::kindOf(const std::string& path) const {
-    return remembered(kinds_, path, [&] { return tree_->kindOf(path); });
+    return cached(kinds_, path, [&] { return tree_->kindOf(path); });
 }
 
-CachingFileTree::Listing CachingFileTree::keep(const std::vector<Entry>& entries) const {
+CachingFileTree::Listing CachingFileTree::store(const std::vector<Entry>& entries) const {
     std::size_t size = 0;
     for (const Entry& entry : entries) {
         size += entry.name.size() + 2;
@@ -93,7 +91,7 @@ CachingFileTree::Listing CachingFileTree::keep(const std::vector<Entry>& entries
     return {begin, size};
 }
 
-std::string_view CachingFileTree::keep(std::string_view text) const {
+std::string_view CachingFileTree::store(std::string_view text) const {
     auto* const begin = static_cast<char*>(memory_.allocate(text.size(), 1));
     std::copy(text.begin(), text.end(), begin);
     return {begin, text.size()};

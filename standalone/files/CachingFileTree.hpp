@@ -1,4 +1,4 @@
-// A file tree as it was when it was first asked: every answer of another tree, kept.
+// Caches the answers of another file tree, so that the disk stays as it was when each path was first asked for.
 //
 // Threads: any, at the same time; the other tree is asked while a lock is held.
 // Lifetime: the other tree outlives it.
@@ -20,43 +20,44 @@ namespace tessgen::standalone {
 
 class CachingFileTree final : public FileTree {
 public:
-    // Of a folder, only what is wanted is kept; no later question may want more.
-    CachingFileTree(const FileTree& tree, Filter wanted);
+    // The cache keeps the `wanted` entries of a folder; no later question may want others.
+    CachingFileTree(const FileTree& tree, EntryFilter wanted);
 
-    // A failure is remembered as well: asked again, the same error is thrown.
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
-    std::optional<Kind> kindOf(const std::string& path) const override;
+    // Errors: those of the other tree; the same path then fails with the same error each time.
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override;
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override;
 
-    // All that is kept of a folder, which is walked to from `top`.
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const DirectoryHandle& top) const;
+    // Every cached entry of a folder; `tree`, another tree of the same disk, lists it when it is not cached yet.
+    [[nodiscard]] std::optional<std::vector<Entry>> entriesBy(const FileTree& tree, const std::string& folder) const;
 
 private:
     template <typename Answer>
-    struct Kept {
+    struct Cached {
         std::optional<Answer> answer;
         std::exception_ptr failure;
     };
     template <typename Answer>
-    using Memory = std::pmr::unordered_map<std::string_view, Kept<Answer>>;
-    // Of each entry a letter for its kind, and its name with a NUL behind it.
+    using Cache = std::pmr::unordered_map<std::string_view, Cached<Answer>>;
+    // For each entry one byte for its kind, then its name, then a NUL.
     using Listing = std::string_view;
 
     template <typename Answer, typename Ask>
-    const std::optional<Answer>& remembered(Memory<Answer>& memory, std::string_view path, Ask ask) const;
-    // `asked` becomes what the other tree says, if it is asked now.
-    const std::optional<Listing>& listing(const std::string& folder, const Filter& wanted,
-                                          std::optional<std::vector<Entry>>& asked) const;
-    Listing keep(const std::vector<Entry>& entries) const;
-    std::string_view keep(std::string_view text) const;
+    const std::optional<Answer>& cached(Cache<Answer>& cache, std::string_view path, Ask ask) const;
+    // `fresh` becomes the answer of `tree` when it is asked.
+    const std::optional<Listing>& listing(const FileTree& tree, const std::string& folder,
+                                          std::optional<std::vector<Entry>>& fresh) const;
+    Listing store(const std::vector<Entry>& entries) const;
+    std::string_view store(std::string_view text) const;
 
     const FileTree* tree_;
-    Filter wanted_;
+    const EntryFilter wanted_;
     static constexpr std::size_t usualCount = 2048; // of folders
     // Key: the path, exactly. Kept: every answer, and every std::system_error. Dropped: with the tree. Growth: one
-    // entry a path. Threads: guarded by `lock_`, the other tree's answer included.
+    // entry a path. Threads: guarded by `lock_`, which is held while the other tree answers.
     mutable std::pmr::monotonic_buffer_resource memory_; // of the paths and the listings as well
-    mutable Memory<Listing> listings_{usualCount, &memory_};
-    mutable Memory<Kind> kinds_{&memory_};
+    mutable Cache<Listing> listings_{usualCount, &memory_};
+    mutable Cache<Kind> kinds_{&memory_};
     mutable std::mutex lock_;
 };
 

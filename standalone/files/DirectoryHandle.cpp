@@ -22,20 +22,17 @@ int openWithoutLinks(const std::string& path) {
 } // namespace
 
 DirectoryHandle::DirectoryHandle(const std::string& path)
-    : above_(joinPath(path, "")), descriptor_(openWithoutLinks(path)) {}
+    : above_(joinPath(path, "")), folder_(openWithoutLinks(path)) {}
 
-DirectoryHandle::~DirectoryHandle() {
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
-}
-
-// A path that the system does not take as a whole is not walked in part either, and the folder itself is walked as
-// such.
+// A path that is too long for the system as a whole is not walked in part either. The folder itself is not below it.
 PathAt DirectoryHandle::to(const std::string& path) const {
     const bool isBelow = path.size() > above_.size() && path.starts_with(above_) && path[above_.size()] != '/';
-    return descriptor_ >= 0 && isBelow && path.size() < PATH_MAX ? PathAt{descriptor_, path.c_str() + above_.size()}
+    return folder_.isOpen() && isBelow && path.size() < PATH_MAX ? PathAt{folder_.get(), path.c_str() + above_.size()}
                                                                  : PathAt{AT_FDCWD, path.c_str()};
+}
+
+PathAt walkFrom(const DirectoryHandle* top, const std::string& path) {
+    return top == nullptr ? PathAt{AT_FDCWD, path.c_str()} : top->to(path);
 }
 
 } // namespace tessgen::standalone

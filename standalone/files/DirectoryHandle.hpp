@@ -1,15 +1,17 @@
-// A folder that is held open while folders below it are looked at: the system then walks only the rest of each path.
+// A folder held open, so that the system walks only the rest of the path to what lies below it.
 //
-// It stays the folder that it was, whatever its path leads to later, so it is held while one name is searched or one
-// view is taken, and no longer. So long it takes a descriptor of the process.
+// The handle stays with the folder even if its path leads elsewhere later. So hold it while one name is searched or one
+// snapshot is taken, and no longer. It occupies one descriptor of the process.
 // Threads: any, at the same time.
 #pragma once
+
+#include "standalone/files/Descriptor.hpp"
 
 #include <string>
 
 namespace tessgen::standalone {
 
-// How the system is told of a path: the two first arguments of openat, fstatat and faccessat.
+// The first two arguments of openat, fstatat and faccessat.
 struct PathAt {
     int folder; // AT_FDCWD when the path is absolute
     const char* path;
@@ -17,19 +19,21 @@ struct PathAt {
 
 class DirectoryHandle {
 public:
-    // Errors: none; when the folder cannot be opened, or links lead to it, paths are walked as a whole: the system
-    // counts the links of a walk, and a path must not be longer in one way than in the other.
+    // Errors: none. When the folder cannot be opened, or links lead to it, whole paths are walked: the system limits
+    // the links of one walk, and a path must not reach further with the handle than without it.
     explicit DirectoryHandle(const std::string& path);
     DirectoryHandle(const DirectoryHandle&) = delete;
     DirectoryHandle& operator=(const DirectoryHandle&) = delete;
-    ~DirectoryHandle();
 
-    // To `path`, which is absolute and outlives the walk.
-    PathAt to(const std::string& path) const;
+    // The walk to `path`, which is absolute and outlives it.
+    [[nodiscard]] PathAt to(const std::string& path) const;
 
 private:
     std::string above_; // what paths below the folder begin with
-    int descriptor_;
+    Descriptor folder_;
 };
+
+// The walk from `top`, or the whole one when `top` is null.
+[[nodiscard]] PathAt walkFrom(const DirectoryHandle* top, const std::string& path);
 
 } // namespace tessgen::standalone

@@ -14,9 +14,9 @@ FolderStamp stampOf(const struct stat& status) {
 }
 
 bool hasReliableTimestamps(const FolderStatus& status) {
-    constexpr auto silent = std::to_array<std::uint32_t>(
+    constexpr auto unreliable = std::to_array<std::uint32_t>(
         {MSDOS_SUPER_MAGIC, EXFAT_SUPER_MAGIC, ISOFS_SUPER_MAGIC, SQUASHFS_MAGIC, EROFS_SUPER_MAGIC_V1});
-    return std::find(silent.begin(), silent.end(), status.fileSystem) == silent.end()
+    return std::find(unreliable.begin(), unreliable.end(), status.fileSystem) == unreliable.end()
            && status.inode.st_ctim.tv_sec != 0;
 }
 
@@ -26,10 +26,10 @@ bool isWorldReadable(const FolderStatus& status) {
 }
 
 double secondsUntilChangesShow(const struct stat& status, const timespec& now) {
-    constexpr double longestStep = 2;
+    constexpr double longestTick = 2;
     constexpr double nanosecond = 1e-9;
     const auto until = [&now](const timespec& change) {
-        return static_cast<double>(change.tv_sec) - static_cast<double>(now.tv_sec) + longestStep
+        return static_cast<double>(change.tv_sec) - static_cast<double>(now.tv_sec) + longestTick
                + static_cast<double>(change.tv_nsec - now.tv_nsec) * nanosecond;
     };
     return std::max(until(status.st_mtim), until(status.st_ctim));

@@ -1,9 +1,9 @@
-// What tells that a folder is still the one that was listed, and holds what it held then.
+// Identity and timestamps of a folder, to detect a stale listing.
 //
 // Threads: any.
 #pragma once
 
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 
 #include <array>
 #include <cstdint>
@@ -12,22 +12,22 @@
 
 namespace tessgen::standalone {
 
-// Device, inode, and the seconds and nanoseconds of two times: when the content last changed, which a program can set
-// back, and when the inode did, which none can.
+// Device, inode, and seconds and nanoseconds of two times: when the content last changed, which a program can set back,
+// and when the inode last changed, which no program can.
 using FolderStamp = std::array<std::uint64_t, 6>;
 
-FolderStamp stampOf(const struct stat& status);
+[[nodiscard]] FolderStamp stampOf(const struct stat& status);
 
-// Whether every change of the folder gives it another time of its inode. Not so on disks that have no such time (FAT),
-// and on those that are written as a whole, where another one has the same times.
-bool hasReliableTimestamps(const FolderStatus& status);
+// Whether every change of the folder gives its inode another time. False for disks without such a time (FAT), and for
+// disk images that are written as a whole, since a new image may repeat the times of the old one.
+[[nodiscard]] bool hasReliableTimestamps(const FolderStatus& status);
 
-// Whether every user may list the folder, as long as it has this stamp.
-bool isWorldReadable(const FolderStatus& status);
+// Whether every user may list the folder, for as long as it keeps its stamp.
+[[nodiscard]] bool isWorldReadable(const FolderStatus& status);
 
-// How many seconds after `now` a change of the folder surely gives it another stamp; 0 or less: already. The clock of
-// some disks goes in steps of two seconds (FAT), so a change may have the time of one that came up to so long before.
-// `now` is taken before `status`.
-double secondsUntilChangesShow(const struct stat& status, const timespec& now);
+// The seconds after `now` until any change of the folder is sure to give it another stamp; 0 or less: from now on. Some
+// disks (FAT) have clock ticks of two seconds, and two changes within one tick leave the same timestamp.
+// `now` is read before `status`.
+[[nodiscard]] double secondsUntilChangesShow(const struct stat& status, const timespec& now);
 
 } // namespace tessgen::standalone

@@ -12,8 +12,8 @@ namespace tessgen::standalone {
 
 namespace {
 
-// Whether the folder is the recorded one, and the user may list it, who need not be the one who built the index.
-bool isThere(const PathAt& folder, const IndexedFolder& recorded) {
+// Whether the folder is still the recorded one and the user, who need not be the one who built the index, may list it.
+bool isCurrent(const PathAt& folder, const IndexedFolder& recorded) {
     struct stat status {};
     return fstatat(folder.folder, folder.path, &status, 0) == 0 && stampOf(status) == recorded.stamp
            && (recorded.isWorldReadable || faccessat(folder.folder, folder.path, R_OK, AT_EACCESS) == 0);
@@ -23,14 +23,14 @@ bool isThere(const PathAt& folder, const IndexedFolder& recorded) {
 
 SearchIndex::SearchIndex(const std::string& file) : file_(file, searchIndexKind) {}
 
-std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::string& folder,
-                                                                 const FileTree::Filter& wanted) const {
+std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::string& folder, const EntryFilter& wanted,
+                                                                 const DirectoryHandle* top) const {
     const auto entry = DatabaseSearch(file_, folder).nextUnchecked();
     if (!entry) {
         return std::nullopt;
     }
     const auto recorded = decodeFolder(entry->value);
-    if (recorded && !isThere(wanted.walkTo(folder), *recorded)) {
+    if (recorded && !isCurrent(walkFrom(top, folder), *recorded)) {
         return std::nullopt;
     }
     std::optional<std::vector<FileTree::Entry>> found(std::in_place);
@@ -39,7 +39,7 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
         found->reserve(usualCount);
     }
     bool isGood = recorded && decodeEntries(recorded->specialFolders, wanted, *found);
-    if (isGood && (wanted.symbol().empty() || recorded->mayContain(wanted.symbol()))) {
+    if (isGood && (wanted.symbol.empty() || recorded->mayContain(wanted.symbol))) {
         file_.check(*entry);
         isGood = decodeEntries(recorded->others, wanted, *found);
     }
@@ -50,8 +50,8 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
 }
 
 std::optional<std::vector<FileTree::Entry>> IndexedFileTree::entries(const std::string& folder,
-                                                                     const Filter& wanted) const {
-    auto known = index_ == nullptr ? std::nullopt : index_->entries(folder, wanted);
+                                                                     const EntryFilter& wanted) const {
+    auto known = index_ == nullptr ? std::nullopt : index_->entries(folder, wanted, top_);
     return known ? std::move(known) : disk_->entries(folder, wanted);
 }
 

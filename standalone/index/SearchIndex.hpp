@@ -1,13 +1,14 @@
-// The search index: what the folders of a search path held when they were listed, in one constant database file.
+// The search index: the listings of a search path's folders, in one constant database file.
 //
-// A folder is taken to hold it as long as its stamp is the recorded one; a folder that has changed, or that is not
-// recorded, is looked at on the disk. All names are recorded, so that an index does for every manifest.
+// A listing counts as long as the folder has the recorded stamp. A folder that has changed, or that is not recorded, is
+// listed on the disk. All names are recorded, so that one index serves every manifest with these folders.
 // The file is mapped and never written; nothing is parsed when it is opened.
 // Threads: look-ups from any thread, at the same time.
 // Errors: std::runtime_error with one line that names the file and says what to do.
 #pragma once
 
 #include "standalone/database/DatabaseFile.hpp"
+#include "standalone/files/DirectoryHandle.hpp"
 #include "standalone/files/FileTree.hpp"
 
 #include <optional>
@@ -18,33 +19,37 @@ namespace tessgen::standalone {
 
 class SearchIndex {
 public:
-    // Errors: no such file, not a regular file, not an index, another version, cut short. What is damaged inside is an
-    // error of the questions that come upon it, or a folder that only the disk can tell of, and never alters an answer.
+    // Errors: no such file, not a regular file, not an index, another version, cut short. Damage inside is an error of
+    // the questions that meet it, or makes a folder be listed on the disk. It never alters an answer.
     explicit SearchIndex(const std::string& file);
 
-    // What the folder holds of what is wanted; nothing when only the disk can tell.
+    // The wanted entries of a folder; nothing when only the disk knows them. Walks to the folder from `top`, as
+    // RealFileTree does.
     // Errors: a damaged entry.
-    std::optional<std::vector<FileTree::Entry>> entries(const std::string& folder,
-                                                        const FileTree::Filter& wanted) const;
+    [[nodiscard]] std::optional<std::vector<FileTree::Entry>>
+    entries(const std::string& folder, const EntryFilter& wanted, const DirectoryHandle* top = nullptr) const;
 
 private:
     DatabaseFile file_;
 };
 
-// The disk, for which an index answers as far as it can.
-// Lifetime: index and disk outlive it.
+// The disk behind an index: a folder is listed only when the index does not have it.
+// Lifetime: index, disk and top outlive it.
+// Errors: those of the disk and of the index.
 class IndexedFileTree final : public FileTree {
 public:
-    // `index` may be null.
-    IndexedFileTree(const SearchIndex* index, const FileTree& disk) : index_(index), disk_(&disk) {}
+    // `index` and `top` may be null.
+    IndexedFileTree(const SearchIndex* index, const FileTree& disk, const DirectoryHandle* top = nullptr)
+        : index_(index), disk_(&disk), top_(top) {}
 
-    // Errors: those of the disk and of the index.
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override;
-    std::optional<Kind> kindOf(const std::string& path) const override { return disk_->kindOf(path); }
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override;
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override { return disk_->kindOf(path); }
 
 private:
     const SearchIndex* index_;
     const FileTree* disk_;
+    const DirectoryHandle* top_;
 };
 
 } // namespace tessgen::standalone

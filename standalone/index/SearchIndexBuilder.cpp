@@ -32,85 +32,88 @@ struct RecordedFolder {
     std::string value; // of its entry
 };
 
-// The disk, which keeps what it is asked to list.
+struct Recording {
+    std::vector<RecordedFolder> folders;
+    std::vector<std::string> leftOut; // one line for each: its path and why
+    std::optional<double> wait;       // seconds until a folder that was left out can be recorded
+};
+
+// The disk, which records every folder that it lists.
 class RecordingFileTree final : public FileTree {
 public:
-    RecordingFileTree(const std::string& index, Clock clock) : own_(index), clock_(std::move(clock)) {}
+    RecordingFileTree(const std::string& index, Clock clock, Recording& recording)
+        : own_(index), clock_(std::move(clock)), recording_(recording) {}
 
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override {
         try {
             return record(folder, wanted);
         } catch (const std::system_error& error) {
-            leftOut_.push_back(folder + ": cannot be read: " + error.code().message());
+            recording_.leftOut.push_back(folder + ": cannot be read: " + error.code().message());
             throw;
         }
     }
-    std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
-
-    const std::vector<RecordedFolder>& folders() const { return folders_; }
-    std::vector<std::string> takeLeftOut() { return std::move(leftOut_); }
-    // How long to wait until a folder can be recorded that was left out.
-    std::optional<double> wait() const { return wait_; }
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
 
 private:
-    std::optional<std::vector<Entry>> record(const std::string& folder, const Filter& wanted) const {
+    std::optional<std::vector<Entry>> record(const std::string& folder, const EntryFilter& wanted) const {
         const auto now = clock_();
         FolderStatus status;
-        auto found = entriesAndStatus(
-            folder, [](std::string_view /*name*/) { return true; }, &status);
+        auto found = disk_.entriesAndStatus(folder, {[](std::string_view /*name*/) { return true; }}, status);
         if (!found) {
             return std::nullopt;
         }
         const double seconds = secondsUntilChangesShow(status.inode, now);
+        auto& leftOut = recording_.leftOut;
         if (own_.is(status.inode)) {
-            leftOut_.push_back(folder + ": changes whenever the index is written to it");
+            leftOut.push_back(folder + ": changes whenever the index is written to it");
         } else if (!hasReliableTimestamps(status)) {
-            leftOut_.push_back(folder + ": is on a disk whose times do not tell every change");
+            leftOut.push_back(folder + ": lies on a disk whose timestamps do not show every change");
         } else if (seconds > 0) {
-            leftOut_.push_back(folder + ": changed just now, or is from the future");
-            constexpr double longest = 2; // else it is from the future
-            wait_ = seconds <= longest ? std::max(wait_.value_or(0), seconds) : wait_;
+            leftOut.push_back(folder + ": changed just now, or has a timestamp in the future");
+            constexpr double longest = 2; // else its timestamp lies in the future
+            auto& wait = recording_.wait;
+            wait = seconds <= longest ? std::max(wait.value_or(0), seconds) : wait;
         } else {
-            folders_.push_back({folder, encodeFolder(stampOf(status.inode), isWorldReadable(status), *found)});
+            recording_.folders.push_back(
+                {folder, encodeFolder(stampOf(status.inode), isWorldReadable(status), *found)});
         }
-        std::erase_if(*found, [&](const Entry& entry) { return !wanted(entry.name); });
+        std::erase_if(*found, [&](const Entry& entry) { return !wanted.accepts(entry.name); });
         return found;
     }
 
     const RealFileTree disk_;
     const OwnFolder own_;
     const Clock clock_;
-    mutable std::vector<RecordedFolder> folders_;
-    mutable std::vector<std::string> leftOut_;
-    mutable std::optional<double> wait_;
+    Recording& recording_;
 };
 
-RecordingFileTree recorded(const Installation& installation, const std::string& output, const Clock& clock) {
-    RecordingFileTree tree(output, clock);
+Recording recorded(const Installation& installation, const std::string& output, const Clock& clock) {
+    Recording recording;
+    const RecordingFileTree tree(output, clock, recording);
     const SnapshotSearch search(installation, tree);
-    return tree;
+    return recording;
 }
 
-IndexBuild write(RecordingFileTree tree, const std::string& output) {
+IndexBuild write(Recording recording, const std::string& output) {
     AtomicFile file(output);
     DatabaseWriter writer(file);
-    for (const auto& [path, value] : tree.folders()) {
+    for (const auto& [path, value] : recording.folders) {
         writer.add(path, value);
     }
-    const auto count = tree.folders().size();
+    const auto count = recording.folders.size();
     writer.finish(searchIndexKind, static_cast<std::uint32_t>(count), {});
     file.commit();
-    return {count, tree.takeLeftOut()};
+    return {count, std::move(recording.leftOut)};
 }
 
-// What is no index may be a file that is wanted. An index, also a damaged one or that of another version, is told by
-// its magic text.
+// Another file may still be wanted. An index, also a damaged one or one of another version, holds the magic text.
 void refuseOtherFile(const std::string& output) {
     struct stat status {};
     if (stat(output.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
         return;
     }
-    std::string magic; // no line ends within it
+    std::string magic; // holds no line end
     appendUnits(magic, searchIndexKind.magic);
     LineReader lines(output);
     for (auto line = lines.next(); line; line = lines.next()) {
@@ -118,21 +121,20 @@ void refuseOtherFile(const std::string& output) {
             return;
         }
     }
-    throw std::runtime_error(output + ": is no search index; remove it, or name another file with searchIndex");
+    throw std::runtime_error(output + ": is not a search index; remove it, or name another file with searchIndex");
 }
 
 } // namespace
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output) {
     refuseOtherFile(output);
-    double seconds = 0.02; // the disk's clock and ours need not run alike
-    {
-        auto tree = recorded(installation, output, systemTime);
-        if (!tree.wait()) {
-            return write(std::move(tree), output);
-        }
-        seconds += *tree.wait();
+    auto recording = recorded(installation, output, systemTime);
+    if (!recording.wait) {
+        return write(std::move(recording), output);
     }
+    constexpr double clockDifference = 0.02; // between the disk's clock and ours
+    const double seconds = *recording.wait + clockDifference;
+    recording = {}; // frees it before the wait
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
     return buildSearchIndex(installation, output, systemTime);
 }

@@ -1,4 +1,4 @@
-// Builds a search index: lists the folders of a search path and keeps what they hold.
+// Builds a search index: lists the folders of a search path and records the listings.
 #pragma once
 
 #include "standalone/manifest/Installation.hpp"
@@ -13,28 +13,28 @@
 namespace tessgen::standalone {
 
 struct IndexBuild {
-    std::uint64_t folders = 0;        // that are recorded
-    std::vector<std::string> leftOut; // one line for each that is not: its path and why
+    std::uint64_t folders = 0;        // recorded ones
+    std::vector<std::string> leftOut; // one line for each other one: its path and why
 };
 
-// Lists what a SnapshotSearch lists, and writes it to a new file, which then takes the place of `output` (an absolute
-// path) in one rename. When anything fails, `output` is as it was. Folders that changed less than two seconds ago are
-// waited for and listed again. Left out are those that keep changing, that are from the future, that cannot be read,
-// that are on a disk whose times do not tell every change, and the one that the index is written to.
-// Errors: std::runtime_error with one line: `output` holds something else than an index, the file cannot be written, or
-// would outgrow the 4 GiB of its format.
+// Lists every folder that a SnapshotSearch lists, and replaces `output` (an absolute path) atomically. When anything
+// fails, `output` stays as it was. When a folder changed less than two seconds ago, waits and lists all once more.
+// Left out are folders that keep changing, that have timestamps in the future, that cannot be read, that lie on a disk
+// whose timestamps do not show every change, and the one that the index is written to.
+// Errors: std::runtime_error with one line: `output` is another file, cannot be written, or would outgrow the 4 GiB of
+// its format.
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output);
 
-// The same at a time of one's own, without waiting.
+// The same with another clock, and without waiting.
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output,
                             const std::function<timespec()>& clock);
 
-// The folder that `file` (an absolute path; it need not be there) lies in, which a build of it changes.
+// The folder of `file` (an absolute path, which need not exist). Building the file changes it.
 class OwnFolder {
 public:
     explicit OwnFolder(const std::string& file);
 
-    bool is(const struct stat& folder) const;
+    [[nodiscard]] bool is(const struct stat& folder) const;
 
 private:
     struct stat status_ {};

@@ -24,7 +24,7 @@ private:
     }
 
     static bool isWritten(std::string_view value) {
-        const auto all = [](std::string_view /*name*/) { return true; };
+        const EntryFilter all{[](std::string_view /*name*/) { return true; }};
         const auto folder = decodeFolder(value);
         std::vector<FileTree::Entry> entries;
         return folder && decodeEntries(folder->specialFolders, all, entries)
@@ -33,25 +33,26 @@ private:
     }
 };
 
-// The disk with its index, which counts what each of them answers.
+// The disk behind its index; notes which of the two serves each folder.
 class CountingFileTree final : public FileTree {
 public:
     CountingFileTree(const SearchIndex& index, const std::string& file) : index_(index), own_(file) {}
 
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override {
         if (auto known = index_.entries(folder, wanted)) {
             ++use_.folders;
             return known;
         }
         FolderStatus status;
-        auto found = entriesAndStatus(folder, wanted, &status);
+        auto found = disk_.entriesAndStatus(folder, wanted, status);
         if (found && !own_.is(status.inode)) {
             ++use_.folders;
             use_.changed.push_back(folder);
         }
         return found;
     }
-    std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
 
     IndexUse takeUse() { return std::move(use_); }
 

@@ -1,4 +1,4 @@
-// Whether a search index is as a build wrote it, and how much of it still holds.
+// Verifies a search index, and finds out how many of its listings are still current.
 #pragma once
 
 #include "standalone/database/DatabaseCheck.hpp"
@@ -12,18 +12,18 @@
 
 namespace tessgen::standalone {
 
-// Goes through every entry and every place of the hash tables.
+// Checks every entry and every slot of the hash tables.
 // Memory: that of the hash tables.
-// Errors: what is an error when an index is opened; damage inside is no error but a finding.
-DatabaseCheck checkSearchIndex(const std::string& file);
+// Errors: those of opening an index. Damage inside is a finding.
+[[nodiscard]] DatabaseCheck checkSearchIndex(const std::string& file);
 
 struct IndexUse {
-    std::uint64_t folders = 0;        // that are searched and can be read
-    std::vector<std::string> changed; // those of them that changed, or were not there, when the index was built
+    std::uint64_t folders = 0;        // searched ones that can be read
+    std::vector<std::string> changed; // those among them whose listing is stale or missing in the index
 };
 
-// How much of what a SnapshotSearch lists is answered by the index; the folder that the index lies in is not counted.
+// How many of the folders that a SnapshotSearch lists the index serves. The folder of the index itself is not counted.
 // Errors: a damaged entry.
-IndexUse useOf(const SearchIndex& index, const Installation& installation);
+[[nodiscard]] IndexUse useOf(const SearchIndex& index, const Installation& installation);
 
 } // namespace tessgen::standalone

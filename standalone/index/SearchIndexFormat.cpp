@@ -12,15 +12,15 @@ namespace tessgen::standalone {
 namespace {
 
 constexpr std::string_view kindLetters = "fdlo"; // in the order of FileTree::Kind
-constexpr char forAll = 'a';
-constexpr char forSome = 's'; // each user is to be asked for
+constexpr char worldReadable = 'a';
+constexpr char restricted = 's'; // to be checked for each user
 
 constexpr std::size_t headSize = 1 + 2 * sizeof(std::uint32_t);
 
 using NameLength = std::uint16_t;
 constexpr std::size_t nameOffset = 1 + sizeof(NameLength);
 
-// The fingerprint of a file's name is that of the symbol which it may be of, up to the first dot.
+// A file has the fingerprint of its symbol, which is its name up to the first dot.
 struct Fingerprint {
     explicit Fingerprint(std::string_view name) {
         const auto hash = hashOf(name.substr(0, name.find('.')));
@@ -34,7 +34,7 @@ struct Fingerprint {
 
 void appendEntry(std::string& value, const FileTree::Entry& entry) {
     value += kindLetters[static_cast<std::size_t>(entry.kind)];
-    const auto length = static_cast<NameLength>(entry.name.size()); // the system tells no longer ones
+    const auto length = static_cast<NameLength>(entry.name.size()); // no name on a disk is longer
     value.append(reinterpret_cast<const char*>(&length), sizeof length).append(entry.name);
 }
 
@@ -55,7 +55,7 @@ std::string encodeFolder(const FolderStamp& stamp, bool isWorldReadable, const s
             appendEntry(others, entry);
         }
     }
-    std::string checked(1, isWorldReadable ? forAll : forSome);
+    std::string checked(1, isWorldReadable ? worldReadable : restricted);
     appendNumber(checked, static_cast<std::uint32_t>(specialFolders.size()));
     appendNumber(checked, static_cast<std::uint32_t>(firstFingerprints.size()));
     checked.append(specialFolders).append(firstFingerprints).append(secondFingerprints);
@@ -84,22 +84,22 @@ std::optional<IndexedFolder> decodeFolder(std::string_view value) {
     }
     std::memcpy(stamp.data(), value.data(), sizeof stamp);
     const auto rest = value.substr(sizeof stamp);
-    const std::size_t formsSize = numberFrom(rest.substr(1));
+    const std::size_t specialSize = numberFrom(rest.substr(1));
     const std::size_t otherCount = numberFrom(rest.substr(1 + sizeof(std::uint32_t)));
-    const auto marksSize = 2 * otherCount;
-    const auto checked = headSize + formsSize + marksSize;
-    if (rest.size() - sizeof hash < checked || (rest.front() != forAll && rest.front() != forSome)) {
+    const auto fingerprintsSize = 2 * otherCount;
+    const auto checked = headSize + specialSize + fingerprintsSize;
+    if (rest.size() - sizeof hash < checked || (rest.front() != worldReadable && rest.front() != restricted)) {
         return std::nullopt;
     }
     std::memcpy(&hash, rest.data() + checked, sizeof hash);
     if (hash != hashOf(rest.substr(0, checked))) {
         return std::nullopt;
     }
-    return IndexedFolder{stamp, rest.front() == forAll, rest.substr(headSize, formsSize),
-                         rest.substr(headSize + formsSize, marksSize), rest.substr(checked + sizeof hash)};
+    return IndexedFolder{stamp, rest.front() == worldReadable, rest.substr(headSize, specialSize),
+                         rest.substr(headSize + specialSize, fingerprintsSize), rest.substr(checked + sizeof hash)};
 }
 
-bool decodeEntries(std::string_view entries, const FileTree::Filter& wanted, std::vector<FileTree::Entry>& found) {
+bool decodeEntries(std::string_view entries, const EntryFilter& wanted, std::vector<FileTree::Entry>& found) {
     for (auto rest = entries; !rest.empty();) {
         NameLength length = 0;
         if (rest.size() > nameOffset) {
@@ -108,7 +108,7 @@ bool decodeEntries(std::string_view entries, const FileTree::Filter& wanted, std
         if (length == 0 || rest.size() - nameOffset < length) {
             return false;
         }
-        if (const auto name = rest.substr(nameOffset, length); wanted(name)) {
+        if (const auto name = rest.substr(nameOffset, length); wanted.accepts(name)) {
             const auto kind = kindLetters.find(rest.front());
             if (kind == std::string_view::npos) {
                 return false;

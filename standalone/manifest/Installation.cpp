@@ -1,6 +1,6 @@
 #include "standalone/manifest/Installation.hpp"
 
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/json/JsonInput.hpp"
 #include "standalone/json/JsonPlaces.hpp"
 #include "standalone/manifest/ManifestFile.hpp"

@@ -95,7 +95,7 @@ private:
         try {
             const auto isSeen = [](std::string_view name) { return !name.starts_with('.'); };
             const auto path = folder.path.empty() ? tree_ : joinPath(tree_, folder.path);
-            return files_.entries(path, isSeen).value_or(std::vector<FileTree::Entry>());
+            return files_.entries(path, {isSeen}).value_or(std::vector<FileTree::Entry>());
         } catch (const std::system_error& error) {
             if (folder.path.empty()) {
                 throw;
@@ -129,10 +129,7 @@ private:
         }
     }
 
-    bool isSourceFile(const std::string& name) const {
-        return std::any_of(extensions_.begin(), extensions_.end(),
-                           [&name](const std::string& extension) { return name.ends_with("." + extension); });
-    }
+    bool isSourceFile(const std::string& name) const { return hasExtension(name, extensions_); }
 
     bool leadsToFile(const FileTree::Entry& entry, const std::string& path) {
         try {

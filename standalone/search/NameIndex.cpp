@@ -9,7 +9,7 @@
 namespace tessgen::standalone {
 
 NameIndex::NameIndex(std::vector<std::string> extensions) : extensions_(std::move(extensions)) {
-    // Memory that is not written to costs nothing; what grows is written twice.
+    // Untouched memory is free, while growing copies.
     constexpr std::size_t usualSize = std::size_t{1} << 20U;
     folderTexts_.reserve(usualSize);
     names_.reserve(usualSize);
@@ -34,7 +34,7 @@ void NameIndex::add(std::string_view name, std::uint32_t folder, std::uint32_t e
 void NameIndex::close() {
     if (names_.size() >= none || folders_.size() * extensions_.size() >= none) {
         throw std::runtime_error(
-            "the search path holds too many files for one view of the disk; take folders out of it");
+            "the search path holds too many files for one snapshot of the disk; remove folders from it");
     }
     const std::size_t count = files_.size();
     files_.push_back({static_cast<std::uint32_t>(names_.size()), 0, none});

@@ -1,7 +1,7 @@
-// The files of every symbol of a search path, in the order of preference: chains of a hash table over flat arrays.
+// The files of every symbol of a search path, in the order of preference: a hash table over flat arrays.
 //
 // Symbols are UTF-8: plain ("f") or dotted ("p.q.f"). A file is its folder, the last part of its symbol, and one of the
-// extensions. Few symbols are ever asked for: while files are added, nothing that was added is looked at.
+// extensions. Adding a file only appends, since few symbols are ever looked up.
 // Threads: const operations may be called concurrently.
 #pragma once
 
@@ -19,30 +19,30 @@ class NameIndex {
 public:
     explicit NameIndex(std::vector<std::string> extensions);
 
-    // The number by which a folder's files are added. These are the files of symbols `prefix` + `name`, and of the
+    // Returns the number with which to add the folder's files. They belong to the symbols `prefix` + `name`, and to the
     // plain `name` too when `isPlainToo`.
     std::uint32_t addFolder(std::string_view path, std::string_view prefix, bool isPlainToo = false);
-    // Adds a file behind those that its symbols have; `name` has no dot.
+    // Adds a file after those of the same symbols; `name` has no dot.
     void add(std::string_view name, std::uint32_t folder, std::uint32_t extension);
-    // To be called once, when all is added and before anything is found.
+    // Call once, after the last file is added and before the first look-up.
     // Errors: std::runtime_error for names of 4 GiB or more together, or as many folders.
     void close();
 
     // The files of a symbol, in the order in which they were added.
-    std::vector<FoundPlace> find(std::string_view symbol) const;
+    [[nodiscard]] std::vector<FoundPlace> find(std::string_view symbol) const;
 
     // Every symbol once.
-    std::vector<std::string> symbols() const;
+    [[nodiscard]] std::vector<std::string> symbols() const;
 
 private:
     struct Folder {
-        std::size_t path; // where its texts begin in `folderTexts_`: the path with a "/", then the prefix
+        std::size_t path; // offsets in `folderTexts_`, which holds the path with a "/", then the prefix
         std::size_t prefix;
         std::size_t end;
         bool isPlainToo;
     };
     struct File {
-        std::uint32_t name;  // where it begins in `names_`; it ends where the next file's begins
+        std::uint32_t name;  // offset in `names_`; the name ends at the offset of the next file
         std::uint32_t place; // the folder's number times the number of extensions, and the extension's
         std::uint32_t next;  // the next file of its chain; `none` after the last
     };
@@ -58,9 +58,9 @@ private:
     const std::vector<std::string> extensions_;
     std::string folderTexts_;
     std::vector<Folder> folders_;
-    std::string names_;                 // of the files, one behind the other
-    std::vector<File> files_;           // and one more when it is closed, which begins where the names end
-    std::vector<std::uint32_t> chains_; // the first file of each, by its name; a power of two
+    std::string names_;                 // of the files, one after the other
+    std::vector<File> files_;           // after close(), one more that marks the end of the names
+    std::vector<std::uint32_t> chains_; // hash table: the first file of each chain; a power of two
 };
 
 } // namespace tessgen::standalone

@@ -1,6 +1,6 @@
 #include "standalone/search/NameSearch.hpp"
 
-#include "standalone/search/FolderNaming.hpp"
+#include "standalone/search/SearchForms.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -18,7 +18,7 @@ using Entry = FileTree::Entry;
 using Kind = FileTree::Kind;
 using Places = std::vector<FoundPlace>;
 
-// Folders and names are UTF-8 here: the manifest's are, and what the disk holds is compared with such names first.
+// Both are UTF-8: the manifest's folders are, and an entry on the disk is compared with a name that is.
 void addFile(const std::string& path, Places& places) {
     places.push_back({toUTF16(path).value(), {}});
 }
@@ -29,25 +29,26 @@ const Entry* findEntry(const Entries& entries, std::string_view name) {
     return position == entries.end() ? nullptr : &*position;
 }
 
-// The files of one symbol, plain or with packages before it. A folder is listed once, and only when the folder above
-// shows that it is there. Threads: one.
-class SymbolQuestion {
+// Searches for one symbol. Lists a folder once, and only when the folder above shows that it is there.
+// Threads: one.
+class SymbolSearch {
 public:
     // No part of the symbol is empty.
-    SymbolQuestion(std::vector<std::string> parts, const Installation& installation, const FileTree& files)
-        : files_(files), top_(installation.root), classFolder_("@" + parts.back()) {
-        for (const std::string& extension : installation.extensions) {
+    SymbolSearch(std::vector<std::string> parts, const std::vector<std::string>& extensions, const FileTree& files)
+        : files_(files), classFolder_("@" + parts.back()) {
+        for (const std::string& extension : extensions) {
             fileNames_.push_back(parts.back() + "." + extension);
         }
         parts.pop_back();
         packages_ = std::move(parts);
     }
 
+    // Adds the symbol's files below one folder of the search path.
     void search(const std::string& folder, Places& places) const {
         if (packages_.empty()) {
             searchPlain(folder, places);
         } else {
-            searchPackages(folder, places);
+            searchDotted(folder, places);
         }
     }
 
@@ -56,17 +57,12 @@ private:
         const Entries entries = list(folder, [this](std::string_view name) {
             return name.starts_with('@') || name == "private" || isFileName(name);
         });
-        addFilesBelow(folder, findEntry(entries, classFolder_), places);
-        addFiles(folder, entries, places);
-        for (const Entry* entry : classFolders(entries)) {
-            if (entry->name != classFolder_) {
-                addFilesBelow(folder, entry, places);
-            }
+        for (const SearchForm form : plainForms) {
+            addForm(form, folder, entries, places);
         }
-        addFilesBelow(folder, findEntry(entries, "private"), places);
     }
 
-    void searchPackages(std::string folder, Places& places) const {
+    void searchDotted(std::string folder, Places& places) const {
         for (std::size_t depth = 0; depth + 1 < packages_.size(); ++depth) {
             const std::string package = "+" + packages_[depth];
             const Entries entries = list(folder, [&](std::string_view name) { return name == package; });
@@ -75,29 +71,56 @@ private:
             }
             folder = joinPath(folder, package);
         }
-        const std::string package = "+" + packages_.back();
-        const std::string classFolder = "@" + packages_.back();
+        const std::string packageName = "+" + packages_.back();
+        const std::string className = "@" + packages_.back();
         const Entries entries =
-            list(folder, [&](std::string_view name) { return name == package || name == classFolder; });
-        if (leadsTo(Kind::folder, files_, folder, findEntry(entries, package))) {
-            searchPackage(joinPath(folder, package), places);
+            list(folder, [&](std::string_view name) { return name == packageName || name == className; });
+        std::string package;
+        Entries inPackage;
+        if (leadsTo(Kind::folder, files_, folder, findEntry(entries, packageName))) {
+            package = joinPath(folder, packageName);
+            inPackage =
+                list(package, [this](std::string_view name) { return name == classFolder_ || isFileName(name); });
         }
-        addFilesBelow(folder, findEntry(entries, classFolder), places);
+        for (const SearchForm form : dottedForms) {
+            if (form == SearchForm::packageClass) {
+                addFilesBelow(folder, findEntry(entries, className), places);
+            } else {
+                addForm(form, package, inPackage, places);
+            }
+        }
     }
 
-    void searchPackage(const std::string& folder, Places& places) const {
-        const Entries entries =
-            list(folder, [this](std::string_view name) { return name == classFolder_ || isFileName(name); });
-        addFilesBelow(folder, findEntry(entries, classFolder_), places);
-        addFiles(folder, entries, places);
+    // Adds the files of a form. `folder`, with these entries, is the one that the packages lead to.
+    void addForm(SearchForm form, const std::string& folder, const Entries& entries, Places& places) const {
+        switch (form) {
+        case SearchForm::ownClass:
+            addFilesBelow(folder, findEntry(entries, classFolder_), places);
+            break;
+        case SearchForm::folder:
+            addFiles(folder, entries, places);
+            break;
+        case SearchForm::otherClasses:
+            for (const Entry* entry : classFolders(entries)) {
+                if (entry->name != classFolder_) {
+                    addFilesBelow(folder, entry, places);
+                }
+            }
+            break;
+        case SearchForm::privateFolder:
+            addFilesBelow(folder, findEntry(entries, "private"), places);
+            break;
+        case SearchForm::packageClass: // lies in the folder above
+            break;
+        }
     }
 
-    // The symbol's files in the folder that an entry of `folder` (or none) leads to.
+    // Adds the symbol's files in the folder that an entry of `folder`, which may be null, leads to.
     void addFilesBelow(const std::string& folder, const Entry* entry, Places& places) const {
         if (leadsTo(Kind::folder, files_, folder, entry)) {
             joinPath(below_, folder, entry->name);
             const Entries entries = list(below_, [this](std::string_view name) { return isFileName(name); });
-            if (!entries.empty()) { // as for most
+            if (!entries.empty()) { // most have none
                 addFiles(below_, entries, places);
             }
         }
@@ -111,25 +134,22 @@ private:
         }
     }
 
-    template <typename Wants>
-    Entries list(const std::string& folder, Wants wants) const {
-        FileTree::Filter wanted(wants, std::string_view(classFolder_).substr(1));
-        wanted.walkFrom(top_);
-        return files_.entries(folder, wanted).value_or(Entries());
+    template <typename Accepts>
+    Entries list(const std::string& folder, Accepts accepts) const {
+        return files_.entries(folder, {accepts, std::string_view(classFolder_).substr(1)}).value_or(Entries());
     }
 
     bool isFileName(std::string_view name) const {
-        // Of most names the first letter tells already; this is asked for every name in every folder.
+        // Called for every name in every folder. The first letter already excludes most.
         return !name.empty() && name.front() == classFolder_[1]
                && std::find(fileNames_.begin(), fileNames_.end(), name) != fileNames_.end();
     }
 
     const FileTree& files_;
-    const DirectoryHandle top_; // that most of the search path lies in
     std::vector<std::string> packages_;
     std::string classFolder_;            // of the class that the symbol may be
     std::vector<std::string> fileNames_; // with each extension
-    mutable std::string below_;          // the folder that is looked into, in memory that is used again
+    mutable std::string below_;          // reused for its memory
 };
 
 void addIfFile(const std::string& path, const FileTree& files, Places& places) {
@@ -158,9 +178,9 @@ void addSymbolFiles(std::string_view name, const Installation& installation, con
     if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
         return;
     }
-    const SymbolQuestion question(std::move(parts), installation, files);
+    const SymbolSearch symbol(std::move(parts), installation.extensions, files);
     for (const std::string& folder : installation.searchPath) {
-        question.search(folder, places);
+        symbol.search(folder, places);
     }
 }
 

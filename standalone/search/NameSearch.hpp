@@ -12,7 +12,7 @@
 
 namespace tessgen::standalone {
 
-// One place where a name is found: what the host says of it, and the partner text beside it.
+// A place where a name is found: the host's line about it, and the partner text beside the line.
 struct FoundPlace {
     std::u16string line; // a file's absolute path, or a built-in's description
     std::u16string partner;
@@ -24,21 +24,20 @@ public:
     NameSearch(const Installation& installation, const FileTree& files);
 
     // The places of `name` in the order of preference; empty when there are none. For each search folder in order,
-    // what exists of these, each with every extension in order:
-    //   "f"     -> @f/f.EXT, f.EXT, @Class/f.EXT (classes by their code units), private/f.EXT
-    //   "p.q.f" -> +p/+q/@f/f.EXT, +p/+q/f.EXT, +p/@q/f.EXT
-    //   "a/b"   -> a/b, a/b.EXT
-    //   "/a/b"  -> itself, once for all folders
-    // Then, of a name like "f", built-in functions, and after them methods and constructors.
+    // the files that exist:
+    //   "f", "p.q.f" -> those of each SearchForm
+    //   "a/b"        -> a/b, then a/b.EXT with each extension in order
+    //   "/a/b"       -> itself, once for all folders
+    // Then, for a name without "." and "/", built-in functions, and after them methods and constructors.
     // Errors: those of the file tree.
-    std::vector<FoundPlace> find(std::u16string_view name) const;
+    [[nodiscard]] std::vector<FoundPlace> find(std::u16string_view name) const;
 
 private:
     const Installation* installation_;
     const FileTree* files_;
 };
 
-// Adds those of `builtins` that have the name, functions before methods and constructors; none of a dotted name.
+// Adds the built-ins of that name, functions before methods and constructors. A dotted name has none.
 void addBuiltins(std::u16string_view name, const std::vector<Builtin>& builtins, std::vector<FoundPlace>& places);
 
 } // namespace tessgen::standalone

@@ -1,6 +1,6 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
-#include "standalone/search/FolderNaming.hpp"
+#include "standalone/search/SearchForms.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -21,7 +21,7 @@ using Kind = FileTree::Kind;
 
 struct SymbolFile {
     std::string_view symbol;
-    std::uint32_t extension; // its first place in the list, which may hold it again
+    std::uint32_t extension; // the first place of the extension in the list, which may repeat it
 };
 
 // The first place of an extension in the list, or the list's size.
@@ -33,7 +33,7 @@ std::uint32_t placeOf(std::string_view extension, const std::vector<std::string>
     return place;
 }
 
-// The symbol and the extension that a file's name may stand for: a symbol has no dot, an extension may.
+// The symbol and the extension in a file's name. A symbol has no dot, an extension may have some.
 std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::string>& extensions) {
     const std::string_view name = entry.name;
     const std::size_t dot = name.find('.');
@@ -44,24 +44,20 @@ std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::
     return extension == extensions.size() ? std::nullopt : std::optional(SymbolFile{name.substr(0, dot), extension});
 }
 
-// What a question may ask for in a listing.
-FileTree::Filter searchedNames(const std::vector<std::string>& extensions) {
-    return [&extensions](std::string_view name) {
-        const bool isFile = std::any_of(extensions.begin(), extensions.end(), [&](const std::string& extension) {
-            return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
-                   && name.ends_with(extension);
-        });
-        return isFile || isPackageClassOrPrivate(name); // as few are
-    };
+// The entries that any name can lead to.
+EntryFilter searchedEntries(const std::vector<std::string>& extensions) {
+    return {[&extensions](std::string_view name) {
+        return hasExtension(name, extensions) || isPackageClassOrPrivate(name); // the rarer ones last
+    }};
 }
 
 } // namespace
 
-// Adds the files of every symbol, each symbol's in the order in which NameSearch finds them.
+// Adds the files of every symbol to the index, those of one symbol in the order of NameSearch.
 class SearchPathWalk {
 public:
-    SearchPathWalk(const Installation& installation, SnapshotSearch& search)
-        : extensions_(installation.extensions), top_(installation.root), search_(search) {
+    SearchPathWalk(const std::vector<std::string>& extensions, const FileTree& disk, SnapshotSearch& search)
+        : extensions_(extensions), disk_(disk), search_(search) {
         for (const std::string& extension : extensions_) {
             firstPlaces_.push_back(placeOf(extension, extensions_));
         }
@@ -71,7 +67,7 @@ public:
         try {
             addFolder(folder, "", 0);
         } catch (const std::system_error&) {
-            search_.allUnsure_ = true;
+            search_.allIncomplete_ = true;
         }
     }
 
@@ -84,30 +80,52 @@ private:
         std::vector<SymbolFile> files; // among `entries`
     };
 
-    // `prefix` are the packages that lead to the folder, each with a "." behind it. Errors: the folder's own.
+    // `prefix` names the packages that lead to the folder, each with a "." after it.
+    // Errors: std::system_error when this very folder cannot be read.
     void addFolder(const std::string& folder, const std::string& prefix, int links) {
-        const auto entries = search_.files_.entries(folder, top_);
+        const auto entries = list(folder);
         if (!entries) {
             return;
         }
-        addPackages(folder, *entries, prefix, links); // +q/f.EXT comes before @q/f.EXT
+        static_assert(dottedForms.back() == SearchForm::packageClass); // so packages come before classes
+        addPackages(folder, *entries, prefix, links);
         const std::vector<ClassFolder> classes = readClasses(folder, *entries, prefix);
         const std::vector<SymbolFile> files = symbolFiles(folder, *entries, prefix, {});
+        for (const SearchForm form : searchForms(!prefix.empty())) {
+            switch (form) {
+            case SearchForm::ownClass:
+                addOwnClasses(classes, prefix);
+                break;
+            case SearchForm::folder:
+                addFiles(search_.index_.addFolder(folder, prefix), files);
+                break;
+            case SearchForm::otherClasses: // also indexes "C.f", the form packageClass
+                for (const ClassFolder& c : classes) {
+                    addFiles(c.folder, c.files, [&](std::string_view symbol) { return symbol != c.symbol; });
+                }
+                break;
+            case SearchForm::privateFolder:
+                addPrivate(folder, *entries);
+                break;
+            case SearchForm::packageClass:
+                addPackageClasses(classes);
+                break;
+            }
+        }
+    }
 
+    void addOwnClasses(const std::vector<ClassFolder>& classes, const std::string& prefix) {
         for (const ClassFolder& c : classes) {
             const std::uint32_t own = prefix.empty() ? c.folder : search_.index_.addFolder(c.path, prefix);
             addFiles(own, c.files, [&](std::string_view symbol) { return symbol == c.symbol; });
         }
-        addFiles(search_.index_.addFolder(folder, prefix), files);
+    }
+
+    void addPackageClasses(const std::vector<ClassFolder>& classes) {
         for (const ClassFolder& c : classes) {
-            if (prefix.empty()) {
-                addFiles(c.folder, c.files, [&](std::string_view symbol) { return symbol != c.symbol; });
-            } else if (canBePart(c.symbol)) {
+            if (canBePart(c.symbol)) {
                 addFiles(c.folder, c.files);
             }
-        }
-        if (prefix.empty()) {
-            addPrivate(folder, *entries);
         }
     }
 
@@ -120,12 +138,12 @@ private:
             }
             const std::string inside = prefix + std::string(part) + ".";
             const int linksToIt = links + (entry.kind == Kind::link ? 1 : 0);
-            sureOr(inside, [&] {
+            readOrMark(inside, [&] {
                 if (!leadsTo(Kind::folder, search_.files_, folder, &entry)) {
                     return;
                 }
-                if (linksToIt > 1) { // such packages may go on for ever
-                    markUnsure(inside);
+                if (linksToIt > 1) { // such packages may never end
+                    markIncomplete(inside);
                 } else {
                     addFolder(joinPath(folder, entry.name), inside, linksToIt);
                 }
@@ -139,10 +157,10 @@ private:
         for (const Entry* entry : classFolders(entries)) {
             const std::string_view symbol = std::string_view(entry->name).substr(1);
             const std::string inside = prefix + std::string(symbol) + ".";
-            const bool isSure = sureOr(inside, [&] {
+            const bool isRead = readOrMark(inside, [&] {
                 if (leadsTo(Kind::folder, search_.files_, folder, entry)) {
                     std::string path = joinPath(folder, entry->name);
-                    if (auto below = search_.files_.entries(path, top_)) {
+                    if (auto below = list(path)) {
                         auto files = symbolFiles(path, *below, prefix, inside);
                         const auto number =
                             search_.index_.addFolder(path, canBePart(symbol) ? inside : "", prefix.empty());
@@ -150,8 +168,8 @@ private:
                     }
                 }
             });
-            if (!isSure && prefix.empty()) {
-                markUnsure("");
+            if (!isRead && prefix.empty()) {
+                markIncomplete("");
             }
         }
         return classes;
@@ -160,18 +178,18 @@ private:
     void addPrivate(const std::string& folder, const std::vector<Entry>& entries) {
         const auto entry =
             std::find_if(entries.begin(), entries.end(), [](const Entry& e) { return e.name == "private"; });
-        sureOr("", [&] {
+        readOrMark("", [&] {
             if (entry == entries.end() || !leadsTo(Kind::folder, search_.files_, folder, &*entry)) {
                 return;
             }
             const std::string path = joinPath(folder, entry->name);
-            if (const auto below = search_.files_.entries(path, top_)) {
+            if (const auto below = list(path)) {
                 addFiles(search_.index_.addFolder(path, ""), symbolFiles(path, *below, "", {}));
             }
         });
     }
 
-    // The files among `entries` that stand for symbols, which are asked for after `prefix` or after `otherPrefix`.
+    // The source files among `entries`. Names reach them by `prefix`, or by `otherPrefix` unless that is empty.
     std::vector<SymbolFile> symbolFiles(const std::string& folder, const std::vector<Entry>& entries,
                                         const std::string& prefix, const std::string& otherPrefix) {
         std::vector<SymbolFile> found;
@@ -181,13 +199,13 @@ private:
             if (!file) {
                 continue;
             }
-            const bool isSure = sureOr(prefix.empty() ? file->symbol : prefix, [&] {
+            const bool isRead = readOrMark(prefix.empty() ? file->symbol : prefix, [&] {
                 if (leadsTo(Kind::file, search_.files_, folder, &entry)) {
                     found.push_back(*file);
                 }
             });
-            if (!isSure && !otherPrefix.empty()) {
-                markUnsure(otherPrefix);
+            if (!isRead && !otherPrefix.empty()) {
+                markIncomplete(otherPrefix);
             }
         }
         return found;
@@ -208,38 +226,45 @@ private:
         }
     }
 
-    // A part of a dotted symbol: not empty, without a dot, and text.
+    // Whether a dotted symbol can have that part: not empty, without a dot, UTF-8.
     static bool canBePart(std::string_view text) {
         return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
     }
 
-    // Whether `look` could; the names that begin with `names` are unsure otherwise.
-    template <typename Look>
-    bool sureOr(std::string_view names, Look look) {
+    std::optional<std::vector<Entry>> list(const std::string& folder) const {
+        return search_.files_.entriesBy(disk_, folder);
+    }
+
+    // Runs `read`. On std::system_error marks all names that begin with `names` as incomplete and returns false.
+    template <typename Read>
+    bool readOrMark(std::string_view names, Read read) {
         try {
-            look();
+            read();
             return true;
         } catch (const std::system_error&) {
-            markUnsure(names);
+            markIncomplete(names);
             return false;
         }
     }
 
-    void markUnsure(std::string_view names) { search_.unsure_.emplace(names.substr(0, names.find('.'))); }
+    void markIncomplete(std::string_view names) { search_.incomplete_.emplace(names.substr(0, names.find('.'))); }
 
     const std::vector<std::string>& extensions_;
-    std::vector<std::uint32_t> firstPlaces_; // of each extension in the list
-    const DirectoryHandle top_;
+    std::vector<std::uint32_t> firstPlaces_; // of each extension among them
+    const FileTree& disk_;
     SnapshotSearch& search_;
 };
 
 SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files)
-    : files_(files, searchedNames(installation.extensions)), search_(installation, files_),
+    : SnapshotSearch(installation, files, files) {}
+
+SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files, const FileTree& now)
+    : files_(files, searchedEntries(installation.extensions)), search_(installation, files_),
       index_(installation.extensions) {
     for (const Builtin& builtin : installation.builtins) {
         builtins_[builtin.name].push_back(builtin);
     }
-    SearchPathWalk walk(installation, *this);
+    SearchPathWalk walk(installation.extensions, now, *this);
     for (const std::string& folder : installation.searchPath) {
         walk.addSearchFolder(folder);
     }
@@ -249,7 +274,7 @@ SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree&
 std::vector<FoundPlace> SnapshotSearch::find(std::u16string_view name) const {
     const bool isPath = name.find(u'/') != std::u16string_view::npos;
     const std::optional<std::string> symbol = isPath ? std::nullopt : toUTF8(name);
-    if (!symbol || isUnsure(*symbol)) {
+    if (!symbol || isIncomplete(*symbol)) {
         return search_.find(name);
     }
     std::vector<FoundPlace> places = index_.find(*symbol);
@@ -259,12 +284,12 @@ std::vector<FoundPlace> SnapshotSearch::find(std::u16string_view name) const {
     return places;
 }
 
-bool SnapshotSearch::isUnsure(std::string_view symbol) const {
+bool SnapshotSearch::isIncomplete(std::string_view symbol) const {
     const std::size_t end = symbol.find('.');
-    return allUnsure_
-           || (!unsure_.empty()
-               && (unsure_.contains(std::string(symbol.substr(0, end)))
-                   || (end == std::string_view::npos && unsure_.contains(""))));
+    return allIncomplete_
+           || (!incomplete_.empty()
+               && (incomplete_.contains(std::string(symbol.substr(0, end)))
+                   || (end == std::string_view::npos && incomplete_.contains(""))));
 }
 
 } // namespace tessgen::standalone

@@ -1,4 +1,4 @@
-// The look-up of names in one view of the disk: what NameSearch would answer, without looking at the disk again.
+// Looks names up in a snapshot of the disk: answers as NameSearch did when the snapshot was taken.
 //
 // Threads: any, at the same time.
 #pragma once
@@ -21,19 +21,21 @@ namespace tessgen::standalone {
 
 class SnapshotSearch {
 public:
-    // Takes the view: lists every folder of the search path once, and its class, package and private folders. What
-    // cannot be read is an error of the names that it may concern, not of this.
+    // Takes the snapshot: lists every folder of the search path once, with its class, package and private folders. A
+    // folder that cannot be read is an error of the names that may need it, not of this.
     // Errors: std::runtime_error when there is more than a NameIndex can hold.
     // Lifetime: both outlive the search.
     SnapshotSearch(const Installation& installation, const FileTree& files);
+    // The same. `now` is another tree of the same disk, with which the snapshot is taken; it need not outlive this.
+    SnapshotSearch(const Installation& installation, const FileTree& files, const FileTree& now);
 
-    // As NameSearch::find, at the moment when the view was taken. What the view cannot hold is looked at when it is
-    // first asked for and then remembered: names with "/", and packages that are reached through more than one link.
-    // Errors: those of the file tree, each time that a name touches what could not be read.
-    std::vector<FoundPlace> find(std::u16string_view name) const;
+    // As NameSearch::find when the snapshot was taken. Names with "/", and packages that are reached through more than
+    // one link, are read from the disk on first use and then cached.
+    // Errors: those of the file tree, each time that a name needs what could not be read.
+    [[nodiscard]] std::vector<FoundPlace> find(std::u16string_view name) const;
 
     // Every symbol that has a file, once.
-    std::vector<std::string> symbols() const { return index_.symbols(); }
+    [[nodiscard]] std::vector<std::string> symbols() const { return index_.symbols(); }
 
 private:
     friend class SearchPathWalk;
@@ -43,16 +45,15 @@ private:
         std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
     };
 
-    bool isUnsure(std::string_view symbol) const;
+    [[nodiscard]] bool isIncomplete(std::string_view symbol) const;
 
     const CachingFileTree files_;
-    const NameSearch search_;
+    const NameSearch search_; // in the cached files
     NameIndex index_;
     std::unordered_map<std::u16string, std::vector<Builtin>, TextHash, std::equal_to<>> builtins_; // by their names
-    // First parts of the names that the index may be wrong about, "" for every plain name: these are searched in what
-    // is remembered of the disk.
-    std::unordered_set<std::string> unsure_;
-    bool allUnsure_ = false;
+    // First parts of the names that the index may lack files of, "" for every plain name: `search_` finds these.
+    std::unordered_set<std::string> incomplete_;
+    bool allIncomplete_ = false;
 };
 
 } // namespace tessgen::standalone

@@ -1,13 +1,12 @@
-// What an open session answers from.
+// The state that an open session answers from.
 //
 // Threads: immutable; its members allow concurrent const use.
 #pragma once
 
 #include "standalone/Session.hpp"
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/index/SearchIndex.hpp"
 #include "standalone/manifest/Installation.hpp"
-#include "standalone/search/NameSearch.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
 #include "standalone/store/SupportStore.hpp"
 
@@ -24,15 +23,14 @@ struct SessionState {
     SessionState& operator=(const SessionState&) = delete;
     ~SessionState() = default;
 
-    // The places of a name, as NameSearch has them, in the session's view of the disk.
-    std::vector<FoundPlace> find(std::u16string_view name) const;
+    // NameSearch::find in the session's view of the disk.
+    [[nodiscard]] std::vector<FoundPlace> find(std::u16string_view name) const;
 
     const Installation installation;
     const RealFileTree disk;
-    const std::optional<SearchIndex> index; // when it was built
+    const std::optional<SearchIndex> index; // none unless it was built
     const IndexedFileTree files;
-    const NameSearch search;                      // in the live view
-    std::optional<SnapshotSearch> snapshotSearch; // when the view is fixed
+    std::optional<SnapshotSearch> snapshotSearch; // none in the live view
     const std::optional<SupportStore> store;
 
     // The installation's folders as the services hand them out, in UTF-16.
@@ -44,6 +42,6 @@ struct SessionState {
 
 // The state of the open session.
 // Errors: std::logic_error outside a session.
-const SessionState& currentSession();
+[[nodiscard]] const SessionState& currentSession();
 
 } // namespace tessgen::standalone

@@ -1,4 +1,4 @@
-// A hash of bytes, for tables in memory and for what is told by a few bytes of a file.
+// A hash of bytes, for tables in memory and for the fingerprints in files.
 #pragma once
 
 #include <cstdint>
@@ -7,9 +7,9 @@
 
 namespace tessgen::standalone {
 
-// Knuth's multiplicative hashing: by 2^64 divided by the golden ratio, eight bytes at a time as far as there are. Of
-// bytes of one length, those that differ in one never have the same. The lowest bits are the least mixed.
-inline std::uint64_t hashOf(std::string_view bytes) {
+// Knuth's multiplicative hashing by 2^64 divided by the golden ratio, eight bytes at a time. Texts of one length that
+// differ in a single byte never collide. The lowest bits are mixed least.
+[[nodiscard]] inline std::uint64_t hashOf(std::string_view bytes) {
     constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
     std::uint64_t hash = factor;
     const auto add = [&hash](std::uint64_t number) {

@@ -7,7 +7,7 @@ namespace tessgen::standalone {
 
 namespace {
 
-// Goes from the folder `path` (empty for the root) to the one that a component names.
+// Moves from the folder `path`, which is empty for the root, to the one that a component names.
 void enter(std::string& path, std::string_view component) {
     if (component == "..") {
         path.resize(path.empty() ? 0 : path.rfind('/'));
@@ -50,6 +50,13 @@ std::string absolutePath(std::string_view path, std::string_view base) {
 
 bool isPackageClassOrPrivate(std::string_view name) {
     return name.starts_with('+') || name.starts_with('@') || name == "private";
+}
+
+bool hasExtension(std::string_view name, const std::vector<std::string>& extensions) {
+    return std::any_of(extensions.begin(), extensions.end(), [name](const std::string& extension) {
+        return name.size() > extension.size() + 1 && name[name.size() - extension.size() - 1] == '.'
+               && name.ends_with(extension);
+    });
 }
 
 } // namespace tessgen::standalone

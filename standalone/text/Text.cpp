@@ -11,7 +11,7 @@ namespace tessgen::standalone {
 
 namespace {
 
-// Nearly every name and path is, and is converted as it stands.
+// Nearly every name and path is ASCII, whose conversion is a copy.
 template <typename Unit>
 bool isASCII(std::basic_string_view<Unit> text) {
     unsigned all = 0;
@@ -28,8 +28,8 @@ bool isUTF8(std::string_view text) {
 }
 
 bool isBeforeInUTF16(std::string_view a, std::string_view b) {
-    // As bytes are ordered, but for those that begin a code point: from U+10000 on (0xF0 to 0xF4) a surrogate comes
-    // first, which is before U+E000 (0xEE).
+    // Ordered as bytes, except for lead bytes: code points from U+10000 on (0xF0 to 0xF4) begin with a surrogate, which
+    // sorts before U+E000 (0xEE).
     const auto rank = [](char byte) {
         const auto number = static_cast<unsigned char>(byte);
         return number >= 0xF0 ? number - 2 : number >= 0xEE ? number + 0x10 : number;

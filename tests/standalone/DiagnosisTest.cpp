@@ -58,7 +58,7 @@ struct Patient {
                                       [this](const std::string& path) { return tree.realPath(path); }, resolves};
         Strings lines;
         for (const Finding& finding : diagnose(examined)) {
-            lines.push_back(std::string(textOf(finding.trap).code) + ": " + finding.place);
+            lines.push_back(std::string(textOf(finding.diagnostic).code) + ": " + finding.place);
         }
         return lines;
     }

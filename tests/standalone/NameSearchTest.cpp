@@ -1,18 +1,16 @@
 #include "standalone/search/NameSearch.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
+#include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -25,17 +23,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Strings = std::vector<std::string>;
 
-template <typename Call>
-std::string errorOf(Call call) {
-    try {
-        call();
-        return "";
-    } catch (const std::system_error& error) {
-        return error.what();
-    }
-}
-
-// The same disk twice: as the fake has it and as the machine has it.
+// The same disk in memory, in memory with listings that name no kinds, and on the machine.
 class MemoryDisk {
 public:
     static std::string path(const std::string& below) { return "/disk/" + below; }
@@ -68,7 +56,7 @@ template <typename Disk>
 class NameSearchContract : public testing::Test {
 protected:
     NameSearchContract() {
-        for (const char* folder : {"one", "absent", "notes.txt", "two"}) {
+        for (const char* folder : {"one", "absent", "notes.txt", "two/pipe.vk", "two"}) {
             installation.searchPath.push_back(disk.path(folder));
         }
         installation.extensions = {"vkx", "vk"};
@@ -168,7 +156,7 @@ TYPED_TEST(NameSearchContract, FindsNothingWhereNothingIs) {
     }
 }
 
-TYPED_TEST(NameSearchContract, AsksForAnAbsolutePathOnce) {
+TYPED_TEST(NameSearchContract, TakesAnAbsoluteNameAsItIs) {
     const std::string file = this->disk.path("two/lost.vk/inner.txt");
     const auto name = toUTF16(file).value();
     EXPECT_THAT(this->find(name), ElementsAre("two/lost.vk/inner.txt"));
@@ -177,103 +165,17 @@ TYPED_TEST(NameSearchContract, AsksForAnAbsolutePathOnce) {
     EXPECT_THAT(this->find(toUTF16(this->disk.path("two/linked")).value()), IsEmpty()); // nothing is appended
 }
 
-TEST(NameSearch, ListsOnlyTheFoldersThatCanHoldTheNameAndEachOnce) {
-    MemoryFileTree tree;
-    for (const char* file : {"/w/f.vk", "/w/@C/g.vk", "/w/private/h.vk", "/w/+p/+q/f.vk", "/w/+p/@f/g.vk", "/x.vk"}) {
-        tree.add(file, FileTree::Kind::file);
-    }
-    tree.link("/w/other.vk", "f.vk");
-    tree.link("/w/@L", "@C");
-    Installation installation;
-    installation.searchPath = {"/w", "/"};
-    installation.extensions = {"vk", "vkx"};
-    const NameSearch search(installation, tree);
-    const std::vector<std::pair<std::u16string, Strings>> cases = {
-        {u"f", {"list /w", "list /w/@C", "kind /w/@L", "list /w/@L", "list /w/private", "list /"}},
-        {u"p.q.f", {"list /w", "list /w/+p", "list /w/+p/+q", "list /"}},
-        {u"p.f", {"list /w", "list /w/+p", "list /w/+p/@f", "list /"}},
-        {u"none.f", {"list /w", "list /"}},
-        {u"s/f", {"kind /w/s/f", "kind /w/s/f.vk", "kind /w/s/f.vkx", "kind /s/f", "kind /s/f.vk", "kind /s/f.vkx"}},
-        {u"/w/f", {"kind /w/f"}},
-        {u"p..f", {}},
-        {u"f\xD800", {}},
-    };
-    for (const auto& [name, questions] : cases) {
-        search.find(name);
-        EXPECT_EQ(tree.takeQuestions(), questions) << testing::PrintToString(name);
-    }
-}
-
-TEST(NameSearch, HandsOnThatAFolderCannotBeRead) {
-    MemoryFileTree tree;
-    tree.add("/w/@C/f.vk", FileTree::Kind::file);
+TEST(NameSearch, FailsForTheNamesThatNeedWhatCannotBeRead) {
+    MemoryFileTree tree("/w", {"f.vk", "@C/f.vk", "+p/f.vk", "sub/f.vk"});
     tree.fail("/w/@C", EIO);
     Installation installation;
     installation.searchPath = {"/w"};
     installation.extensions = {"vk"};
-    EXPECT_EQ(errorOf([&] { NameSearch(installation, tree).find(u"f"); }), "/w/@C: Input/output error");
-}
-
-constexpr auto all = [](std::string_view) { return true; };
-
-TEST(RealFileTree, TellsAbsentFromUnreadable) {
-    const TemporaryFolder top;
-    const std::string file = top.write("file");
-    const std::string loop = top.link("loop", "loop");
-    const RealFileTree tree;
-    EXPECT_EQ(tree.entries(top.path(), all).value().size(), 2U);
-    for (const std::string& absent : {std::string(), top.path("none"), file, file + "/below", loop}) {
-        EXPECT_FALSE(tree.entries(absent, all)) << absent;
+    for (const char16_t* name : {u"f", u"g", u"C.f", u"p.f", u"sub/f", u"/w/f.vk"}) {
+        const bool fails = name[1] == u'\0' || name[0] == u'C';
+        EXPECT_EQ(test::errorOf([&] { EXPECT_EQ(NameSearch(installation, tree).find(name).size(), 1); }),
+                  fails ? "/w/@C: Input/output error" : "no error");
     }
-    for (const std::string& absent : {top.path("none"), file + "/", loop, top.path(std::string(256, 'n'))}) {
-        EXPECT_FALSE(tree.kindOf(absent)) << absent;
-    }
-}
-
-TEST(RealFileTree, NamesWhatItMayNotRead) {
-    const TemporaryFolder top;
-    const std::string folder = top.makeFolder("closed");
-    const RealFileTree tree;
-    chmod(top.path().c_str(), 0755);
-    chmod(folder.c_str(), 0);
-    const uid_t user = geteuid();
-    ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // the superuser may read everything
-    const std::string listed = errorOf([&] { tree.entries(folder, all); });
-    const std::string asked = errorOf([&] { tree.kindOf(folder + "/f.vk"); });
-    ASSERT_EQ(seteuid(user), 0);
-    const std::string why = ": cannot be read: Permission denied; give the right to read it, or leave it out of the "
-                            "installation";
-    EXPECT_EQ(listed, folder + why);
-    EXPECT_EQ(asked, folder + "/f.vk" + why);
-}
-
-// What no path reaches is an error: whether it is there cannot be told, or nobody could open what is answered.
-TEST(RealFileTree, RefusesPathsThatAreTooLongForTheSystem) {
-    const TemporaryFolder top;
-    std::string folder = top.path();
-    while (folder.size() < 4090) {
-        const auto rest = 4090 - folder.size();
-        folder += "/" + std::string(rest > 300 ? 199 : rest > 200 ? 99 : rest - 1, 'd');
-    }
-    const std::string below = folder.substr(top.path().size() + 1);
-    top.write(below + "/f.vk"); // 4095 bytes: the longest path
-    const auto previous = std::filesystem::current_path();
-    std::filesystem::current_path(folder);
-    std::ofstream("g.vkx").flush();
-    std::filesystem::current_path(previous);
-    Installation installation;
-    installation.root = top.path();
-    installation.searchPath = {folder};
-    installation.extensions = {"vk", "vkx"};
-    const RealFileTree tree;
-    const NameSearch search(installation, tree);
-    EXPECT_EQ(search.find(u"f").size(), 1U);
-    EXPECT_TRUE(search.find(u"h").empty());
-    const std::string why = ": cannot be read: File name too long; move it to where its path is shorter";
-    EXPECT_EQ(errorOf([&] { search.find(u"g"); }), folder + "/g.vkx" + why);
-    EXPECT_EQ(errorOf([&] { search.find(u"g.vkx/"); }), folder + "/g.vkx/" + why);
-    EXPECT_EQ(errorOf([&] { tree.entries(folder + "/@Class", all); }), folder + "/@Class" + why);
-    EXPECT_EQ(errorOf([&] { realPath(folder + "/g.vkx"); }), folder + "/g.vkx" + why);
 }
 
 } // namespace

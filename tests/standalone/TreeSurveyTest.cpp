@@ -23,16 +23,6 @@ using testing::FieldsAre;
 using testing::IsEmpty;
 using Strings = std::vector<std::string>;
 
-// A tree below /w of these files.
-MemoryFileTree treeOf(const Strings& files) {
-    MemoryFileTree tree;
-    tree.add("/w", Kind::folder);
-    for (const auto& file : files) {
-        tree.add("/w/" + file, Kind::file);
-    }
-    return tree;
-}
-
 TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
     struct Case {
         Strings files;
@@ -54,7 +44,7 @@ TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
          "f"},
     };
     for (const auto& [files, searchFolders, nameToTry] : cases) {
-        const auto tree = treeOf(files);
+        const MemoryFileTree tree("/w", files);
         EXPECT_THAT(surveyTree("/w", {}, tree),
                     FieldsAre(searchFolders, IsEmpty(), IsEmpty(), nameToTry, IsEmpty(), IsEmpty()));
         Installation installation;
@@ -74,7 +64,8 @@ TEST(TreeSurvey, KeepsKELFoldersOutOfTheSearch) {
         Strings kelFolders;
         Strings kelFiles;
     };
-    const auto tree = treeOf({"a/f.vk", "kel/k.vk", "kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/c/f.md", ".k/+p/k.vk"});
+    const MemoryFileTree tree(
+        "/w", {"a/f.vk", "kel/k.vk", "kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/c/f.md", ".k/+p/k.vk"});
     const std::vector<Case> cases = {
         {{}, {"a", "kel", "kel/a/b"}, {}, {}},
         {{"kel"}, {"a"}, {"kel", "kel/a/b"}, {"kel/+p/private/h.vk", "kel/a/b/k.vk", "kel/k.vk"}},
@@ -91,7 +82,7 @@ TEST(TreeSurvey, KeepsKELFoldersOutOfTheSearch) {
 }
 
 TEST(TreeSurvey, ListsEachFolderOnceWhateverLinksThereAre) {
-    auto tree = treeOf({"a/f.md", "a/b/f.md", "+p/@C/f.md"});
+    MemoryFileTree tree("/w", {"a/f.md", "a/b/f.md", "+p/@C/f.md"});
     tree.link("/w/a/b/up", "../..");
     tree.link("/w/self.vk", "self.vk");
     tree.link("/w/folder.vk", "a");
@@ -104,7 +95,7 @@ TEST(TreeSurvey, ListsEachFolderOnceWhateverLinksThereAre) {
 }
 
 TEST(TreeSurvey, TellsWhatItPassesOver) {
-    auto tree = treeOf({"a/f.vk", "b/f.vk", "a/\xFF.vk", "a/\xFF.md", "\xFE/f.vk"});
+    MemoryFileTree tree("/w", {"a/f.vk", "b/f.vk", "a/\xFF.vk", "a/\xFF.md", "\xFE/f.vk"});
     tree.link("/w/a/link.vk", "f.vk");
     tree.fail("/w/b", EACCES);
     tree.fail("/w/a/link.vk", EACCES);

@@ -16,6 +16,20 @@ namespace tessgen::test {
 
 class MemoryFileTree final : public standalone::FileTree {
 public:
+    // A tree that holds the folder `top` with these files below it.
+    explicit MemoryFileTree(const std::string& top = "/", const std::vector<std::string>& files = {}) {
+        if (top != "/") {
+            add(top, Kind::folder);
+        }
+        for (const auto& file : files) {
+            add(standalone::joinPath(top, file), Kind::file);
+        }
+    }
+
+    void clear() {
+        nodes_.clear();
+        failures_.clear();
+    }
     // Folders above `path` are made as needed. Paths are absolute, without "." and "..".
     void add(const std::string& path, Kind kind) {
         for (auto end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
@@ -35,7 +49,8 @@ public:
     // "list FOLDER" and "kind PATH", in the order of the calls.
     std::vector<std::string> takeQuestions() { return std::exchange(questions_, {}); }
 
-    std::optional<std::vector<Entry>> entries(const std::string& folder, const Filter& wanted) const override {
+    std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                              const standalone::EntryFilter& wanted) const override {
         note("list ", folder);
         const auto real = resolve(folder);
         if (!real || kindAt(*real) != Kind::folder) {
@@ -45,7 +60,7 @@ public:
         const std::string above = *real + "/";
         for (auto node = nodes_.lower_bound(above); node != nodes_.end() && node->first.starts_with(above); ++node) {
             const std::string name = node->first.substr(above.size());
-            if (name.find('/') == std::string::npos && wanted(name)) {
+            if (name.find('/') == std::string::npos && wanted.accepts(name)) {
                 found.push_back({name, kindsHidden_ ? Kind::link : node->second.kind});
             }
         }

@@ -1,6 +1,5 @@
-#include "standalone/search/FolderNaming.hpp"
+#include "standalone/search/SearchForms.hpp"
 
-#include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
@@ -18,13 +17,6 @@ std::vector<const FileTree::Entry*> classFolders(const std::vector<FileTree::Ent
     std::sort(sorted.begin(), sorted.end(),
               [](const auto* a, const auto* b) { return isBeforeInUTF16(a->name, b->name); });
     return sorted;
-}
-
-bool leadsTo(FileTree::Kind kind, const FileTree& files, const std::string& folder, const FileTree::Entry* entry) {
-    if (entry == nullptr || entry->kind != FileTree::Kind::link) {
-        return entry != nullptr && entry->kind == kind;
-    }
-    return files.kindOf(joinPath(folder, entry->name)) == kind;
 }
 
 } // namespace tessgen::standalone

@@ -1,0 +1,147 @@
+#include "standalone/files/RealFileTree.hpp"
+
+#include "standalone/search/NameSearch.hpp"
+#include "standalone/search/SnapshotSearch.hpp"
+#include "tests/support/SupportStores.hpp"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace tessgen::standalone {
+namespace {
+
+using test::errorOf;
+using test::TemporaryFolder;
+
+const EntryFilter all{[](std::string_view) { return true; }};
+
+TEST(RealFileTree, TellsAbsentFromUnreadable) {
+    const TemporaryFolder top;
+    const std::string file = top.write("file");
+    const std::string loop = top.link("loop", "loop");
+    const RealFileTree tree;
+    EXPECT_EQ(tree.entries(top.path(), all).value().size(), 2U);
+    for (const std::string& absent : {std::string(), top.path("none"), file, file + "/below", loop}) {
+        EXPECT_FALSE(tree.entries(absent, all)) << absent;
+    }
+    for (const std::string& absent : {top.path("none"), file + "/", loop, top.path(std::string(256, 'n'))}) {
+        EXPECT_FALSE(tree.kindOf(absent)) << absent;
+    }
+}
+
+TEST(RealFileTree, NamesWhatItMayNotRead) {
+    const TemporaryFolder top;
+    const std::string closed = top.makeFolder("closed");
+    top.write("entered/sub/f.vk");
+    Installation installation;
+    installation.searchPath = {top.path("entered")}; // may be entered, but not listed
+    installation.extensions = {"vk"};
+    const RealFileTree tree;
+    const NameSearch search(installation, tree);
+    chmod(top.path().c_str(), 0755);
+    chmod(closed.c_str(), 0);
+    chmod(top.path("entered").c_str(), 0711);
+    const uid_t user = geteuid();
+    ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // the superuser may read everything
+    const std::string listed = errorOf([&] { static_cast<void>(tree.entries(closed, all)); });
+    const std::string asked = errorOf([&] { static_cast<void>(tree.kindOf(closed + "/f.vk")); });
+    const std::string plain = errorOf([&] { static_cast<void>(search.find(u"f")); });
+    const std::string dotted = errorOf([&] { static_cast<void>(search.find(u"p.f")); });
+    const auto withSlash = search.find(u"sub/f").size();
+    ASSERT_EQ(seteuid(user), 0);
+    const std::string why = ": cannot be read: Permission denied; give the right to read it, or leave it out of the "
+                            "installation";
+    EXPECT_EQ(listed, closed + why);
+    EXPECT_EQ(asked, closed + "/f.vk" + why);
+    EXPECT_EQ(plain, top.path("entered") + why);
+    EXPECT_EQ(dotted, plain);
+    EXPECT_EQ(withSlash, 1U);
+}
+
+// No path reaches such a file: whether it exists cannot be found out, or nobody could open what is found.
+TEST(RealFileTree, RefusesPathsThatAreTooLongForTheSystem) {
+    const TemporaryFolder top;
+    std::string folder = top.path();
+    while (folder.size() < 4090) {
+        const auto rest = 4090 - folder.size();
+        folder += "/" + std::string(rest > 300 ? 199 : rest > 200 ? 99 : rest - 1, 'd');
+    }
+    const std::string below = folder.substr(top.path().size() + 1);
+    top.write(below + "/f.vk"); // 4095 bytes: the longest path
+    const auto previous = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    std::ofstream("g.vkx").flush();
+    std::filesystem::current_path(previous);
+    Installation installation;
+    installation.searchPath = {folder};
+    installation.extensions = {"vk", "vkx"};
+    const DirectoryHandle held(std::filesystem::canonical(top.path()));
+    for (const auto* handle : {static_cast<const DirectoryHandle*>(nullptr), &held}) {
+        const RealFileTree tree(handle);
+        const NameSearch search(installation, tree);
+        EXPECT_EQ(search.find(u"f").size(), 1U);
+        EXPECT_TRUE(search.find(u"h").empty());
+        const std::string why = ": cannot be read: File name too long; move it to where its path is shorter";
+        EXPECT_EQ(errorOf([&] { static_cast<void>(search.find(u"g")); }), folder + "/g.vkx" + why);
+        EXPECT_EQ(errorOf([&] { static_cast<void>(search.find(u"g.vkx/")); }), folder + "/g.vkx/" + why);
+        EXPECT_EQ(errorOf([&] { static_cast<void>(tree.entries(folder + "/@Class", all)); }), folder + "/@Class" + why);
+        EXPECT_EQ(errorOf([&] { static_cast<void>(realPath(folder + "/g.vkx")); }), folder + "/g.vkx" + why);
+    }
+}
+
+TEST(DirectoryHandle, IsWalkedFromToWhatLiesBelowIt) {
+    const DirectoryHandle root("/");
+    if (root.to("/x").folder == AT_FDCWD) {
+        GTEST_SKIP() << "the system cannot open a folder so";
+    }
+    EXPECT_STREQ(root.to("/x").path, "x");
+    const TemporaryFolder top;
+    top.makeFolder("a/b");
+    const std::string folder = std::filesystem::canonical(top.path("a"));
+    const DirectoryHandle held(folder);
+    const std::string below = folder + "/b/c";
+    const PathAt walk = held.to(below);
+    EXPECT_GE(walk.folder, 0);
+    EXPECT_STREQ(walk.path, "b/c");
+    const std::string tooLong = folder + "/" + std::string(PATH_MAX - folder.size() - 1, 'n');
+    for (const std::string& path :
+         {folder, folder + "/", folder + "//b", folder + "b", top.path(), std::string("/"), tooLong}) {
+        EXPECT_EQ(held.to(path).folder, AT_FDCWD) << path;
+        EXPECT_EQ(held.to(path).path, path.c_str());
+    }
+    top.link("linked", "a");
+    for (const std::string& other : {top.path("none"), top.write("file"), top.path("linked"), top.path("linked/b")}) {
+        EXPECT_EQ(DirectoryHandle(other).to(other + "/c").folder, AT_FDCWD) << other;
+    }
+}
+
+// The system follows 40 links in one walk at most, wherever the walk begins.
+TEST(DirectoryHandle, LeadsToNothingThatItsPathDoesNotLeadTo) {
+    const TemporaryFolder top;
+    top.write("real/0/f.vk");
+    std::filesystem::rename(top.path("real"), top.path("0"));
+    for (int i = 1; i <= 25; ++i) {
+        top.link(std::to_string(i), std::to_string(i - 1));
+        top.link("0/" + std::to_string(i), std::to_string(i - 1));
+    }
+    Installation installation;
+    installation.extensions = {"vk"};
+    for (const auto& [root, folder, found] : {std::tuple("25", "10", 1), {"25", "25", 0}, {"0", "25", 1}}) {
+        const DirectoryHandle held(top.path(root));
+        const RealFileTree disk(&held);
+        installation.searchPath = {top.path(root) + "/" + folder};
+        EXPECT_EQ(NameSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
+        EXPECT_EQ(SnapshotSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
+    }
+}
+
+} // namespace
+} // namespace tessgen::standalone
