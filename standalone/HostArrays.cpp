@@ -11,7 +11,7 @@
 #include <utility>
 #include <variant>
 
-// The class system's own text of a name.
+// A name as the class system holds it.
 class zelt::internal::InternedText {
 public:
     explicit InternedText(std::string_view name) : text(name) {}
@@ -155,7 +155,7 @@ matrix::ArrayPtr String::mustBeString(matrix::ArrayPtr cell) {
 
 zelt::internal::Interned zelt::internal::makeInterned(std::string_view name) {
     static std::mutex lock;
-    static std::set<InternedText> names; // its elements stay where they are
+    static std::set<InternedText> names; // whose elements never move
     const std::lock_guard guard(lock);
     return &*names.emplace(name).first;
 }

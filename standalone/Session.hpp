@@ -1,7 +1,7 @@
-// A stand-alone host: makes one installation the one that the host's services speak of.
+// A stand-alone host: while a session is open, the host's services answer from its installation.
 //
-// Threads: opened and closed by one thread while no other uses the services; between that, any thread.
-// Lifetime: the services answer while the session lives. Lists that they hand out by reference live as long.
+// Threads: one opens and closes the session, while no other uses the services. In between, any thread may use them.
+// Lifetime: lists that the services return by reference live as long as the session.
 #pragma once
 
 #include <memory>
@@ -13,21 +13,21 @@ struct Installation;
 struct SessionState;
 
 enum class View {
-    live,     // each answer reflects the disk at the moment it is given
-    snapshot, // all answers reflect the disk at the moment the session opened; for answering many names
+    live,     // each answer reflects the disk at the time of the question
+    snapshot, // all answers reflect the disk when the session opened; for resolving many names
     fixed [[deprecated("use View::snapshot")]] = snapshot,
 };
 
 class Session {
 public:
-    // Opens the installation that a manifest, or the `installation.json` of a folder, describes. The manifest, the
-    // store and the search index, if it was built, are opened once. A snapshot lists every folder of the search path
-    // now; names with "/", and packages that are reached through more than one link, are looked at when they are first
-    // asked for. A folder that cannot be read is an error of the questions that need it, in both views.
-    // Errors: std::runtime_error, one line: a manifest, a store or an index that is not as it should be;
-    // std::logic_error: this process has an open session.
+    // Opens the installation of a manifest, or of the `installation.json` in a folder. Opens the manifest, the store
+    // and the search index, if it was built, once. A snapshot lists every folder of the search path now; names with
+    // "/", and packages that are reached through more than one link, are read from the disk on first use. In both
+    // views a folder that cannot be read is an error of the questions that need it.
+    // Errors: std::runtime_error with one line for a malformed manifest, store or index, or a missing root;
+    // std::logic_error when this process has an open session.
     explicit Session(const std::string& fileOrFolder, View view = View::live);
-    // Opens an installation that need not come from a manifest. Not exported: the type is the host's own.
+    // Opens an installation without a manifest. Not exported, since the type is internal.
     explicit Session(Installation&& installation, View view = View::live);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

@@ -6,6 +6,8 @@
 
 namespace tessgen::standalone {
 
+DatabaseChecker::~DatabaseChecker() = default;
+
 DatabaseCheck DatabaseChecker::run() {
     checkEntries();
     if (check_.damages == 0) { // otherwise the right tables are unknown

@@ -26,7 +26,7 @@ public:
     explicit DatabaseChecker(const DatabaseFile& file) : file_(file), walk_(file) {}
     DatabaseChecker(const DatabaseChecker&) = delete;
     DatabaseChecker& operator=(const DatabaseChecker&) = delete;
-    virtual ~DatabaseChecker() = default;
+    virtual ~DatabaseChecker();
 
     // Checks every entry and every slot of the hash tables. To be called once.
     [[nodiscard]] DatabaseCheck run();

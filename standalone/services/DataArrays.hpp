@@ -1,4 +1,4 @@
-// What stands behind a host data array here: its elements.
+// The data behind a host data array: its elements.
 #pragma once
 
 #include "foundation/orvakdata/Array.hpp"
@@ -27,14 +27,14 @@ public:
 namespace tessgen::standalone {
 
 // A character array of one row.
-foundation::orvakdata::Array makeCharArray(std::u16string text);
+[[nodiscard]] foundation::orvakdata::Array makeCharArray(std::u16string text);
 
 // The first element of a string array.
 // Lifetime: the array's data.
 // Errors: an array of another type, or without elements; a missing element.
-const std::u16string& firstString(const foundation::orvakdata::Array& array);
+[[nodiscard]] const std::u16string& firstString(const foundation::orvakdata::Array& array);
 
 // A string array of one column.
-foundation::orvakdata::Array makeStringColumn(foundation::orvakdata::StringElements elements);
+[[nodiscard]] foundation::orvakdata::Array makeStringColumn(foundation::orvakdata::StringElements elements);
 
 } // namespace tessgen::standalone

@@ -23,7 +23,7 @@ using foundation::orvakdata::Array;
 using foundation::orvakdata::StringElements;
 using Arrays = std::vector<Array>;
 
-// Takes one of the texts of each place.
+// Moves one of the texts out of each place.
 Array columnOf(std::vector<FoundPlace>& places, std::u16string FoundPlace::*text) {
     StringElements elements;
     elements.reserve(places.size());
@@ -37,7 +37,7 @@ Arrays callWhichString(const Arrays& arguments) {
     auto places = currentSession().find(firstString(arguments.at(0)));
     Arrays outputs(2);
     outputs[0] = columnOf(places, &FoundPlace::line);
-    if (places.size() == 1 && places.front().partner.empty()) { // as most names have it
+    if (places.size() == 1 && places.front().partner.empty()) { // the usual case
         thread_local const Array noPartner = makeStringColumn(StringElements(1, std::u16string()));
         outputs[1] = noPartner;
     } else {
@@ -61,7 +61,7 @@ Arrays call(const std::string& function, const Arrays& arguments) {
     throw std::invalid_argument("the stand-alone host has no function " + function);
 }
 
-// Evaluates at once, on the calling thread; the future is ready when it is handed out.
+// Evaluates at once, on the calling thread; the future is ready when it is returned.
 class Engine final : public rux::RUX {
 public:
     rux::Future<Arrays> feval(const std::string& function, const Arrays& arguments, unsigned long /*outputCount*/,
@@ -75,7 +75,8 @@ public:
             promise.set_exception(
                 boost::copy_exception(boost::exception_detail::std_exception_ptr_wrapper(std::current_exception())));
         }
-        return promise.get_future(); // last: a promise that leaves a future waiting ends the program if memory is out
+        // Take the future last: destroying a promise with a waiting future allocates and would terminate.
+        return promise.get_future();
     }
 };
 

@@ -1,4 +1,4 @@
-// The host's services that are no functions of the host language: each answers from the open session.
+// The host's services that are not functions of the host language. Each answers from the open session.
 #include "fl/filesystem.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "tessapp/internal/screener/meta/search.hpp"

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <functional>
 #include <ios>
 #include <sys/stat.h>
 #include <utility>
@@ -12,18 +11,13 @@
 namespace tessgen::standalone {
 namespace {
 
-TEST(FolderStamp, TellsEachOfItsParts) {
-    const struct stat same {};
-    struct stat other {};
-    const std::vector<std::function<void()>> changes = {
-        [&] { ++other.st_dev; },          [&] { ++other.st_ino; },         [&] { ++other.st_mtim.tv_sec; },
-        [&] { ++other.st_mtim.tv_nsec; }, [&] { ++other.st_ctim.tv_sec; }, [&] { ++other.st_ctim.tv_nsec; }};
-    for (const auto& change : changes) {
-        other = same;
-        EXPECT_EQ(stampOf(other), stampOf(same));
-        change();
-        EXPECT_NE(stampOf(other), stampOf(same));
-    }
+TEST(FolderStamp, HasTheFoldersIdentityAndTimes) {
+    struct stat status {};
+    status.st_dev = 1;
+    status.st_ino = 2;
+    status.st_mtim = {3, 4};
+    status.st_ctim = {5, 6};
+    EXPECT_EQ(stampOf(status), (FolderStamp{1, 2, 3, 4, 5, 6}));
 }
 
 TEST(FolderStamp, IsNotBelievedOnDisksWithoutTheTimeOfTheInode) {

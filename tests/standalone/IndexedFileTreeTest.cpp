@@ -39,13 +39,10 @@ struct stat statusOf(const std::string& path) {
     return status;
 }
 
-timespec after(timespec time, long seconds, long nanoseconds = 0) {
+timespec after(const timespec& time, long seconds, long nanoseconds = 0) {
     constexpr long second = 1'000'000'000;
-    time.tv_sec += seconds;
-    time.tv_nsec += nanoseconds;
-    time.tv_sec += time.tv_nsec < 0 ? -1 : time.tv_nsec / second;
-    time.tv_nsec += time.tv_nsec < 0 ? second : -(time.tv_nsec / second * second);
-    return time;
+    const long all = (time.tv_sec + seconds) * second + time.tv_nsec + nanoseconds;
+    return {all / second, all % second};
 }
 
 void setModified(const std::string& path, const timespec& time) {

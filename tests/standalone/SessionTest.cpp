@@ -4,9 +4,12 @@
 #include "foundation/orvakdata/ArrayFactory.hpp"
 #include "foundation/orvakdata/CharArray.hpp"
 #include "rux/Factory.hpp"
+#include "standalone/doctor/NotFound.hpp"
+#include "standalone/doctor/SpellingSuggestions.hpp"
 #include "tessapp/internal/screener/meta/search.hpp"
 #include "tessapp/util/foundation.hpp"
 #include "tessgen/datalists.hpp"
+#include "tessgen/kelwhich/kelwhich.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
@@ -16,7 +19,6 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 namespace tessgen::test {
@@ -69,7 +71,7 @@ TEST(Session, AnswersTheHostsServicesFromItsManifest) {
     EXPECT_EQ(textsOf(outputs[1]), (Texts{u"", u"", u"table method"}));
 }
 
-TEST(Session, KeepsItsViewWhenThatIsFixed) {
+TEST(Session, KeepsItsSnapshot) {
     const TemporaryFolder folder;
     folder.write("installation.json", R"({"searchPath": ["lib"]})");
     folder.makeFolder("lib/sub");
@@ -103,6 +105,107 @@ TEST(Session, IsTheOnlyOneAndNeedsItsFolders) {
     const Session again(folder.path());
 }
 
+// Between two questions another folder may come to lie where the root was.
+TEST(Session, AsksTheRootOfTheMoment) {
+    const TemporaryFolder top;
+    top.write("root/a/f.vk");
+    top.write("root/installation.json", R"({"searchPath": ["a"]})");
+    top.write("other/a/g.vk");
+    const Session session(top.path("root"));
+    const auto count = [](const char16_t* name) { return standalone::currentSession().find(name).size(); };
+    EXPECT_EQ(count(u"f"), 1);
+    std::filesystem::rename(top.path("root"), top.path("moved"));
+    EXPECT_EQ(count(u"f"), 0);
+    std::filesystem::rename(top.path("other"), top.path("root"));
+    EXPECT_EQ(count(u"f"), 0);
+    EXPECT_EQ(count(u"g"), 1);
+}
+
+TEST(Session, JoinsNamesToFoldersAsText) {
+    const TemporaryFolder folder;
+    folder.write("installation.json", R"({"searchPath": ["lib"]})");
+    folder.write("lib/f.vk");
+    const auto root = std::filesystem::path(folder.path()).u16string();
+    const Session session(folder.path());
+    const std::pair<std::u16string, Texts> cases[] = {
+        {u"./f", {root + u"/lib/./f.vk"}}, {u"../lib/f.vk", {root + u"/lib/../lib/f.vk"}}, {u"f.vk/", {}}, {u"./", {}}};
+    for (const auto& [name, paths] : cases) {
+        EXPECT_EQ(textsOf(start(callWhich, {name}).get().at(0)), paths);
+    }
+}
+
+// What the host's own search calls absent is an error where the library asks the disk.
+TEST(Session, FailsWhereTheLibraryItselfAsksTheDisk) {
+    const TemporaryFolder folder;
+    folder.write("installation.json",
+                 R"({"supportPackageRoot": "packages", "searchPath": ["lib"], "supportStore": "support.cdb"})");
+    folder.link("lib/f.vk", "f.vk");
+    folder.link("packages/lib/g.vk", "g.vk");
+    folder.write("lib/g.vk");
+    standalone::buildSupportStore(folder.write("records.jsonl", R"({"path": "lib/g.vk"})"), folder.path("support.cdb"),
+                                  folder.path());
+    const auto root = std::filesystem::path(folder.path()).u16string();
+    const Session session(folder.path());
+    const std::pair<std::u16string, bool> cases[] = {{u"f", false},
+                                                     {root + u"/lib/f.vk", true},
+                                                     {u"lib/" + std::u16string(256, u'n'), false},
+                                                     {root + u"/" + std::u16string(256, u'n'), true},
+                                                     {u"g", true}};
+    for (const auto& [name, fails] : cases) {
+        if (fails) {
+            EXPECT_THROW(kelwhich::kelwhich(name), std::system_error);
+        } else {
+            EXPECT_TRUE(kelwhich::kelwhich(name).empty());
+        }
+    }
+}
+
+TEST(NotFound, SaysWhatKeepsANameFromAFile) {
+    const TemporaryFolder folder;
+    folder.write("installation.json", R"({"searchPath": ["lib"], "kelPath": ["kel"]})");
+    for (const auto* file :
+         {"lib/f.vk", "lib/+p/g.vk", "lib/f.txt", "kel/f.vk", "lib/sub/f.vk", "lib/private/+p/h.vk"}) {
+        folder.write(file);
+    }
+    const Session session(folder.path());
+    struct Case {
+        std::string file;
+        std::u16string name;
+        std::vector<std::string> reasons;
+    };
+    const Case cases[] = {
+        {"lib/f.vk", u"f", {}},
+        {"lib/none.vk", u"none", {"there is no such file"}},
+        {"lib", u"lib", {"it is not a regular file"}},
+        {"lib/+p/g.vk", u"g", {"it is not found as g: it defines p.g"}},
+        {"lib/+p/g.vk", u"p/g", {"no search folder followed by /p/g leads to it"}},
+        {"lib/f.txt",
+         u"f",
+         {"its extension is not in the manifest", "the search does not look into the folder of the file"}},
+        {"lib/private/+p/h.vk", u"p.h", {"the search does not look into the folder of the file"}},
+        {"lib/sub/f.vk", u"f", {folder.path("lib/sub") + " is not on the search path"}},
+        {"kel/f.vk",
+         u"f",
+         {folder.path("kel") + " is not on the search path: the files of KEL folders are found by records"}},
+    };
+    for (const auto& [file, name, reasons] : cases) {
+        EXPECT_EQ(standalone::whyNotFound(folder.path(file), name, standalone::currentSession()), reasons) << file;
+    }
+}
+
+TEST(SpellingSuggestions, AreTheNearestNamesUntilTheDeadline) {
+    using standalone::SpellingSuggestions;
+    const TemporaryFolder folder;
+    folder.write("installation.json", R"({"searchPath": ["lib"], "builtins": [{"name": "waves"}]})");
+    for (const auto* file : {"lib/wave.vk", "lib/ware.vk", "lib/+p/wave.vk", "lib/other.vk"}) {
+        folder.write(file);
+    }
+    const Session session(folder.path());
+    const auto& state = standalone::currentSession();
+    EXPECT_EQ(SpellingSuggestions(state).similarTo("wave"), (std::vector<std::string>{"ware", "waves", "p.wave"}));
+    EXPECT_TRUE(SpellingSuggestions(state, SpellingSuggestions::Clock::now()).similarTo("wave").empty());
+}
+
 // An error of an evaluation is stored in the future, and arrives as the very object that was thrown.
 TEST(Session, HandsAnEvaluationsErrorOnThroughTheFuture) {
     const TemporaryFolder folder;
@@ -123,15 +226,6 @@ TEST(Session, HandsAnEvaluationsErrorOnThroughTheFuture) {
     }
     EXPECT_NE(caught[0], nullptr);
     EXPECT_EQ(caught[0], caught[1]);
-}
-
-TEST(Session, GivesEachThreadItsOwnEngine) {
-    const auto mine = rux::Factory::getCurrentLocalRUX();
-    EXPECT_EQ(rux::Factory::getCurrentLocalRUX(), mine);
-    std::shared_ptr<rux::RUX> other;
-    std::thread([&] { other = rux::Factory::getCurrentLocalRUX(); }).join();
-    EXPECT_NE(other, mine);
-    EXPECT_NE(rux::RUX::createRequestID(), rux::RUX::createRequestID());
 }
 
 TEST(Services, JoinPathsWithOneSeparator) {

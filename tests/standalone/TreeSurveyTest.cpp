@@ -57,6 +57,10 @@ TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
     }
 }
 
+TEST(TreeSurvey, TakesTheTreeItselfForAPlainFolder) {
+    EXPECT_THAT(surveyTree("/w/+p", {}, MemoryFileTree("/w/+p", {"f.vk"})).searchFolders, ElementsAre("."));
+}
+
 TEST(TreeSurvey, KeepsKELFoldersOutOfTheSearch) {
     struct Case {
         Strings given;
