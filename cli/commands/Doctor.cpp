@@ -39,8 +39,9 @@ std::string asText(const Findings& findings) {
     std::string text;
     auto to = std::back_inserter(text);
     for (auto first = findings.begin(); first != findings.end();) {
-        const auto last = std::find_if(first, findings.end(),
-                                       [diagnostic = first->diagnostic](const Finding& other) { return other.diagnostic != diagnostic; });
+        const auto last = std::find_if(first, findings.end(), [diagnostic = first->diagnostic](const Finding& other) {
+            return other.diagnostic != diagnostic;
+        });
         const auto& [code, message, advice] = textOf(first->diagnostic);
         fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", code, message, advice);
         const auto shown = std::min(last - first, shownPlaces);
