@@ -56,7 +56,8 @@ template <typename Disk>
 class NameSearchContract : public testing::Test {
 protected:
     NameSearchContract() {
-        for (const char* folder : {"one", "absent", "notes.txt", "two/pipe.vk", "two"}) {
+        for (const char* folder :
+             {"one", "absent", "notes.txt", "notes.txt/below", "two/pipe.vk", "two/@loop", "two"}) {
             installation.searchPath.push_back(disk.path(folder));
         }
         installation.extensions = {"vkx", "vk"};

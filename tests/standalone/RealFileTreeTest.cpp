@@ -23,20 +23,6 @@ using test::TemporaryFolder;
 
 const EntryFilter all{[](std::string_view) { return true; }};
 
-TEST(RealFileTree, TellsAbsentFromUnreadable) {
-    const TemporaryFolder top;
-    const std::string file = top.write("file");
-    const std::string loop = top.link("loop", "loop");
-    const RealFileTree tree;
-    EXPECT_EQ(tree.entries(top.path(), all).value().size(), 2U);
-    for (const std::string& absent : {std::string(), top.path("none"), file, file + "/below", loop}) {
-        EXPECT_FALSE(tree.entries(absent, all)) << absent;
-    }
-    for (const std::string& absent : {top.path("none"), file + "/", loop, top.path(std::string(256, 'n'))}) {
-        EXPECT_FALSE(tree.kindOf(absent)) << absent;
-    }
-}
-
 TEST(RealFileTree, NamesWhatItMayNotRead) {
     const TemporaryFolder top;
     const std::string closed = top.makeFolder("closed");

@@ -10,7 +10,7 @@
 #include "tessapp/util/foundation.hpp"
 #include "tessgen/datalists.hpp"
 #include "tessgen/kelwhich/kelwhich.hpp"
-#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/SupportStores.hpp"
 
 #include <gtest/gtest.h>
 
