@@ -9,6 +9,7 @@ add_unit_tests(
   host/ORVAKWhichResolverTest.cpp
   host/PathsTest.cpp
   resolver/ExplanationTest.cpp
+  resolver/OrderingTest.cpp
   resolver/QuestionsTest.cpp
   resolver/RandomWorldsTest.cpp
   support/FakeArrays.cpp
