@@ -79,7 +79,7 @@ TEST(GoldenFiles, IndexIsRead) {
     const auto golden = goldenFile(searchIndexKind);
     EXPECT_THAT(checkSearchIndex(golden), testing::FieldsAre(folders.size(), 0, testing::IsEmpty()));
     const DatabaseFile file(golden, searchIndexKind);
-    const auto all = [](std::string_view /*name*/) { return true; };
+    const EntryFilter all{[](std::string_view /*name*/) { return true; }};
     for (const auto& folder : folders) {
         const auto entry = DatabaseSearch(file, folder.path).next().value();
         const auto read = decodeFolder(entry.value).value();

@@ -182,7 +182,7 @@ TEST(NotFound, SaysWhatKeepsANameFromAFile) {
         {"lib/f.txt",
          u"f",
          {"its extension is not in the manifest", "the search does not look into the folder of the file"}},
-        {"lib/private/+p/h.vk", u"p.h", {"the search does not look into the folder of the file"}},
+        {"lib/private/+p/h.vk", u"p.h", {folder.path("lib/private") + " is not on the search path"}},
         {"lib/sub/f.vk", u"f", {folder.path("lib/sub") + " is not on the search path"}},
         {"kel/f.vk",
          u"f",
