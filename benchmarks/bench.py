@@ -54,7 +54,7 @@ class World:
         with open(f"{self.root}/expected", encoding="utf-8") as lines:
             for name, path in map(str.split, lines):
                 self.answers.setdefault(name, []).append(path)
-        # Names that other programs find as NAME.vk, and of these, those of several candidates.
+        # Names that other programs find as NAME.vk; `shared` are those of them with several candidates.
         self.plain = [n for n, found in self.answers.items() if found[0].endswith(f"/{n}.vk")]
         self.shared = [n for n in self.plain if n[0] == "c"]
 
@@ -76,7 +76,7 @@ class Bench:
         self.folder = folder
         self.quick = quick
         self.rounds = 5 if quick else 51
-        # Copies, as an installer makes them: how a file's pages lie in memory decides about the start.
+        # Copies, as an installer makes them: the start depends on how a file's pages lie in memory.
         self.tools = os.path.join(folder, "bin")
         os.mkdir(self.tools)
         for program in [f"{build}/cli/kelwhich", *glob.glob(f"{glob.escape(build)}/benchmarks/bench_*")]:
@@ -107,7 +107,7 @@ class Bench:
             self.check_answers(world)
 
     def check_answers(self, world):
-        """All names, from a fixed view, and some by a question of their own."""
+        """All names from one snapshot, and some by a process of their own."""
         for manifest in [f"n{self.counts[0]}"] + (["index"] if self.has_index else []):
             questions = [(["--from", f"{world.root}/names"], world.answers)]
             questions += [([name], {name: world.answers[name]})
@@ -242,7 +242,7 @@ class Bench:
         self.add("4", f"{what}: beside zsh whence -a", f"{asked[0]:.0f} us", asked[0] / whence[0], 0.02)
 
     def warm(self):
-        """Goals 5 and 6: names in a fixed session, by Google Benchmark."""
+        """Goals 5 and 6: names in a session with a snapshot, by Google Benchmark."""
         tool = f"{self.tools}/bench_session"
         if not os.path.exists(tool):
             self.skip("5, 6", "names in a fixed session", "install libbenchmark-dev")
@@ -267,7 +267,7 @@ class Bench:
         self.add("6", f"N={self.counts[2]} beside N={self.counts[0]}", f"{first[self.large, high]:.2f} us",
                  first[self.large, high] / first[self.large, low], 3)
         self.add("6", "a missing name beside a found one", f"{missing:.2f} us", missing / base, 1)
-        self.told_the_folder(base, again)
+        self.beside_oxc_resolver(base, again)
 
     def shuffled(self, world):
         path = f"{world.root}/shuffled"
@@ -280,7 +280,7 @@ class Bench:
         return path
 
     def asked_again(self, manifest):
-        """What one name more costs the program when it was answered before, its line read and counted."""
+        """What one more name costs the program that it has resolved before, reading its line included."""
         paths = []
         for times in (1, 401):
             paths.append(f"{self.folder}/again{times}")
@@ -289,18 +289,18 @@ class Bench:
         once, often = self.beside(*(self.ask(self.large, manifest, "-q", "--from", path) for path in paths))
         return (often[0] - once[0]) / (400 * min(500, len(self.large.shared)))
 
-    def told_the_folder(self, first, again):
-        what = "beside oxc-resolver, which is told the folder"
+    def beside_oxc_resolver(self, first, again):
+        what = "beside oxc-resolver, which is given the folder"
         modules = os.environ.get("KELWHICH_NODE_MODULES", "")
         if not shutil.which("node") or not os.path.isdir(f"{modules}/oxc-resolver"):
             self.skip("5", what, "install nodejs and npm, then scripts/bench.sh --npm")
             return
-        told = float(run("node", f"{HERE}/told.cjs", modules, self.large.root, f"{self.large.root}/expected"))
-        self.add("5", f"{what}: first", f"{told:.2f} us", first / told, 1.5)
-        self.add("5", f"{what}: again", f"{told:.2f} us", again / told, 0.15)
+        given = float(run("node", f"{HERE}/oxc_resolver.cjs", modules, self.large.root, f"{self.large.root}/expected"))
+        self.add("5", f"{what}: first", f"{given:.2f} us", first / given, 1.5)
+        self.add("5", f"{what}: again", f"{given:.2f} us", again / given, 0.15)
 
     def gates(self):
-        """Goals 7 and 9: what no noise changes."""
+        """Goals 7 and 9: counts, which are the same in each run."""
         if not shutil.which("strace"):
             self.skip("7", "system calls", "install strace")
         else:
@@ -322,7 +322,7 @@ class Bench:
                 self.add("9", f"{what}, beside what is written down", str(count), ratio, instructions.GROWTH)
 
     def others(self):
-        """What other programs take for one name; no goals."""
+        """The time that other programs take for one name; no goals."""
         world, name = self.large, self.large.shared[-1]
         finder = ("import sys\nfrom importlib.machinery import FileFinder, SourceFileLoader\n"
                   "[FileFinder(f, (SourceFileLoader, ['.vk'])).find_spec(sys.argv[2])"

@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
-"""Counts the system calls of the program, which no noise changes. Usage: calls.py PROGRAM [FOLDERS]
+"""Counts the system calls of the program, which are the same in each run. Usage: calls.py PROGRAM [FOLDERS]
 
 A question without the index may make five for each folder that it lists and one for each candidate, those of the start
-included; with the index, one for each folder, two for each candidate, and 40. Asking names again, where many are
-answered, makes none. No folder below the root is looked for by its whole path, and the program does not ask where it
-lies. Prints each count and ends with 1 when one is too high.
+included; with the index, one for each folder, two for each candidate, and 40. With --from, a name that is asked again
+makes none. No folder below the root is opened by its whole path. Prints each count and ends with 1 when one is too high.
 """
 import json
 import os
@@ -46,8 +45,8 @@ def one_question(program, manifest, world):
 
 
 def long_ways(program, manifest, world):
-    """The calls of one question that make the system walk to a folder from the top; none where it cannot hold a
-    folder."""
+    """The calls of one question that open a folder by its whole path; 0 where the system cannot hold a folder open and
+    open others below it."""
     with tempfile.NamedTemporaryFile("r") as log:
         subprocess.run(["strace", "-f", "-o", log.name, program, "-i", manifest, next(iter(names_of(world)))], check=True,
                        stdout=subprocess.DEVNULL)
@@ -59,7 +58,7 @@ def long_ways(program, manifest, world):
 
 
 def asked_again(program, manifest, world, folder):
-    """The calls that names make when they are asked a second time; those that read and write lines do not count."""
+    """The calls that names make when they are asked a second time, without those that read lines."""
     calls = []
     for times in (1, 2):
         path = os.path.join(folder, f"names{times}")
@@ -71,7 +70,7 @@ def asked_again(program, manifest, world, folder):
 
 
 def with_index(program, manifest):
-    """The same manifest with an index, which is built."""
+    """The same manifest with an index; builds the index."""
     with open(manifest, encoding="utf-8") as text:
         settings = json.load(text)
     indexed = os.path.join(os.path.dirname(manifest), "indexed.json")

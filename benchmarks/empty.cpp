@@ -1,4 +1,4 @@
-// The least that a program in C++ costs: what start-up is measured by.
+// The smallest C++ program, whose time the start of others is compared with.
 #include <iostream>
 
 int main() {}

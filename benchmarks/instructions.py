@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Counts what the library takes for a name with five candidates: instructions and allocations, which no noise changes.
+"""Counts the instructions and allocations of the library for a name with five candidates; the same in each run.
 
 Usage: instructions.py BENCH_RESOLVE [--renew]    BENCH_RESOLVE is the program of the release build
 Ends with 1 when a count has grown by more than 3 % since it was written down in instructions.json. --renew writes the
@@ -19,7 +19,7 @@ GROWTH = 1.03
 
 
 def instructions_of(program, what, times):
-    # The C library's plainest copies of memory, so that every processor counts alike.
+    # The C library's simplest functions for memory, so that the count does not depend on the processor.
     plain = os.environ | {"GLIBC_TUNABLES": "glibc.cpu.hwcaps=-AVX2,-AVX,-AVX512F,-AVX512VL,-ERMS,-FSRM"}
     with tempfile.TemporaryDirectory() as folder:
         done = subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={folder}/out", program, what,
@@ -40,7 +40,7 @@ def counts_of(program):
 
 
 def measure(program):
-    """For each name, the count and what is written down; a text when they cannot be compared."""
+    """For each name, the count and the recorded one; a text when they cannot be compared."""
     if not os.path.exists(program):
         return "the program was not built"
     try:

@@ -1,5 +1,4 @@
-// Lists every folder that a file names, one a line: opens, reads and closes it, and nothing else. What no search
-// without an index can be faster than.
+// Opens, reads and closes every folder that a file names, one a line. No search without an index can be faster.
 #include <array>
 #include <cstdio>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-// What a resolver that is told the folder takes for a name, warm: the median of passes over 1,000 names, in
+// What a resolver that is given the folder takes for a name, warm: the median of passes over 1,000 names, in
 // microseconds. Usage: oxc_resolver.cjs MODULES ROOT EXPECTED
 const fs = require("fs");
 const path = require("path");

@@ -1,4 +1,4 @@
-"""A plot of what a question costs, as an SVG that is read in light and dark."""
+"""A plot of what a question costs, as an SVG for light and dark pages."""
 import math
 
 WIDTH, HEIGHT = 360, 260  # of one panel's inside

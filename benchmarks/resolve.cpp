@@ -1,7 +1,7 @@
 // The library alone: a name with five candidates over collaborators in memory.
 //
-// Usage: bench_resolve [WHAT COUNT]    answers COUNT times, for a tool that counts instructions; without arguments,
-// tells the compiler, and for each WHAT how often it allocates memory.
+// Usage: bench_resolve [WHAT COUNT]    runs WHAT COUNT times, for a tool that counts instructions; without arguments,
+// prints the compiler's version, and for each WHAT how many allocations it makes.
 #include "host/Paths.hpp"
 #include "standalone/Session.hpp"
 #include "standalone/manifest/Installation.hpp"

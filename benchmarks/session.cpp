@@ -1,4 +1,4 @@
-// The library over the stand-alone host in a fixed view: what one name costs where many are asked.
+// The library over the stand-alone host with a snapshot: the time of one name among many.
 //
 // Usage: bench_session MANIFEST NAMES [OPTIONS of Google Benchmark]; NAMES has a name on each line, in the order in
 // which they are asked.
@@ -28,13 +28,13 @@ namespace {
 using namespace tessgen;
 using Names = std::vector<std::u16string>;
 
-// As kelwhich::kelwhich puts them together.
+// Composed as in kelwhich::kelwhich.
 kelwhich::KELWhichResolver makeResolver() {
     return {std::make_unique<kelwhich::ORVAKWhichResolver>(), std::make_unique<kelwhich::ScreenerMetadataResolver>(),
             std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::make_unique<kelwhich::RealFileSystem>())};
 }
 
-// Asks all names by resolvers that have not seen them; the time of one name.
+// Resolves all names by resolvers that have not seen them; reports the time of one name.
 template <typename Ask>
 void askAll(benchmark::State& state, const Names& names, bool areThere, Ask ask) {
     std::size_t candidates = 0;

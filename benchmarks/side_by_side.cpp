@@ -1,10 +1,9 @@
-// Runs programs round after round, in an order of chance, and tells the median time of each and the most memory that
-// it took.
+// Runs programs round after round, in random order, and prints the median time of each and its peak memory.
 //
 // Usage: side_by_side ROUNDS WORDS PROGRAM ARGUMENT... [--- PROGRAM ARGUMENT...]
 // In an argument, %W stands for a word of the file WORDS, another one in each round. Output is thrown away. On standard
-// output, for each program: the median of its times from start to end in microseconds, its peak memory in KiB, of that
-// what was its own at its end (neither shared nor of a file), and its exit code, which is that of every round.
+// output, for each program: the median of its times from start to end in microseconds, its peak memory in KiB, the part
+// of its memory at the end that is neither shared nor of a file, and its exit code, the same in every round.
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
@@ -59,7 +58,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
     throw std::runtime_error(program.words.front() + " " + why);
 }
 
-// One run: its time is taken.
+// One timed run.
 void run(Program& program, const std::string& wordOfRound) {
     auto words = wordsOf(program, wordOfRound);
     auto arguments = pointersTo(words);
@@ -85,7 +84,7 @@ void run(Program& program, const std::string& wordOfRound) {
     program.peak = std::max(program.peak, used.ru_maxrss);
 }
 
-// One more, stopped when it ends, since the system then still tells whose its memory is.
+// One more run, stopped just before it exits, while the system still reports its memory.
 void lookAtMemory(Program& program, const std::string& wordOfRound) {
     auto words = wordsOf(program, wordOfRound);
     auto arguments = pointersTo(words);

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # The support store with N records: builds, verifies, exports and rebuilds it, asks for names, checks every result, and
 # prints time and memory of each. Usage: benchmarks/store.sh [N] [PROGRAM]
-# N is 1,000,000 unless given, and from 2,000 on; the program is the release build, which is brought up to date.
-# Times stand beside that of reading the same bytes once (cat). Memory is the peak of the process, mapped pages of the
-# store included.
+# N is at least 2,000 (default: 1,000,000). Without PROGRAM the release build is brought up to date and used. Times are
+# printed beside that of reading the same bytes once (cat). Memory is the peak of the process, mapped pages included.
 set -euo pipefail
 fail() {
   echo "store.sh: $1" >&2
@@ -26,7 +25,7 @@ mkdir kel
 echo '{"supportStore": "support.cdb", "kelPath": ["kel"]}' >installation.json
 "$here/world.py" records "$records" >records.jsonl
 
-# measured WHAT COMMAND...: its output is in `out`.
+# measured WHAT COMMAND...: runs it, writes its output to `out`, and prints its time and memory.
 measured() {
   local what=$1 begin end
   shift
@@ -48,7 +47,7 @@ mv out again.jsonl
 measured "store build of the export" "$program" store build again.jsonl --output again.cdb
 cmp support.cdb again.cdb || fail "the export builds another store"
 
-# Every file of a shared name, from the records.
+# The files of a shared name, as the records give them.
 expected() {
   grep "\"shared$1\"" records.jsonl | sed "s|.*\"path\": \"\([^\"]*\)\".*|$top/\1|" | sort
 }

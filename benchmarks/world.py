@@ -7,7 +7,7 @@ Usage: world.py tree FOLDER M    an installation whose search for a plain name m
 A tree's search folders hold three class folders, a private one and a package each, and every folder 20 definitions. A
 quarter of a folder's definitions are shared: their names, which begin with "c", are found in one folder of every kind
 but the package. The others, which begin with "s", stand alone; those of the package are asked for as area.s... Every
-fifth has the second extension. FOLDER/expected tells each name's candidates in the order in which they must be
+fifth has the second extension. FOLDER/expected lists each name's candidates in the order in which they must be
 answered, "NAME PATH" a line, with at least 10,000 records: the record's file or built-in stands behind the definitions
 of the name and before the methods.
 

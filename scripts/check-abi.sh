@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compares the layout of the types that users of the libraries are compiled with to the one that is checked in: members
-# and their places, the order of virtual functions, the values of enumerations. What is exported, tests/exports.sh sees.
+# Compares the layout of the libraries' public types with the one that is checked in: members and their offsets, the
+# order of virtual functions, the values of enumerations. tests/exports.sh compares the exported symbols.
 # Usage: scripts/check-abi.sh [--renew]
 . "$(dirname "$0")/lib.sh"
 export LC_ALL=C
@@ -13,7 +13,7 @@ mkdir -p "$tmp/tessgen/kelwhich"
 printf '#define KELWHICH_EXPORT\n#define KELWHICH_NO_EXPORT\n' >"$tmp/tessgen/kelwhich/export.hpp"
 compile=(clang++ -std=c++20 -w -Iinclude -Iplatform/include -I. "-I$tmp" tests/abi/face.cpp)
 
-# Of each type of ours its direct members; what the standard library's types are made of is its own affair.
+# The direct members of our own types; members of the standard library's types are left out.
 "${compile[@]}" -S -emit-llvm -o /dev/null -Xclang -fdump-record-layouts -Xclang -fdump-vtable-layouts >"$tmp/dump"
 awk '
   function flush() { if (block != "") print block "\n"; block = "" }
@@ -29,7 +29,7 @@ sed -nE "s/.*EnumConstantDecl.* ([A-Za-z]+) '(tessgen[A-Za-z:]+)'/\2::\1/p; s/.*
   "$tmp/ast" >"$tmp/enumerations"
 
 awk 'BEGIN { RS = ""; ORS = "\n\n" } !seen[$0]++' "$tmp/records" "$tmp/enumerations" >"$tmp/layout"
-for type in KELWhichResolver WhichResult FileSystem Session View; do # what finds nothing compares nothing
+for type in KELWhichResolver WhichResult FileSystem Session View; do # an empty list would equal an empty list
   grep -q "::$type\b" "$tmp/layout" || { echo "check-abi.sh: the compiler does not show $type" >&2; exit 2; }
 done
 [ "${1-}" != --renew ] || cp "$tmp/layout" "$expected"

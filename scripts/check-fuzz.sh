@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Whether fuzzing finds anything: puts the faults of fuzz/planted.patch, one for each target, into a copy of the sources
-# and fails unless every target stops at its own. Usage: scripts/check-fuzz.sh [SECONDS]
+# Shows that fuzzing finds faults: plants those of fuzz/planted.patch, one for each target, in a copy of the sources, and
+# fails unless every target stops at its own. Usage: scripts/check-fuzz.sh [SECONDS]
 . "$(dirname "$0")/lib.sh"
 scripts/setup.sh gates
 copy=build/planted

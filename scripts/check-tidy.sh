@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Fails on any finding of clang-tidy in our own code, with the settings of .clang-tidy.
 # Usage: check-tidy.sh [--quick] [PATTERN]
-# --quick leaves out the analyzer, the tests, and sources that neither changed in the last 30 commits (or since) nor
-# include a header that did; all sources where the history is shorter. PATTERN chooses among the sources' paths.
+# --quick leaves out the analyzer, the tests, and sources that did not change in the last 30 commits or since; for a header
+# that did, one source that includes it is checked. Where the history is shorter, all sources are. PATTERN selects sources
+# by their path.
 . "$(dirname "$0")/lib.sh"
 scripts/setup.sh gates
 scripts/configure.sh clang

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Configures build/PRESET if that is still to be done; anew when the folder was made for another place, as after the
-# clone was moved or copied. Usage: scripts/configure.sh PRESET
+# Configures build/PRESET unless it is configured already. Deletes it first when it was configured for another path, as
+# in a clone that was moved or copied. Usage: scripts/configure.sh PRESET
 . "$(dirname "$0")/lib.sh"
 
 cache=build/$1/CMakeCache.txt

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Makes a folder a copy of the sources, without what is built. Usage: copy_sources.py FOLDER
 
-What git knows or would add is there, nothing else but the folder's own build/; files that are the same keep their times.
+Copies the files that git tracks or would add, and deletes others except in the folder's own build/. Equal files keep their
+times.
 """
 import pathlib
 import shutil

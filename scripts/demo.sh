@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Sets everything up and answers names of the example installation. Usage: scripts/demo.sh [NAME...]
-# Can be run again at once: what is there already is not made anew.
+# Running it again is quick: it builds only what changed.
 . "$(dirname "$0")/lib.sh"
 
 scripts/setup.sh build

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the fuzz targets, two side by side, each from its seeds in fuzz/seeds. Usage: scripts/fuzz.sh [SECONDS] [TARGET...]
-# Each of worlds, manifest, store, records and program gets SECONDS (60). What a crash was made by is kept in
-# build/crashes, and the exit code is then 1, as it is when a target tries too few inputs.
+# Each of worlds, manifest, store, records and program gets SECONDS (60). An input that crashes is kept in build/crashes.
+# The exit code is 1 after a crash, and when a target tries too few inputs.
 . "$(dirname "$0")/lib.sh"
 export seconds=${1:-60}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "fuzz.sh: expected a number of seconds, not '$seconds'" >&2; exit 2; }
@@ -24,8 +24,8 @@ run() {
   case $target in worlds) longest=512 depth=5 ;; store) longest=8192 depth=5 ;; program) longest=1024 depth=5 ;; esac
   mkdir -p "$work/$target/corpus" "$work/$target/tmp"
   local status=0 TIMEFORMAT='%U %S'
-  # Where memory was allocated is told when a crash is run again; here it would cost a tenth of the time, as would memory
-  # that is filled, and given back only after 256 MB of it.
+  # No stacks of allocations, which a tenth of the time would go to: running the crash again prints them. Nor is memory
+  # filled, or kept in a quarantine of 256 MB, for the same reason.
   { time TMPDIR=$work/$target/tmp ASAN_OPTIONS=malloc_context_size=0:max_malloc_fill_size=0:quarantine_size_mb=16 "build/asan/fuzz/fuzz_$target" -max_total_time="$seconds" \
     -max_len="$longest" -mutate_depth="$depth" -timeout=10 -rss_limit_mb=1024 -entropic=0 -dict=fuzz/kelwhich.dict -print_final_stats=1 \
     -artifact_prefix="build/crashes/$target-" "$work/$target/corpus" "fuzz/seeds/$target" >"$log" 2>&1; } 2>"$work/$target.cpu" || status=$?
@@ -45,7 +45,7 @@ run() {
   grep -E '^not kept|ERROR|runtime error|terminate called|what\(\)|Assertion|SUMMARY' "$log" | sed 's/^/    /' || true
   if [ -n "$input" ]; then
     echo "    to see it again: build/asan/fuzz/fuzz_$target $input"
-    echo "    once it is mended: cp $input fuzz/seeds/$target/NAME"
+    echo "    once it is fixed: cp $input fuzz/seeds/$target/NAME"
   else
     tail -n 20 "$log"
   fi

@@ -234,7 +234,7 @@ def main():
     options.add_argument("--seed", type=int, default=1, help="which ones, and in which order")
     options.add_argument("--worlds", type=int, default=2000, help="random worlds a mutant is asked about")
     options.add_argument("--jobs", type=int, default=2)
-    options.add_argument("--progress", action="store_true", help="tell of each 20 mutants on standard error")
+    options.add_argument("--progress", action="store_true", help="report every 20 mutants on standard error")
     options.add_argument("--list", action="store_true", help="only list the mutants")
     given = options.parse_args()
 

@@ -34,7 +34,7 @@ class Row:
     path: str = ""  # where it is planted
     old: str = ""
     new: str = ""
-    tells: str = ""  # what the command must say of the fault, where it fails for other reasons too
+    prints: str = ""  # what the command must print of the fault, where it could fail for other reasons
     may_hang: bool = False  # the fault is also caught when the command runs into its limit
     caught_by: str = ""  # instead of these: a command that plants faults itself, and succeeds when they are caught
 
@@ -78,22 +78,22 @@ ROWS = [
     Row("faults of system calls in look-ups", **faults("lookup"),
         figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole", limit=1800,
         path="standalone/files/RealFileTree.cpp",
-        old="errno == ENOENT ? 0 : errno;", new="errno == ENOENT ? 0 : 0;", tells=r"wrong: .* of getdents64: exit code 0"),
+        old="errno == ENOENT ? 0 : errno;", new="errno == ENOENT ? 0 : 0;", prints=r"wrong: .* of getdents64: exit code 0"),
     Row("kills and errors of system calls in store builds", **faults("store-build"),
         figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen", limit=1800,
         path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_.get()) != 0", new="fsync(descriptor_.get()) > 0",
-        tells=r"FAILED: error=\w+ at fsync 1: "),
+        prints=r"FAILED: error=\w+ at fsync 1: "),
     Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}", figure=r"(\d+) inputs",
         fault="one for each target", limit=7200, caught_by="scripts/check-fuzz.sh"),
     Row("coverage of the library", build="true", run="scripts/coverage.sh",
         figure=r"(?m)^(.*\d % \(.*)$", fault="branches that no test takes", limit=3600, path="resolver/Predicates.cpp",
         old="bool isPlainName(const std::u16string& name) {\n",
         new=f"bool isPlainName(const std::u16string& name) {{\n    if (name.size() >= 100000) {{\n{DEAD}    }}\n",
-        tells=r"(?m)^resolver/Predicates\.cpp:\d+: not reached: "),
+        prints=r"(?m)^resolver/Predicates\.cpp:\d+: not reached: "),
     Row("lines of the public types' layout", build="true", run="scripts/check-abi.sh && wc -l tests/abi/layout.txt",
         figure=r"(\d+) tests", fault="a member more in a result", limit=600, path="include/tessgen/kelwhich/WhichResult.hpp",
         old="    WhichResultType type;\n", new="    bool planted;\n    WhichResultType type;\n",
-        tells=r"(?m)^\+.*\bplanted$"),
+        prints=r"(?m)^\+.*\bplanted$"),
     Row("mutants killed", build="true", run="scripts/mutate.py", figure=r"(?m)^mutants: (.*killed.*)$",
         fault="each mutant is one", limit=8 * 3600),
 ]
@@ -122,7 +122,7 @@ def figure_of(row, output):
 
 
 def caught(row):
-    """Whether the row's own command tells of the planted fault."""
+    """Whether the row's own command reports the planted fault."""
     if row.caught_by:
         return "yes" if shell(row.caught_by, row.limit, ROOT)[0] == 0 else "NO"
     if not row.path:  # mutants are faults themselves
@@ -135,7 +135,7 @@ def caught(row):
         if status != 0:
             return "NOT PLANTED: it does not compile"
         status, output = shell(row.run, row.limit)
-        if (row.may_hang if status is None else status != 0 and re.search(row.tells, output)):
+        if (row.may_hang if status is None else status != 0 and re.search(row.prints, output)):
             return "yes"
         sys.stderr.write(output[-3000:])
         return "NO"
@@ -160,7 +160,7 @@ def prove(row):
 
 
 def write(lines):
-    """Into the document; rows that were not run stay as they were written last."""
+    """Writes the rows into the document; rows that were not run stay as they are."""
     what = lambda line: line.split(" | ")[0]
     text = DOCUMENT.read_text()
     before, rest = text.split(MARKS[0])
@@ -171,7 +171,7 @@ def write(lines):
 
 
 def unplantable():
-    """The faults for which the sources lack their place."""
+    """The faults that can no longer be planted, since the sources lack the text."""
     stale = [f"{row.path}: not there once: {row.old}" for row in ROWS
              if row.path and (ROOT / row.path).read_text().count(row.old) != 1]
     status, output = shell("patch --dry-run -p1 <fuzz/planted.patch", 60, ROOT)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing, of those named below. Usage: scripts/setup.sh [build|bench|package|test|gates]
-# Each includes `build`, and `gates` all. Installs nothing when nothing is missing; never removes a package.
+# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build|bench|package|test|gates]
+# Each set includes `build`; `gates` includes all. Never removes a package.
 set -euo pipefail
 
 packages=(

@@ -18,6 +18,7 @@ set -euo pipefail
 program=$(realpath "$1")
 session=$(realpath "$2")
 here=$(realpath "${BASH_SOURCE[0]%/*}")
+# shellcheck disable=SC2034 # for the sessions
 recordings=$here/recordings
 example=$(realpath "$here/../../examples/installation")
 
