@@ -166,32 +166,29 @@ TEST(SupportStore, RefusesEntriesThatNoBuildWrites) {
 
     const auto [position, length, checksum] = good;
     const auto behind = position + databaseEntryHeaderSize + length;
-    const std::vector<std::vector<EntryReference>> references = {
-        {good, good},
-        {{position - 8, length, checksum}},
-        {{position, length - 1, checksum}},
-        {{position, length, checksum + 1}},
-        {{0xFFFFFFFF, length, checksum}},
-        {referenceTo(infoEntry(storeMagic, storeVersion).front(), behind)},
+    std::vector<std::pair<Entries::value_type, std::vector<EntryReference>>> cases = {
+        {record, {good, good}},
+        {record, {{position - 8, length, checksum}}},
+        {record, {{position, length - 1, checksum}}},
+        {record, {{position, length, checksum + 1}}},
+        {record, {{0xFFFFFFFF, length, checksum}}},
+        {record, {referenceTo(infoEntry(storeMagic, storeVersion).front(), behind)}},
     };
-    for (const auto& wrong : references) {
-        EXPECT_NE(craftedError(record, wrong).find("is damaged"), std::string::npos) << wrong.front().position;
-    }
     const auto zero = encodeNumber(0);
     const auto huge = encodeNumber(0xFFFFFFFF);
-    const Entries records = {
-        withChecksum(encodeKey(EntryKind::name, u"/w/f.vk"), value),
-        withChecksum(key + "x", value),                         // half a code unit
-        withChecksum(key, value + '\0'),                        // more than a record
-        withChecksum(key, value.substr(0, value.size() - 1)),   // less
-        withChecksum(key, encodeNumber(128) + value.substr(4)), // a flag that does not exist
-        withChecksum(key, zero + huge),                         // a text of 8 GiB
-        withChecksum(key, zero + zero + huge),                  // a list of 4 Gi texts
-        withChecksum(key, ""),
-    };
-    for (const auto& wrong : records) {
-        EXPECT_NE(craftedError(wrong, {referenceTo(wrong)}).find("is damaged"), std::string::npos)
-            << wrong.second.size();
+    for (const auto& wrong :
+         Entries{withChecksum(encodeKey(EntryKind::name, u"/w/f.vk"), value),
+                 withChecksum(key + "x", value),                         // half a code unit
+                 withChecksum(key, value + '\0'),                        // more than a record
+                 withChecksum(key, value.substr(0, value.size() - 1)),   // less
+                 withChecksum(key, encodeNumber(128) + value.substr(4)), // a flag that does not exist
+                 withChecksum(key, zero + huge),                         // a text of 8 GiB
+                 withChecksum(key, zero + zero + huge),                  // a list of 4 Gi texts
+                 withChecksum(key, "")}) {
+        cases.emplace_back(wrong, std::vector{referenceTo(wrong)});
+    }
+    for (const auto& [entry, references] : cases) {
+        EXPECT_NE(craftedError(entry, references).find("is damaged"), std::string::npos) << references.front().position;
     }
 }
 
