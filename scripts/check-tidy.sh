@@ -6,7 +6,9 @@
 # by their path.
 . "$(dirname "$0")/lib.sh"
 scripts/setup.sh gates
+lock clang
 scripts/configure.sh clang
+cmake build/clang >/dev/null # the list of sources may have changed since
 commands=build/clang
 checks=()
 pattern='.*'
