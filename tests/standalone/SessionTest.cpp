@@ -19,6 +19,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 namespace tessgen::test {
@@ -226,6 +227,13 @@ TEST(Session, HandsAnEvaluationsErrorOnThroughTheFuture) {
     }
     EXPECT_NE(caught[0], nullptr);
     EXPECT_EQ(caught[0], caught[1]);
+}
+
+TEST(Session, GivesEachThreadItsOwnEngine) {
+    const auto mine = rux::Factory::getCurrentLocalRUX();
+    EXPECT_EQ(rux::Factory::getCurrentLocalRUX(), mine);
+    std::thread([&] { EXPECT_NE(rux::Factory::getCurrentLocalRUX(), mine); }).join();
+    EXPECT_NE(rux::RUX::createRequestID(), rux::RUX::createRequestID());
 }
 
 TEST(Services, JoinPathsWithOneSeparator) {
