@@ -83,11 +83,15 @@ ordered_json document(const Explanation::Candidate& candidate) {
     return result;
 }
 
-ordered_json document(const Explanation::Dropped& dropped) {
-    return {{"kind", kindName(dropped.result.type)},
-            {"path", inUTF8(dropped.result.path)},
-            {"source", document(dropped.source)},
-            {"rule", named(dropRules, dropped.rule)}};
+ordered_json document(const Explanation::Dropped& dropped, const Explanation::Resolution& resolution) {
+    ordered_json result = {{"kind", kindName(dropped.result.type)},
+                           {"path", inUTF8(dropped.result.path)},
+                           {"source", document(dropped.source)},
+                           {"rule", named(dropRules, dropped.rule)}};
+    if (const auto rank = rankAllTheSame(dropped, resolution)) {
+        result["rank"] = *rank;
+    }
+    return result;
 }
 
 ordered_json document(const Explanation::Redirect& redirect) {
@@ -112,9 +116,13 @@ ordered_json documents(const std::vector<Element>& elements) {
 }
 
 ordered_json document(const Explanation::Resolution& resolution) {
+    auto dropped = ordered_json::array();
+    for (const auto& result : resolution.dropped) {
+        dropped.push_back(document(result, resolution));
+    }
     return {{"name", inUTF8(resolution.name)},
             {"candidates", documents(resolution.candidates)},
-            {"dropped", documents(resolution.dropped)}};
+            {"dropped", std::move(dropped)}};
 }
 
 ordered_json document(const WhyNot::Obstacle& obstacle) {
@@ -127,6 +135,9 @@ ordered_json document(const WhyNot::Obstacle& obstacle) {
 
 ordered_json document(const WhyNot& whyNot) {
     ordered_json result = {{"path", whyNot.path}, {"place", named(places, whyNot.place)}};
+    if (whyNot.candidate) {
+        result["candidate"] = *whyNot.candidate;
+    }
     if (whyNot.rank) {
         result["rank"] = *whyNot.rank;
     }

@@ -98,7 +98,7 @@ private:
         appendCauses(candidates, name);
         for (const auto& dropped : resolution.dropped) {
             add("  left out: {} ({})\n    {}\n", escaped(inUTF8(dropped.result.path)), sourceWords(dropped.source),
-                dropWords(dropped.rule));
+                dropWords(dropped, resolution));
         }
         if (out_.size() > facts && !candidates.empty()) {
             out_.insert(facts, 1, '\n');
@@ -162,6 +162,9 @@ private:
 
     void append(const WhyNot& whyNot) {
         add("\n  why not {}?\n", escaped(whyNot.path));
+        if (whyNot.candidate) {
+            add("    it is the candidate {}\n", escaped(*whyNot.candidate));
+        }
         if (whyNot.place == WhyNot::Place::first) {
             add("    it is the first\n");
         }

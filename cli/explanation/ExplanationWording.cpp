@@ -120,10 +120,22 @@ std::string sourceWords(const Explanation::Source& source) {
     return fmt::format("{} {}", isRecord ? "support record" : "host answer", source.number);
 }
 
-std::string_view dropWords(Explanation::DropRule rule) {
-    return rule == Explanation::DropRule::hostFile
-               ? "a support record of a host file; the host's own answer counts instead"
-               : "in a private folder, which a name without \"/\" does not reach";
+std::optional<std::size_t> rankAllTheSame(const Explanation::Dropped& dropped,
+                                          const Explanation::Resolution& resolution) {
+    const auto& candidates = resolution.candidates;
+    const auto same = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& candidate) {
+        return candidate.result.type == dropped.result.type && candidate.result.path == dropped.result.path;
+    });
+    return same == candidates.end() ? std::nullopt : std::optional(same->rank);
+}
+
+std::string dropWords(const Explanation::Dropped& dropped, const Explanation::Resolution& resolution) {
+    if (dropped.rule == Explanation::DropRule::privateFolder) {
+        return "in a private folder, which a name without \"/\" does not reach";
+    }
+    const auto rank = rankAllTheSame(dropped, resolution);
+    return "a support record of a host file; the host's own answer counts instead, and "
+           + (rank ? fmt::format("gives this file rank {}", *rank) : "lacks this file");
 }
 
 std::string redirectWords(const Explanation::Redirect& redirect, const std::string& name) {

@@ -3,6 +3,8 @@
 
 #include "tessgen/kelwhich/Explanation.hpp"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,8 +21,13 @@ std::string reason(kelwhich::Explanation::Key key, const kelwhich::Explanation::
 // "support record 2", "host answer 1".
 std::string sourceWords(const kelwhich::Explanation::Source& source);
 
-// Why a candidate was dropped.
-std::string_view dropWords(kelwhich::Explanation::DropRule rule);
+// The rank at which the file of a dropped record is answered all the same, as the host found it too.
+std::optional<std::size_t> rankAllTheSame(const kelwhich::Explanation::Dropped& dropped,
+                                          const kelwhich::Explanation::Resolution& resolution);
+
+// Why a result of the resolution was dropped, and whether its file is answered all the same.
+std::string dropWords(const kelwhich::Explanation::Dropped& dropped,
+                      const kelwhich::Explanation::Resolution& resolution);
 
 // Whether a redirect of `name` is followed, and why.
 std::string redirectWords(const kelwhich::Explanation::Redirect& redirect, const std::string& name);

@@ -1,13 +1,17 @@
 #include "cli/explanation/WhyNot.hpp"
 
 #include "cli/explanation/ExplanationWording.hpp"
+#include "cli/explanation/Supposition.hpp"
 #include "cli/output/Escape.hpp"
 #include "standalone/doctor/NotFound.hpp"
 #include "standalone/files/RealFileTree.hpp"
+#include "standalone/manifest/Installation.hpp"
 #include "standalone/services/SessionState.hpp"
+#include "standalone/store/SupportRecords.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
+#include "tessgen/kelwhich/RealFileSystem.hpp"
 
 #include <fmt/format.h>
 
@@ -15,6 +19,8 @@
 #include <compare>
 #include <cstddef>
 #include <filesystem>
+#include <iterator>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -28,88 +34,154 @@ using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Resolution = Explanation::Resolution;
 
-// The spellings under which `path` may be a candidate: as it is, absolute without "." and "..", and without links.
-std::vector<std::u16string> spellings(const std::string& path) {
-    std::vector<std::u16string> all = {parseName(path)};
-    const auto add = [&all](const std::string& text) {
-        if (auto units = standalone::toUTF16(text); units && units != all.back()) {
-            all.push_back(std::move(*units));
-        }
-    };
+// `path` without "." and "..", absolute if the working folder is known.
+std::u16string absolute(const std::string& path) {
     std::error_code unknown;
     const auto folder = std::filesystem::current_path(unknown);
-    if (path.starts_with('/') || !unknown) {
-        add(standalone::absolutePath(path, folder.string()));
+    const auto text = unknown && !path.starts_with('/') ? path : standalone::absolutePath(path, folder.string());
+    return standalone::toUTF16(text).value_or(parseName(path));
+}
+
+// The same entry of the same folder, without links on the way to the folder. A file that is a link stays itself.
+std::string withoutFolderLinks(const std::string& path) {
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return path;
     }
-    if (const auto real = standalone::realPath(path)) {
-        add(*real);
+    const auto folder = standalone::realPath(path.substr(0, slash + 1));
+    return folder ? standalone::joinPath(*folder, path.substr(slash + 1)) : path;
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+    std::string list;
+    for (const auto& text : texts) {
+        list += (&text == &texts.front() ? "" : " and ") + text;
     }
-    return all;
+    return list;
+}
+
+// The names that the store has for a record.
+std::vector<std::string> namesOf(const kelwhich::SupportEntry& record) {
+    std::vector<std::string> names;
+    if (const auto& store = standalone::currentSession().store) {
+        store->forEachRecord([&](const standalone::SupportRecord& other) {
+            if (!other.entry.isBuiltin && other.entry.path == record.path) {
+                std::transform(other.names.begin(), other.names.end(), std::back_inserter(names), inUTF8);
+            }
+        });
+    }
+    return names;
+}
+
+template <typename Result>
+struct Found {
+    const Resolution* resolution;
+    const Result* result; // null when there is none
+};
+
+// The first of the results, candidates or dropped ones, of all resolutions that `isIt` accepts.
+template <typename Result, typename Predicate>
+Found<Result> findResult(const Explanation& explanation, std::vector<Result> Resolution::*results, Predicate isIt) {
+    for (const auto& resolution : explanation.resolutions) {
+        const auto& all = resolution.*results;
+        const auto found = std::find_if(all.begin(), all.end(), isIt);
+        if (found != all.end()) {
+            return {&resolution, &*found};
+        }
+    }
+    return {nullptr, nullptr};
+}
+
+template <typename Predicate>
+Found<Candidate> findCandidate(const Explanation& explanation, Predicate isIt) {
+    return findResult(explanation, &Resolution::candidates, [&](const Candidate& c) { return isIt(c.result.path); });
+}
+
+template <typename Predicate>
+Found<Explanation::Dropped> findInPrivateFolder(const Explanation& explanation, Predicate isIt) {
+    return findResult(explanation, &Resolution::dropped, [&](const Explanation::Dropped& dropped) {
+        return dropped.rule == Explanation::DropRule::privateFolder && isIt(dropped.result.path);
+    });
 }
 
 class WhyNotFinder {
 public:
     WhyNotFinder(const std::string& path, const Explanation& explanation, const ResolverSession& resolver)
-        : explanation_(explanation), resolver_(resolver),
-          spellings_(spellings(path)), answer_{path, WhyNot::Place::absent, {}, {}, {}} {}
+        : explanation_(explanation), resolver_(resolver), given_(parseName(path)),
+          path_(absolute(path)), answer_{path, WhyNot::Place::absent, {}, {}, {}, {}} {}
 
     WhyNot find() {
-        for (const auto& resolution : explanation_.resolutions) {
-            const auto& candidates = resolution.candidates;
-            const auto found = std::find_if(candidates.begin(), candidates.end(),
-                                            [this](const Candidate& c) { return matches(c.result.path); });
-            if (found != candidates.end()) {
-                compareWithFirst(resolution, *found);
-                return answer_;
-            }
+        const auto isIt = [this](const std::u16string& path) { return path == given_ || path == path_; };
+        if (!locate(isIt) && (resolver_.isReplayed() || !locateElsewhere())) {
+            const auto dropped = findResult(explanation_, &Resolution::dropped,
+                                            [&](const Explanation::Dropped& d) { return isIt(d.result.path); });
+            answer_.place = dropped.result != nullptr ? WhyNot::Place::dropped : WhyNot::Place::absent;
+            explainAbsence();
         }
-        for (const auto& resolution : explanation_.resolutions) {
-            for (const auto& dropped : resolution.dropped) {
-                if (matches(dropped.result.path)) {
-                    answer_.place = WhyNot::Place::dropped;
-                    add(fmt::format("it was left out as {}: {}", sourceWords(dropped.source), dropWords(dropped.rule)));
-                    if (dropped.rule == Explanation::DropRule::hostFile) {
-                        addReasonsOfSearch(inUTF8(dropped.result.path));
-                    }
-                    return answer_;
-                }
-            }
-        }
-        explainAbsence();
         return answer_;
     }
 
 private:
-    [[nodiscard]] bool matches(const std::u16string& path) const {
-        return std::find(spellings_.begin(), spellings_.end(), path) != spellings_.end();
+    // Finds the definition among the candidates, and among what was dropped for its folder. A dropped record of a host
+    // file does not count: the host's own answer speaks for the file.
+    template <typename Predicate>
+    bool locate(Predicate isIt) {
+        const auto [own, candidate] = findCandidate(explanation_, isIt);
+        if (candidate != nullptr) {
+            answer_.rank = candidate->rank;
+            answer_.place = candidate->rank == 1 ? WhyNot::Place::first : WhyNot::Place::behind;
+            compareWithFirst(explanation_, *own, *candidate, "");
+            return true;
+        }
+        const auto [resolution, dropped] = findInPrivateFolder(explanation_, isIt);
+        if (dropped != nullptr) {
+            answer_.place = WhyNot::Place::dropped;
+            add(fmt::format("it was left out as {}: {}", sourceWords(dropped->source),
+                            dropWords(*dropped, *resolution)));
+        }
+        return dropped != nullptr;
+    }
+
+    // The same, when the search reaches the file by another path.
+    bool locateElsewhere() {
+        const auto place = withoutFolderLinks(inUTF8(path_));
+        return locate([&](const std::u16string& path) {
+            const bool isSame = path.starts_with(u'/') && withoutFolderLinks(inUTF8(path)) == place;
+            if (isSame) {
+                answer_.candidate = inUTF8(path);
+            }
+            return isSame;
+        });
     }
 
     void add(std::string words, std::optional<Explanation::Key> key = std::nullopt) {
         answer_.obstacles.push_back({key, std::move(words)});
     }
 
-    void compareWithFirst(const Resolution& own, const Candidate& candidate) {
-        answer_.rank = candidate.rank;
-        answer_.place = candidate.rank == 1 ? WhyNot::Place::first : WhyNot::Place::behind;
+    // Adds what stands before a candidate. It would have to be as good as the first one, which is at least as good as
+    // those between them.
+    void compareWithFirst(const Explanation& explanation, const Resolution& own, const Candidate& candidate,
+                          const std::string& prefix) {
         if (candidate.rank == 1) {
             return;
         }
-        for (const auto& resolution : explanation_.resolutions) {
+        for (const auto& resolution : explanation.resolutions) {
             if (&resolution == &own) {
                 break;
             }
             if (!resolution.candidates.empty()) {
-                add(fmt::format("a record redirects {} to {}, whose candidates come first", inUTF8(explanation_.name),
-                                inUTF8(resolution.name)));
+                add(fmt::format("{}a record redirects {} to {}, whose candidates come first", prefix,
+                                inUTF8(explanation.name), inUTF8(resolution.name)));
             }
         }
         const auto& first = own.candidates.front();
         if (&first != &candidate) {
-            compareKeys(first, candidate, inUTF8(own.name));
+            compareKeys(first, candidate, inUTF8(own.name), prefix);
         }
     }
 
-    void compareKeys(const Candidate& first, const Candidate& candidate, const std::string& name) {
+    void compareKeys(const Candidate& first, const Candidate& candidate, const std::string& name,
+                     const std::string& prefix) {
         for (const auto key : Explanation::keys) {
             const auto order = Explanation::compare(key, first, candidate);
             if (order == std::strong_ordering::greater) {
@@ -117,11 +189,31 @@ private:
                 return;
             }
             if (order == std::strong_ordering::less) {
-                add(fmt::format("{}, while {}", reason(key, candidate, "it", name),
+                add(fmt::format("{}{}, while {}", prefix, ownReason(key, candidate, name),
                                 reason(key, first, inUTF8(first.result.path), name)),
                     key);
             }
         }
+    }
+
+    // As `reason`, but with every folder that makes the file host code.
+    [[nodiscard]] std::string ownReason(Explanation::Key key, const Candidate& candidate,
+                                        const std::string& name) const {
+        std::vector<std::string> folders;
+        if (key == Explanation::Key::user && !candidate.hostFolder.empty() && !resolver_.isReplayed()) {
+            const auto& installation = standalone::currentSession().installation;
+            const auto path = inUTF8(candidate.result.path);
+            for (const auto& folder : standalone::sourceCodePaths(installation)) {
+                if (path.starts_with(folder)) {
+                    folders.push_back("the source-code folder " + folder);
+                }
+            }
+            if (const auto& packages = installation.supportPackageRoot; packages && path.starts_with(*packages)) {
+                folders.push_back("the support-package root " + *packages);
+            }
+        }
+        return folders.empty() ? reason(key, candidate, "it", name)
+                               : "it is host code: its path begins with " + joined(folders);
     }
 
     void explainAbsence() {
@@ -129,49 +221,93 @@ private:
             add("no recorded answer contains it");
             return;
         }
-        const bool isFile = answer_.path.find('/') != std::string::npos || standalone::realPath(answer_.path);
-        if (!isFile) {
+        const auto& installation = standalone::currentSession().installation;
+        const auto& path = answer_.path;
+        if (path.find('/') == std::string::npos && !standalone::hasExtension(path, installation.extensions)
+            && !standalone::realPath(path)) {
             add(fmt::format("no built-in of that name is a candidate of {}, and there is no such file",
                             inUTF8(explanation_.name)));
             return;
         }
-        const auto& path =
-            spellings_.at(std::min<std::size_t>(1, spellings_.size() - 1)); // as a candidate would have it
-        const auto record = resolver_->findByPath(path);
-        const auto* const standIn = record ? candidateOf(*record->entry) : nullptr;
-        if (standIn != nullptr) {
-            add(fmt::format("{} of the support packages stands in for it", inUTF8(standIn->result.path)));
+        if (kelwhich::RealFileSystem().isOnKELPath(path_) && !standalone::isSearched(path_, installation)) {
+            explainMissingRecord();
+        } else {
+            const auto name = nameToExplain();
+            auto missing = standalone::whyNotFound(inUTF8(path_), name, standalone::currentSession());
+            for (auto& words : missing.reasons) {
+                add(std::move(words));
+            }
+            const bool isOther = missing.name != name;
+            explainNext(supposeFound(isOther ? missing.name : explanation_.name, missing.name, path_, missing.place),
+                        isOther ? fmt::format("as {}: ", inUTF8(missing.name)) : "");
+        }
+    }
+
+    // The resolved name that the file defines, for it may be a redirect's target; else the name asked for.
+    [[nodiscard]] const std::u16string& nameToExplain() const {
+        const auto defined = standalone::definedName(path_);
+        const auto& all = explanation_.resolutions;
+        const auto own = std::find_if(all.begin(), all.end(), [&](const auto& r) { return r.name == defined; });
+        return own == all.end() ? explanation_.name : own->name;
+    }
+
+    // For a file that only a record leads to.
+    void explainMissingRecord() {
+        const auto& session = standalone::currentSession();
+        const auto& name = nameToExplain();
+        const auto known = resolver_->findByPath(path_);
+        if (session.files.kindOf(inUTF8(path_)) != standalone::FileTree::Kind::file) {
+            add("there is no such file");
+        }
+        if (!known) {
+            add("it has no support record, and only a record leads to a KEL path file");
+        } else if (const auto names = namesOf(*known->entry);
+                   std::find(names.begin(), names.end(), inUTF8(name)) == names.end()) {
+            add(fmt::format("its support record is for {}, not for {}", joined(names), inUTF8(name)));
+        }
+        const auto record = known ? known->entry : usualRecord(name);
+        const auto supposed = supposeRecord(explanation_.name, standalone::definedName(name), record);
+        if (explainNext(supposed, "")) {
             return;
         }
-        add(record ? fmt::format("its support record is not found under {}; the record's own symbol is {}",
-                                 inUTF8(explanation_.name), inUTF8(record->symbol))
-                   : "it has no support record");
-        addReasonsOfSearch(inUTF8(path));
+        const auto [resolution, standIn] = findResult(supposed, &Resolution::candidates, [&](const Candidate& c) {
+            return c.record && c.record->path == record->path;
+        });
+        add(standIn != nullptr
+                ? fmt::format("{} of the support packages stands in for it", inUTF8(standIn->result.path))
+                : fmt::format("it is not found as {}: it defines {}", inUTF8(name),
+                              inUTF8(standalone::definedName(path_))));
     }
 
-    // The candidate with the same record.
-    [[nodiscard]] const Candidate* candidateOf(const kelwhich::SupportEntry& record) const {
-        for (const auto& resolution : explanation_.resolutions) {
-            for (const auto& candidate : resolution.candidates) {
-                if (candidate.record && candidate.record->path == record.path) {
-                    return &candidate;
-                }
-            }
-        }
-        return nullptr;
+    // The record that the file would be given: it supports the file.
+    [[nodiscard]] std::shared_ptr<const kelwhich::SupportEntry> usualRecord(const std::u16string& name) const {
+        const auto& session = standalone::currentSession();
+        auto record = std::make_shared<kelwhich::SupportEntry>();
+        const auto& packages = session.supportPackageRoot;
+        record->path = packages && path_.starts_with(*packages) ? session.root + path_.substr(packages->size()) : path_;
+        record->symbol = name;
+        record->supportFlags.front() = true;
+        return record;
     }
 
-    void addReasonsOfSearch(const std::string& path) {
-        if (!resolver_.isReplayed()) {
-            for (auto& why : standalone::whyNotFound(path, explanation_.name, standalone::currentSession())) {
-                add(std::move(why));
-            }
+    // Adds what would still stand before the file in a supposed explanation. False when it is not in there.
+    bool explainNext(const Explanation& supposed, const std::string& prefix) {
+        const auto isIt = [this](const std::u16string& path) { return path == path_; };
+        if (const auto [own, candidate] = findCandidate(supposed, isIt); candidate != nullptr) {
+            compareWithFirst(supposed, *own, *candidate, prefix);
+            return true;
         }
+        const auto [resolution, dropped] = findInPrivateFolder(supposed, isIt);
+        if (dropped != nullptr) {
+            add(fmt::format("{}it lies {}", prefix, dropWords(*dropped, *resolution)));
+        }
+        return dropped != nullptr;
     }
 
     const Explanation& explanation_;
     const ResolverSession& resolver_;
-    std::vector<std::u16string> spellings_;
+    const std::u16string given_;
+    const std::u16string path_; // as a candidate would have it
     WhyNot answer_;
 };
 

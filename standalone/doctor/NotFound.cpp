@@ -1,11 +1,15 @@
 #include "standalone/doctor/NotFound.hpp"
 
 #include "host/Paths.hpp"
+#include "standalone/files/FileTree.hpp"
+#include "standalone/search/NameSearch.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -16,45 +20,160 @@ std::string inUTF8(std::u16string_view text) {
     return toUTF8(text).value_or(std::string());
 }
 
-// Why the search passes over a file in a folder of the search path.
-std::string whyPassedOver(const std::u16string& path, std::u16string_view name) {
-    if (name.find(u'/') != std::u16string_view::npos) {
-        return "no search folder followed by /" + inUTF8(name) + " leads to it";
+bool contains(const std::vector<std::string>& texts, const std::string& text) {
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+std::string rootFolderOf(const std::u16string& path) {
+    const auto folder = kelwhich::packageRootFolder(path);
+    return folder.empty() ? "/" : inUTF8(folder);
+}
+
+bool isBelow(std::string_view path, std::string_view folder) {
+    return folder == "/"
+           || (path.size() > folder.size() && path.starts_with(folder) && path.substr(folder.size()).front() == '/');
+}
+
+// A tree as if one more file were in it, with the folders that lead to it.
+class TreeWithFile final : public FileTree {
+public:
+    // Lifetime: both outlive the tree.
+    TreeWithFile(const FileTree& files, const std::string& path) : files_(files), path_(path) {}
+
+    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
+                                                            const EntryFilter& wanted) const override {
+        auto entries = files_.entries(folder, wanted);
+        if (!isBelow(path_, folder)) {
+            return entries;
+        }
+        const auto rest = path_.substr(folder == "/" ? 1 : folder.size() + 1);
+        const auto name = rest.substr(0, rest.find('/'));
+        if (wanted.accepts(name)) {
+            entries = std::move(entries).value_or(std::vector<Entry>());
+            std::erase_if(*entries, [&](const Entry& entry) { return entry.name == name; });
+            entries->push_back({name, name == rest ? Kind::file : Kind::folder});
+        }
+        return entries;
     }
-    const auto defined = kelwhich::qualifiedNameForPath(path);
-    return defined == name ? "the search does not look into the folder of the file"
-                           : "it is not found as " + inUTF8(name) + ": it defines " + inUTF8(defined);
+
+    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override {
+        return path == path_ ? Kind::file : isBelow(path_, path) ? Kind::folder : files_.kindOf(path);
+    }
+
+private:
+    const FileTree& files_;
+    const std::string& path_;
+};
+
+std::optional<std::size_t> placeOf(const std::u16string& path, const std::vector<FoundPlace>& places) {
+    const auto place =
+        std::find_if(places.begin(), places.end(), [&](const FoundPlace& found) { return found.line == path; });
+    return place == places.end() ? std::nullopt : std::optional<std::size_t>(place - places.begin());
+}
+
+// The folder that must be on the search path so that `name` may lead to the file; nothing when one of them may do.
+std::optional<std::string> missingFolder(const std::string& path, const std::string& name,
+                                         const Installation& installation) {
+    const auto& searched = installation.searchPath;
+    auto folder = rootFolderOf(*toUTF16(path));
+    if (name.find('/') != std::string::npos) {
+        if (name.starts_with('/') || std::any_of(searched.begin(), searched.end(), [&](const std::string& above) {
+                return isBelow(path, above);
+            })) {
+            return std::nullopt;
+        }
+        for (const auto& extension : installation.extensions) {
+            const auto end = "/" + name + "." + extension;
+            folder = path.ends_with(end) ? path.substr(0, path.size() - end.size()) : folder;
+        }
+    }
+    return contains(searched, folder) ? std::nullopt : std::optional(std::move(folder));
+}
+
+// Names that may lead to the file, those that a person would use first.
+std::vector<std::string> namesOf(const std::u16string& path, const Installation& installation) {
+    const auto text = inUTF8(path);
+    const auto below = [&](const std::string& folder) { return text.substr(joinPath(folder, "").size()); };
+    const auto stemOf = [](const std::string& name) { return name.substr(0, name.rfind('.')); };
+    auto dotted = stemOf(below(rootFolderOf(path))); // a method of a class in a package: "+p/@C/m" is p.C.m
+    std::erase_if(dotted, [](char c) { return c == '+' || c == '@'; });
+    std::replace(dotted.begin(), dotted.end(), '/', '.');
+    std::vector<std::string> names = {inUTF8(kelwhich::qualifiedNameForPath(path)), dotted};
+    for (const auto& folder : installation.searchPath) {
+        if (isBelow(text, folder)) {
+            names.insert(names.end(), {stemOf(below(folder)), below(folder)});
+        }
+    }
+    names.push_back(text);
+    return names;
+}
+
+// The advice for a file that is found under the name `known`, but not as `asked`.
+std::string otherName(const std::u16string& path, const std::string& asked, const std::string& known) {
+    const auto defined = inUTF8(kelwhich::qualifiedNameForPath(path));
+    if (known == defined) {
+        return "it is not found as " + asked + ": it defines " + known;
+    }
+    const auto file = kelwhich::fileName(path);
+    const bool isPlace = asked == defined && std::count(file.begin(), file.end(), u'.') == 1;
+    return (isPlace ? "the search does not look into the folder of the file" : "it is not found as " + asked)
+           + ": ask for " + known;
 }
 
 } // namespace
 
-std::vector<std::string> whyNotFound(const std::string& path, std::u16string_view name, const SessionState& session) {
-    const auto& installation = session.installation;
-    const auto units = toUTF16(path).value_or(std::u16string());
-    const auto found = session.find(name);
-    if (std::any_of(found.begin(), found.end(), [&](const FoundPlace& place) { return place.line == units; })) {
-        return {};
+std::u16string definedName(const std::u16string& path) {
+    return kelwhich::qualifiedNameForPath(path);
+}
+
+bool isSearched(const std::u16string& path, const Installation& installation) {
+    return contains(installation.searchPath, rootFolderOf(path));
+}
+
+NotFound whyNotFound(const std::string& path, std::u16string_view name, const SessionState& session) {
+    const auto units = toUTF16(path).value();
+    if (const auto place = placeOf(units, session.find(name))) {
+        return {{}, std::u16string(name), *place};
     }
+    NotFound result{{}, std::u16string(name), 0};
+    auto supposed = session.installation;
+    const auto asked = inUTF8(name);
     const auto kind = session.files.kindOf(path);
-    if (kind != FileTree::Kind::file) {
-        return {kind ? "it is not a regular file" : "there is no such file"};
+    if (kind && kind != FileTree::Kind::file) {
+        result.reasons.emplace_back("it is not a regular file");
+        return result;
     }
-    std::vector<std::string> reasons;
-    const auto folder = inUTF8(kelwhich::packageRootFolder(units));
-    const auto holdsFolder = [&](const std::vector<std::string>& folders) {
-        return std::find(folders.begin(), folders.end(), folder) != folders.end();
-    };
-    if (!hasExtension(path, installation.extensions)) {
-        reasons.emplace_back("its extension is not in the manifest");
+    if (!kind) {
+        result.reasons.emplace_back("there is no such file");
     }
-    if (holdsFolder(installation.searchPath)) {
-        reasons.push_back(whyPassedOver(units, name));
-    } else {
-        reasons.push_back(
-            folder + " is not on the search path"
-            + (holdsFolder(installation.kelPath) ? ": the files of KEL folders are found by records" : ""));
+    const auto fileName = path.substr(path.rfind('/') + 1);
+    const bool isWhole = asked.find('/') != std::string::npos && (path.ends_with("/" + asked) || asked.front() == '/');
+    if (!isWhole && !hasExtension(fileName, supposed.extensions)) {
+        const auto dot = fileName.rfind('.');
+        result.reasons.emplace_back(dot == std::string::npos ? "it has no extension"
+                                                             : "its extension is not in the manifest");
+        supposed.extensions.push_back(fileName.substr(dot + 1));
     }
-    return reasons;
+    if (auto folder = missingFolder(path, asked, supposed)) {
+        result.reasons.push_back(*folder + " is not on the search path");
+        supposed.searchPath.push_back(std::move(*folder));
+    }
+    const TreeWithFile files(session.files, path);
+    const NameSearch search(supposed, files);
+    const auto placeAs = [&](const std::string& text) { return placeOf(units, search.find(*toUTF16(text))); };
+    auto place = placeAs(asked);
+    if (!place) {
+        for (const auto& other : namesOf(units, supposed)) { // the last one, the path itself, is always found
+            place = placeAs(other);
+            if (place) {
+                result.reasons.push_back(otherName(units, asked, other));
+                result.name = *toUTF16(other);
+                break;
+            }
+        }
+    }
+    result.place = place.value_or(0);
+    return result;
 }
 
 } // namespace tessgen::standalone

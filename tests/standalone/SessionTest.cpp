@@ -163,9 +163,9 @@ TEST(Session, FailsWhereTheLibraryItselfAsksTheDisk) {
 
 TEST(NotFound, SaysWhatKeepsANameFromAFile) {
     const TemporaryFolder folder;
-    folder.write("installation.json", R"({"searchPath": ["lib"], "kelPath": ["kel"]})");
-    for (const auto* file :
-         {"lib/f.vk", "lib/+p/g.vk", "lib/f.txt", "kel/f.vk", "lib/sub/f.vk", "lib/private/+p/h.vk"}) {
+    folder.write("installation.json", R"({"searchPath": ["lib"]})");
+    for (const auto* file : {"lib/f.vk", "lib/+p/g.vk", "lib/f.txt", "lib/sub/f.vk", "lib/private/+p/h.vk",
+                             "lib/+p/@C/m.vk", "lib/+p/private/h.vk", "lib/a.b.vk"}) {
         folder.write(file);
     }
     const Session session(folder.path());
@@ -174,23 +174,32 @@ TEST(NotFound, SaysWhatKeepsANameFromAFile) {
         std::u16string name;
         std::vector<std::string> reasons;
     };
+    const auto sub = folder.path("lib/sub") + " is not on the search path";
+    const std::string extension = "its extension is not in the manifest";
     const Case cases[] = {
         {"lib/f.vk", u"f", {}},
         {"lib/none.vk", u"none", {"there is no such file"}},
         {"lib", u"lib", {"it is not a regular file"}},
+        {"lib/f",
+         u"f",
+         {"there is no such file", "it has no extension", "it is not found as f: ask for " + folder.path("lib/f")}},
         {"lib/+p/g.vk", u"g", {"it is not found as g: it defines p.g"}},
-        {"lib/+p/g.vk", u"p/g", {"no search folder followed by /p/g leads to it"}},
-        {"lib/f.txt",
-         u"f",
-         {"its extension is not in the manifest", "the search does not look into the folder of the file"}},
+        {"lib/+p/g.vk", u"p/g", {"it is not found as p/g: it defines p.g"}},
+        {"lib/f.txt", u"f", {extension}},
+        {"lib/f.txt", u"/lib/f", {"it is not found as /lib/f: ask for " + folder.path("lib/f.txt")}},
+        {"lib/+p/@C/m.vk", u"m", {"the search does not look into the folder of the file: ask for p.C.m"}},
+        {"lib/+p/private/h.vk", u"p.h", {"it is not found as p.h: ask for +p/private/h"}},
+        {"lib/a.b.vk", u"a.b", {"it is not found as a.b: ask for " + folder.path("lib/a.b.vk")}},
         {"lib/private/+p/h.vk", u"p.h", {folder.path("lib/private") + " is not on the search path"}},
-        {"lib/sub/f.vk", u"f", {folder.path("lib/sub") + " is not on the search path"}},
-        {"kel/f.vk",
-         u"f",
-         {folder.path("kel") + " is not on the search path: the files of KEL folders are found by records"}},
+        {"lib/sub/f.vk", u"f", {sub}},
+        {"lib/sub/f.vk", u"sub/g", {"it is not found as sub/g: ask for sub/f"}},
+        {"lib/sub/+p/@C/none.txt",
+         u"wave",
+         {"there is no such file", extension, sub, "it is not found as wave: ask for p.C.none"}},
     };
     for (const auto& [file, name, reasons] : cases) {
-        EXPECT_EQ(standalone::whyNotFound(folder.path(file), name, standalone::currentSession()), reasons) << file;
+        EXPECT_EQ(standalone::whyNotFound(folder.path(file), name, standalone::currentSession()).reasons, reasons)
+            << file;
     }
 }
 
