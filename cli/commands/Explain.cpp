@@ -4,6 +4,7 @@
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "standalone/files/FileTree.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -13,6 +14,8 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -31,6 +34,27 @@ Explained explained(const std::string& name, const Request& request, const Resol
 bool hasCandidates(const kelwhich::Explanation& explanation) {
     const auto& resolutions = explanation.resolutions;
     return std::any_of(resolutions.begin(), resolutions.end(), [](const auto& r) { return !r.candidates.empty(); });
+}
+
+// The search path, with what is wrong with its folders now; a recording does not know that.
+std::vector<SearchedFolder> searchedFolders(const ResolverSession& resolver) {
+    const auto& session = standalone::currentSession();
+    std::vector<SearchedFolder> searched;
+    for (const auto& path : session.installation.searchPath) {
+        searched.push_back({path});
+        if (!resolver.isReplayed()) {
+            try {
+                const auto kind = session.disk.kindOf(path);
+                searched.back().problem = !kind                                        ? "absent"
+                                          : kind != standalone::FileTree::Kind::folder ? "notAFolder"
+                                                                                       : "";
+                static_cast<void>(session.disk.entries(path, {[](std::string_view) { return false; }}));
+            } catch (const std::system_error&) {
+                searched.back().problem = "unreadable";
+            }
+        }
+    }
+    return searched;
 }
 
 } // namespace
@@ -58,9 +82,8 @@ int explain(const Request& request) {
         }
     }
     resolver.writeRecording();
-    const auto& searched = standalone::currentSession().installation.searchPath;
     if (request.json && !documents.empty()) {
-        writeOut(asJSON(std::move(documents), searched));
+        writeOut(asJSON(std::move(documents), searchedFolders(resolver)));
     } else if (!text.empty()) {
         // An absolute path is looked up as it is, without the search path.
         const auto isSearched = [](const std::string& name) { return !name.starts_with('/'); };
@@ -68,7 +91,7 @@ int explain(const Request& request) {
         if (!any) {
             text.pop_back();
         }
-        writeOut(text + (any ? searchedAsText(searched, coloured) : ""));
+        writeOut(text + (any ? searchedAsText(searchedFolders(resolver), request.verbose, coloured) : ""));
     }
     return outcome.exitCode();
 }

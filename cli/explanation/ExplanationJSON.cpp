@@ -160,9 +160,19 @@ ordered_json asJSON(const Explained& explained) {
     return result;
 }
 
-std::string asJSON(std::vector<ordered_json> explanations, const std::vector<std::string>& searched) {
-    const ordered_json result{
-        {"schema", "kelwhich/1"}, {"explanations", std::move(explanations)}, {"searched", searched}};
+std::string asJSON(std::vector<ordered_json> explanations, const std::vector<SearchedFolder>& searched) {
+    auto folders = ordered_json::array();
+    auto notSearched = ordered_json::array();
+    for (const auto& [path, problem] : searched) {
+        folders.push_back(path);
+        if (!problem.empty()) {
+            notSearched.push_back({{"folder", path}, {"reason", problem}});
+        }
+    }
+    const ordered_json result{{"schema", "kelwhich/1"},
+                              {"explanations", std::move(explanations)},
+                              {"searched", std::move(folders)},
+                              {"notSearched", std::move(notSearched)}};
     return printJSONDocument(result);
 }
 

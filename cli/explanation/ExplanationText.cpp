@@ -190,11 +190,19 @@ std::string asText(const Explained& explained, bool coloured) {
     return text;
 }
 
-std::string searchedAsText(const std::vector<std::string>& searched, bool coloured) {
+std::string searchedAsText(const std::vector<SearchedFolder>& searched, bool all, bool coloured) {
     const auto style = outputStyle(coloured);
-    auto text = fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end);
-    for (const auto& folder : searched) {
-        fmt::format_to(std::back_inserter(text), "  {}\n", escaped(folder));
+    auto text = all ? fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end)
+                    : fmt::format("{}The host searched {}; --verbose lists them.{}\n", style.aside,
+                                  counted(searched.size(), "folder"), style.end);
+    for (const auto& [path, problem] : searched) {
+        if (all || !problem.empty()) {
+            const auto words = problem == "absent"       ? ": does not exist"
+                               : problem == "notAFolder" ? ": is not a folder"
+                               : problem.empty()         ? ""
+                                                         : ": cannot be read";
+            fmt::format_to(std::back_inserter(text), "  {}{}\n", escaped(path), words);
+        }
     }
     return text;
 }

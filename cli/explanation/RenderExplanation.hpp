@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::cli {
@@ -23,13 +24,18 @@ struct Explained {
 // Errors: std::runtime_error, here and below, when a text is not UTF-16.
 std::string asText(const Explained& explained, bool coloured);
 
-// The folders that the host searched, in order.
-std::string searchedAsText(const std::vector<std::string>& searched, bool coloured);
+struct SearchedFolder {
+    std::string path;              // UTF-8
+    std::string_view problem = {}; // why nothing is found in it: "absent", "notAFolder", "unreadable"; else empty
+};
+
+// How many folders the host searched, and those with a problem; or all of them, in order.
+std::string searchedAsText(const std::vector<SearchedFolder>& searched, bool all, bool coloured);
 
 // An element of the list of explanations.
 nlohmann::ordered_json asJSON(const Explained& explained);
 
-// One document, {"schema":"kelwhich/1","explanations":[...],"searched":[...]}.
-std::string asJSON(std::vector<nlohmann::ordered_json> explanations, const std::vector<std::string>& searched);
+// One document, {"schema":"kelwhich/1","explanations":[...],"searched":[...],"notSearched":[...]}.
+std::string asJSON(std::vector<nlohmann::ordered_json> explanations, const std::vector<SearchedFolder>& searched);
 
 } // namespace tessgen::cli

@@ -28,6 +28,7 @@ struct Request {
     bool force = false;
     bool first = false; // only the preferred candidate
     bool quiet = false; // only the exit code
+    bool verbose = false;
     bool null = false;  // NUL-terminated paths
 };
 

@@ -64,6 +64,8 @@ constexpr auto options = std::to_array<OptionRow>({
     {"why-not", 0, "PATH", bit(Action::explain),
      "explain why the definition at this path is not the first candidate, or not one at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
+    {"verbose", 'v', nullptr, bit(Action::explain), "also list the folders that the host searched",
+     [](Request& request, const char*) { request.verbose = true; }},
     {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport),
      "write to this file; without it, store build writes the manifest's supportStore, store export standard output",
      [](Request& request, const char* argument) { request.output = argument; }},
