@@ -59,6 +59,8 @@ int main(int count, char** words) {
     try {
         prepareStreams();
         exitCode = run(readCommandLine(count, words));
+    } catch (const ReaderGone&) {
+        endByBrokenPipe();
     } catch (...) {
         reportFailure();
     }

@@ -24,7 +24,8 @@ constexpr auto sections = std::to_array<HelpSection>({
     {"Exit status", "0  every name has a candidate and meets --require; the task is done\n"
                     "1  some name has no candidate or does not meet --require; there are findings\n"
                     "2  nothing could be answered or done\n"
-                    "3  some names were answered, others were not"},
+                    "3  some names were answered, others were not\n"
+                    "When the reader of standard output goes away, SIGPIPE ends the program."},
     {"Errors",
      "The last line on standard error says why the exit status is not 0; --quiet omits it for 1. With --json it is a "
      "JSON object, {\"schema\":\"kelwhich/1\",\"error\":{\"message\":...,\"exit\":...}}."},

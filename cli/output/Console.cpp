@@ -96,8 +96,22 @@ void prepareStreams() {
     }
 }
 
+void endByBrokenPipe() noexcept {
+    sigset_t brokenPipe;
+    sigemptyset(&brokenPipe);
+    sigaddset(&brokenPipe, SIGPIPE);
+    sigprocmask(SIG_UNBLOCK, &brokenPipe, nullptr); // the caller may have blocked it
+    std::signal(SIGPIPE, SIG_DFL);                  // NOLINT(cert-err33-c): cannot fail
+    std::raise(SIGPIPE);                            // NOLINT(cert-err33-c): does not return
+    std::_Exit(128 + SIGPIPE);                      // except in the first process of a container
+}
+
 void writeOut(std::string_view text) {
-    if (const int error = writeAll(STDOUT_FILENO, text)) {
+    const int error = writeAll(STDOUT_FILENO, text);
+    if (error == EPIPE) {
+        throw ReaderGone();
+    }
+    if (error != 0) {
         throw std::runtime_error("cannot write to standard output: " + std::generic_category().message(error));
     }
 }

@@ -12,8 +12,16 @@ namespace tessgen::cli {
 // stream that the caller closed is not reused by the next file that is opened.
 void prepareStreams();
 
+// The reader of standard output went away. Whoever catches it cleans up, then calls `endByBrokenPipe`.
+class ReaderGone final : public std::exception {
+public:
+    [[nodiscard]] const char* what() const noexcept override { return "the reader of standard output went away"; }
+};
+// Ends the program by the signal SIGPIPE, as it ends other filters.
+[[noreturn]] void endByBrokenPipe() noexcept;
+
 // Writes `text` to standard output, unescaped.
-// Errors: std::runtime_error when it could not be written whole.
+// Errors: ReaderGone; std::runtime_error when it could not be written whole for another reason.
 void writeOut(std::string_view text);
 
 // Writes one line to standard error, escaped. A failure to do so is ignored.
