@@ -66,6 +66,7 @@ auto settingsOf(const Installation& all) {
 void cli::writeOut(std::string_view text) {
     written += text;
 }
+void cli::reportErrorInLine(std::string_view /*place*/, std::string_view /*message*/) {}
 std::string cli::environment(const char* /*name*/) {
     return {};
 }

@@ -12,9 +12,8 @@
 namespace tessgen::cli {
 
 int indexBuild(const Request& request) {
-    const auto installation = standalone::readInstallation(findManifest(request));
+    const auto installation = standalone::readInstallation(findManifestToWriteBy(request));
     const auto file = requireSearchIndex(installation);
-    refuseToReplaceManifest(file, installation.manifest, "searchIndex");
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = standalone::buildSearchIndex(installation, file);
     std::string text = fmt::format("{}: {}\n", escaped(file), counted(built.folders, "folder"));

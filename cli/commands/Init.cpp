@@ -92,8 +92,13 @@ void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
     throw std::runtime_error(file + ": already exists; use --force to replace it");
 }
 
-void refuseIfThere(const std::string& file) {
-    if (isThere(file)) {
+// What a link leads to may belong to something else, so --force does not go through links.
+void refuseIfKept(const std::string& file, bool force) {
+    std::error_code absent;
+    if (std::filesystem::is_symlink(file, absent)) {
+        throw std::runtime_error(file + ": is a link; remove it, and a new file is written in its place");
+    }
+    if (!force && isThere(file)) {
         refuseToReplace(file);
     }
 }
@@ -147,11 +152,11 @@ void commit(standalone::AtomicFile& output, const std::string& file, bool force)
 // Both files are complete before the first is committed. The manifest is first, since records are useless without it.
 void writeFiles(const OutputFiles& files, const std::string& manifest, const std::optional<std::string>& records,
                 bool force) {
-    standalone::AtomicFile newManifest(files.manifest);
+    standalone::AtomicFile newManifest(files.manifest, standalone::anyFile);
     newManifest.append(manifest);
     std::optional<standalone::AtomicFile> newRecords;
     if (records) {
-        newRecords.emplace(files.records).append(*records);
+        newRecords.emplace(files.records, standalone::anyFile).append(*records);
     }
     commit(newManifest, files.manifest, force);
     if (newRecords) {
@@ -195,11 +200,9 @@ int init(const Request& request) {
     const auto tree = realFolder(request.operands.front());
     const OutputFiles files{standalone::joinPath(tree, standalone::manifestName),
                             standalone::joinPath(tree, recordsName)};
-    if (!request.force) {
-        refuseIfThere(files.manifest);
-        if (request.records) {
-            refuseIfThere(files.records);
-        }
+    refuseIfKept(files.manifest, request.force);
+    if (request.records) {
+        refuseIfKept(files.records, request.force);
     }
     const auto sourceCode = relativeFolders(request.sourceCodeFolders, tree);
     const auto kelFolders = relativeFolders(request.kelFolders, tree);

@@ -30,13 +30,13 @@ standalone::StoreBuildProgress buildShowingProgress(const std::string& records, 
 } // namespace
 
 int storeBuild(const Request& request) {
-    const auto installation = standalone::readInstallation(findManifest(request));
+    const auto installation =
+        standalone::readInstallation(request.output ? findManifest(request) : findManifestToWriteBy(request));
     const auto& output = request.output ? request.output : installation.supportStore;
     if (!output) {
         throw std::runtime_error(fmt::format(
             "{}: has no key supportStore; add it, or name the file to write with --output", installation.manifest));
     }
-    refuseToReplaceManifest(*output, installation.manifest);
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = buildShowingProgress(request.operands.front(), *output, installation.root);
     writeOut(fmt::format("{}: {}\n", escaped(*output), counted(built.records, "record")));

@@ -4,17 +4,15 @@
 #include "cli/output/Escape.hpp"
 #include "standalone/database/DatabaseFile.hpp"
 #include "standalone/files/AtomicFile.hpp"
+#include "standalone/files/LineReader.hpp"
 #include "standalone/store/SupportRecords.hpp"
 #include "standalone/store/SupportStore.hpp"
 #include "standalone/text/Text.hpp"
 
-#include <fmt/format.h>
-
 #include <cstddef>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <system_error>
+#include <string_view>
 
 namespace tessgen::cli {
 
@@ -41,6 +39,23 @@ void exportRecords(const standalone::SupportStore& store, const Write& write) {
     write(lines);
 }
 
+// Records: the first line that is not blank is one.
+bool holdsRecords(const std::string& file) {
+    try {
+        standalone::LineReader lines(file);
+        auto line = lines.next();
+        while (line && line->find_first_not_of(" \t") == std::string_view::npos) {
+            line = lines.next();
+        }
+        static_cast<void>(standalone::readSupportRecord(line.value_or(""), "/"));
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+constexpr standalone::Replaceable replaceableRecords{"a file of support records", "--output", holdsRecords};
+
 } // namespace
 
 int storeExport(const Request& request) {
@@ -50,13 +65,7 @@ int storeExport(const Request& request) {
         exportRecords(store, writeOut);
         return exitYes;
     }
-    if (std::error_code absent; std::filesystem::equivalent(file, *request.output, absent)) {
-        throw std::runtime_error(
-            fmt::format("{}: is the store itself; name another file with --output", *request.output));
-    }
-    refuseToReplaceManifest(*request.output,
-                            request.operands.empty() ? findManifest(request) : request.installation.value_or(""));
-    standalone::AtomicFile output(*request.output);
+    standalone::AtomicFile output(*request.output, replaceableRecords);
     exportRecords(store, [&output](const std::string& lines) { output.append(lines); });
     output.commit();
     return exitYes;

@@ -2,13 +2,17 @@
 
 #include "cli/output/Console.hpp"
 #include "standalone/manifest/ManifestFile.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <fmt/format.h>
 
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace tessgen::cli {
@@ -43,9 +47,27 @@ std::string nearestManifest() {
     }
 }
 
-} // namespace
+// Why another user may have put this manifest there, or what it leads to; empty when nobody but root can have.
+std::string_view distrustOf(const std::string& manifest) {
+    struct stat file {};
+    struct stat folder {};
+    if (lstat(manifest.c_str(), &file) != 0 || stat(standalone::absolutePath("..", manifest).c_str(), &folder) != 0) {
+        return ""; // nothing can be read there
+    }
+    const auto self = geteuid();
+    if (file.st_uid != self) {
+        return "belongs to another user";
+    }
+    const bool isOthers = folder.st_uid != self && folder.st_uid != 0;
+    const bool isGroups = (folder.st_mode & S_IWGRP) != 0 && folder.st_gid != getegid();
+    if (isOthers || isGroups || (folder.st_mode & S_IWOTH) != 0) {
+        return "lies in a folder that others can write to";
+    }
+    std::error_code dangling;
+    return S_ISLNK(file.st_mode) ? distrustOf(std::filesystem::canonical(manifest, dangling).string()) : "";
+}
 
-FoundManifest findManifestAndSource(const Request& request) {
+FoundManifest lookUp(const Request& request) {
     if (request.installation) {
         return {*request.installation, ManifestSource::option};
     }
@@ -56,19 +78,36 @@ FoundManifest findManifestAndSource(const Request& request) {
     return {nearestManifest(), ManifestSource::nearest};
 }
 
-std::string findManifest(const Request& request) {
-    return findManifestAndSource(request).path;
+std::string_view distrustOf(const FoundManifest& found) {
+    return found.source == ManifestSource::nearest ? distrustOf(found.path) : "";
 }
 
-void refuseToReplaceManifest(const std::string& output, const std::string& manifest, std::string_view key) {
-    std::error_code absent;
-    const auto written = std::filesystem::canonical(output, absent);
-    if (!absent
-        && (written.filename() == standalone::manifestName || std::filesystem::equivalent(manifest, written, absent)
-            || std::filesystem::equivalent(std::filesystem::path(manifest) / standalone::manifestName, written,
-                                           absent))) {
-        throw std::runtime_error(fmt::format("{}: is the manifest; name another file with {}", output, key));
+} // namespace
+
+FoundManifest findManifestAndSource(const Request& request) {
+    static bool isReported = false;
+    auto found = lookUp(request);
+    if (const auto distrust = distrustOf(found);
+        !distrust.empty() && !request.quiet && !std::exchange(isReported, true)) {
+        reportErrorInLine("note:",
+                          fmt::format("{} {}; if you trust it, name it with --installation", found.path, distrust));
     }
+    return found;
+}
+
+std::string findManifestToWriteBy(const Request& request) {
+    auto found = lookUp(request);
+    if (const auto distrust = distrustOf(found); !distrust.empty()) {
+        throw std::runtime_error(
+            fmt::format("{}: {}, so it does not decide where to write; if you trust it, name it with "
+                        "--installation",
+                        found.path, distrust));
+    }
+    return std::move(found.path);
+}
+
+std::string findManifest(const Request& request) {
+    return findManifestAndSource(request).path;
 }
 
 std::string findStore(const Request& request) {

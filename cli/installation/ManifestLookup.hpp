@@ -5,7 +5,6 @@
 #include "standalone/manifest/Installation.hpp"
 
 #include <string>
-#include <string_view>
 
 namespace tessgen::cli {
 
@@ -17,7 +16,7 @@ struct FoundManifest {
 };
 
 // The manifest of --installation, else of KELWHICH_INSTALLATION, else the nearest `installation.json` in the working
-// folder or above. Does not check that it can be read.
+// folder or above. Does not check that it can be read. Reports, once, that another user may have put the nearest there.
 // Errors: std::runtime_error when there is none, or when a folder on the way up cannot be searched, since a manifest
 // further up may belong to another installation.
 FoundManifest findManifestAndSource(const Request& request);
@@ -25,10 +24,9 @@ FoundManifest findManifestAndSource(const Request& request);
 // The path alone.
 std::string findManifest(const Request& request);
 
-// Errors: std::runtime_error when writing to `output` would replace a manifest: the one at `manifest` (a file, a folder
-// or empty for none), or any file with a manifest's name, through links too. `key` is the option or key that names
-// `output`.
-void refuseToReplaceManifest(const std::string& output, const std::string& manifest, std::string_view key = "--output");
+// The path alone, for a command that writes to where the manifest says.
+// Errors: those of findManifestAndSource; the user did not name the manifest, and another user may have put it there.
+std::string findManifestToWriteBy(const Request& request);
 
 // The store that the request names, else the one of the installation.
 // Errors: std::runtime_error when the installation has none.

@@ -1,10 +1,13 @@
 #include "cli/recording/Recording.hpp"
 
 #include "cli/output/Console.hpp"
+#include "standalone/files/LineReader.hpp"
 #include "standalone/services/SessionState.hpp"
 
 #include <exception>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -81,9 +84,19 @@ public:
     }
 };
 
+constexpr standalone::Replaceable replaceableRecording{"a recording", "--record", [](const std::string& file) {
+                                                           try {
+                                                               standalone::LineReader lines(file);
+                                                               readHeadLine(lines.next().value_or(""));
+                                                               return true;
+                                                           } catch (const std::runtime_error&) {
+                                                               return false;
+                                                           }
+                                                       }};
+
 } // namespace
 
-Recording::Recording(const std::string& file) : file_(file) {}
+Recording::Recording(const std::string& file) : file_(file, replaceableRecording) {}
 
 void Recording::add(const Question& question, const RecordedAnswer& answer) {
     auto line = answerLine(question, answer);

@@ -3,6 +3,7 @@
 #include "standalone/files/Descriptor.hpp"
 #include "standalone/files/FileErrors.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -11,6 +12,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -22,7 +24,41 @@ std::string errorText(int error) {
     return std::generic_category().message(error).append(adviceOn(error));
 }
 
+// The size of the file whose first bytes are these pointers: the hash tables fill it from the last entry to its end.
+// Nothing when the pointers contradict each other.
+std::optional<std::uint64_t> sizeByPointers(std::string_view pointers) {
+    std::uint64_t tablesEnd = numberFrom(pointers);
+    bool consistent = tablesEnd >= databaseHeaderSize;
+    for (std::size_t pointer = 0; pointer < databaseHeaderSize; pointer += databasePointerSize) {
+        consistent = consistent && numberFrom(pointers.substr(pointer)) == tablesEnd;
+        tablesEnd += std::uint64_t{numberFrom(pointers.substr(pointer + databasePointerSize / 2))} * databaseSlotSize;
+    }
+    return consistent && tablesEnd <= databaseSizeLimit ? std::optional(tablesEnd) : std::nullopt;
+}
+
+// As many of these bytes as the file has.
+std::string bytesOf(const Descriptor& file, std::uint32_t position, std::size_t length) {
+    std::string bytes(length, '\0');
+    const auto size = pread(file.get(), bytes.data(), length, position);
+    bytes.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return bytes;
+}
+
 } // namespace
+
+bool isDatabase(const std::string& file, const DatabaseKind& kind) {
+    const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const auto pointers = bytesOf(descriptor, 0, databaseHeaderSize);
+    if (pointers.size() != databaseHeaderSize || !sizeByPointers(pointers)) {
+        return false;
+    }
+    constexpr std::uint32_t longestInfo = 1U << 16U; // the last entry, with two paths at most
+    const auto end = numberFrom(pointers);
+    const auto begin = end - std::min(end, longestInfo);
+    std::string magic;
+    appendUnits(magic, kind.magic);
+    return bytesOf(descriptor, begin, end - begin).find(magic) != std::string::npos;
+}
 
 DatabaseFile::DatabaseFile(std::string file, const DatabaseKind& kind) : file_(std::move(file)), kind_(&kind) {
     map();
@@ -64,21 +100,14 @@ void DatabaseFile::map() {
     checkPointers();
 }
 
-// The hash tables fill the file from the last entry to its end, so a file of any other size is found here.
 void DatabaseFile::checkPointers() const {
-    const auto pointers = bytes(0, databaseHeaderSize);
-    std::uint64_t tablesEnd = numberFrom(pointers);
-    bool consistent = tablesEnd >= databaseHeaderSize;
-    for (std::size_t pointer = 0; pointer < databaseHeaderSize; pointer += databasePointerSize) {
-        consistent = consistent && numberFrom(pointers.substr(pointer)) == tablesEnd;
-        tablesEnd += std::uint64_t{numberFrom(pointers.substr(pointer + databasePointerSize / 2))} * databaseSlotSize;
-    }
-    if (!consistent || tablesEnd > databaseSizeLimit) {
+    const auto size = sizeByPointers(bytes(0, databaseHeaderSize));
+    if (!size) {
         fail("is not a " + std::string(kind_->name) + ", or is damaged");
     }
-    if (tablesEnd != mapping_.size) {
+    if (*size != mapping_.size) {
         fail("is cut short or has grown: it holds " + std::to_string(mapping_.size) + " bytes where "
-             + std::to_string(tablesEnd) + " were written");
+             + std::to_string(*size) + " were written");
     }
 }
 

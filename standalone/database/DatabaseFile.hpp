@@ -28,6 +28,10 @@ public:
     std::string damage; // without the file and the advice
 };
 
+// Whether the file is a database of that kind, of any version: the pointers agree with each other, and the magic text
+// is where it belongs. Damage elsewhere does not matter.
+[[nodiscard]] bool isDatabase(const std::string& file, const DatabaseKind& kind);
+
 struct DatabaseEntry {
     std::string_view key;   // right before `value` in the file
     std::string_view value; // right before its checksum

@@ -36,10 +36,16 @@ bool isHiddenName(std::string_view name) {
            && name.find_first_not_of("0123456789", prefix.size()) == std::string_view::npos;
 }
 
-// Waits for a process that holds the lock to see whether the file is a leftover. False when that process removed it.
-// On a disk without locks no process removes leftovers, so a failing lock does not matter.
+// False when another process holds the lock, or removed the file as a leftover. Never waits: the process may be another
+// user's. On a disk without locks no process removes leftovers, so a failing lock does not matter.
 bool lock(int descriptor) {
-    while (flock(descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK) {
+            return false;
+        }
+        if (errno != EINTR) {
+            break;
+        }
     }
     struct stat status {};
     return fstat(descriptor, &status) != 0 || status.st_nlink != 0;
@@ -53,9 +59,14 @@ bool isAt(int descriptor, const std::string& path) {
            && open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-// Removes `path` unless a process is writing it.
+// Removes `path` unless a process is writing it. A leftover may have the mode of a read-only file already; some disks
+// lock only what is open for writing.
 void removeLeftover(const std::string& path) {
-    const Descriptor file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    Descriptor file(open(path.c_str(), O_RDWR | flags));
+    if (!file.isOpen()) {
+        file = Descriptor(open(path.c_str(), O_RDONLY | flags));
+    }
     if (file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0 && isAt(file.get(), path)) {
         unlink(path.c_str());
     }
@@ -104,29 +115,56 @@ const char* adviceFor(int error) {
     }
 }
 
+std::string errorText(int error) {
+    return std::generic_category().message(error) + adviceFor(error);
+}
+
+[[noreturn]] void failWriting(const std::string& target, const std::string& cause) {
+    throw std::runtime_error(target + ": cannot be written, and is as it was: " + cause);
+}
+
 } // namespace
 
-AtomicFile::AtomicFile(const std::string& target) : target_(target) {
+std::optional<struct stat> requireReplaceable(const std::string& target, const Replaceable& replaceable) {
     struct stat status {};
-    if (stat(target.c_str(), &status) == 0) {
+    if (stat(target.c_str(), &status) != 0) {
+        if (errno != ENOENT) {
+            failWriting(target, errorText(errno));
+        }
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw std::runtime_error(target + ": is not a regular file; name the file to be written");
+    }
+    if (status.st_size != 0 && !replaceable.recognises(target)) {
+        const bool isReadable = access(target.c_str(), R_OK) == 0;
+        throw std::runtime_error(target + (isReadable ? ": is not " : ": cannot be read, and so may not be ")
+                                 + std::string(replaceable.kind) + "; name another file with "
+                                 + std::string(replaceable.key) + ", or remove this one first");
+    }
+    return status;
+}
+
+AtomicFile::AtomicFile(const std::string& target, const Replaceable& replaceable)
+    : target_(target), replaceable_(&replaceable) {
+    struct stat status {};
+    if (lstat(target.c_str(), &status) == 0) {
         std::error_code error;
-        target_ = std::filesystem::canonical(target, error).string();
+        const auto real = std::filesystem::canonical(target, error).string();
+        if (error == std::errc::no_such_file_or_directory) {
+            throw std::runtime_error(target + ": is a link that leads nowhere; make its target or remove it");
+        }
         if (error) {
-            target_ = target;
             fail(error.value());
         }
-        if (!S_ISREG(status.st_mode)) {
-            throw std::runtime_error(target_ + ": is not a regular file; name the file to be written");
-        }
-        old_ = status;
+        target_ = real;
     } else if (errno != ENOENT) {
         fail(errno);
-    } else if (lstat(target.c_str(), &status) == 0) {
-        throw std::runtime_error(target + ": is a link that leads nowhere; make its target or remove it");
     }
+    const bool isThere = requireReplaceable(target_, replaceable).has_value();
     removeLeftovers(folderOf(target_));
     // Never more readable than the old file, from the start.
-    create(old_ ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+    create(isThere ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
 }
 
 AtomicFile::~AtomicFile() {
@@ -144,6 +182,9 @@ void AtomicFile::create(unsigned mode) {
         }
         if (descriptor_.isOpen() && lock(descriptor_.get())) {
             return;
+        }
+        if (descriptor_.isOpen()) {
+            unlink(path_.c_str());
         }
     }
 }
@@ -212,8 +253,8 @@ void AtomicFile::sync() {
 }
 
 void AtomicFile::commit() {
-    if (old_) {
-        copyOwnerAndMode(*old_);
+    if (const auto old = requireReplaceable(target_, *replaceable_)) {
+        copyOwnerAndMode(*old);
     }
     sync();
     if (rename(path_.c_str(), target_.c_str()) != 0) {
@@ -237,11 +278,11 @@ bool AtomicFile::commitIfAbsent() {
 }
 
 void AtomicFile::fail(const std::string& cause) const {
-    throw std::runtime_error(target_ + ": cannot be written, and is as it was: " + cause);
+    failWriting(target_, cause);
 }
 
 void AtomicFile::fail(int error) const {
-    fail(std::generic_category().message(error) + adviceFor(error));
+    fail(errorText(error));
 }
 
 } // namespace tessgen::standalone

@@ -1,9 +1,8 @@
 // Writes a file in one step: whoever opens the target finds its old content or all of the new, even after a crash.
 //
 // The new content is written to a hidden file beside the target, which stays locked meanwhile. The hidden file of a
-// process that was killed is removed by the next AtomicFile in the same folder.
-// Threads: one.
-// Errors: std::runtime_error, one line that names the file and the cause.
+// process that was killed is removed by the next AtomicFile in the same folder. Only a file of the same kind is
+// replaced. Threads: one. Errors: std::runtime_error, one line that names the file and the cause.
 #pragma once
 
 #include "standalone/files/Descriptor.hpp"
@@ -17,12 +16,25 @@
 
 namespace tessgen::standalone {
 
+// The files that may be replaced. An empty file always may.
+struct Replaceable {
+    std::string_view kind; // in errors: "a support store"
+    std::string_view key;  // the option or key that names the file
+    bool (*recognises)(const std::string& file);
+};
+inline constexpr Replaceable anyFile{"a file", "", [](const std::string& /*file*/) { return true; }};
+
+// The status of the file that is to be replaced; nothing when there is none.
+// Errors: it is not a regular file, or `replaceable` does not recognise it.
+std::optional<struct stat> requireReplaceable(const std::string& target, const Replaceable& replaceable);
+
 class AtomicFile {
 public:
     // When `target` is a link, the file that it leads to is replaced. The new file gets the mode of the old one and, as
     // far as the system allows, its owner and group.
-    // Errors: the target exists and is not a regular file, or is a dangling link; the folder cannot be written to.
-    explicit AtomicFile(const std::string& target);
+    // Lifetime: `replaceable` outlives the object.
+    // Errors: the target must not be replaced, or is a dangling link; the folder cannot be written to.
+    AtomicFile(const std::string& target, const Replaceable& replaceable);
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
     // Removes the hidden file unless it was committed.
@@ -35,6 +47,7 @@ public:
     [[nodiscard]] std::string read(std::uint64_t position, std::size_t length);
 
     // Writes the content through to the disk, then replaces the target.
+    // Errors: the target must not be replaced, as it is by then.
     void commit();
     // The same, but returns false and replaces nothing when there is a target by then.
     [[nodiscard]] bool commitIfAbsent();
@@ -51,8 +64,8 @@ private:
     void copyOwnerAndMode(const struct stat& old) const;
 
     std::string target_;
-    std::optional<struct stat> old_; // the target's, if it exists
-    std::string path_;               // of the hidden file; empty once it was committed
+    const Replaceable* replaceable_;
+    std::string path_; // of the hidden file; empty once it was committed
     Descriptor descriptor_;
     std::string buffer_; // appended and not yet written
     std::uint64_t written_ = 0;

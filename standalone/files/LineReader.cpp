@@ -70,13 +70,6 @@ std::optional<std::uint64_t> LineReader::size() const {
     return isKnown ? std::optional(static_cast<std::uint64_t>(status.st_size)) : std::nullopt;
 }
 
-bool LineReader::isFile(const std::string& path) const {
-    struct stat read {};
-    struct stat named {};
-    return fstat(descriptor_, &read) == 0 && stat(path.c_str(), &named) == 0 && read.st_dev == named.st_dev
-           && read.st_ino == named.st_ino;
-}
-
 bool LineReader::mayWait() const {
     return !isAtEnd_ && buffer_.find('\n', begin_) == std::string::npos;
 }

@@ -28,9 +28,6 @@ public:
     // Whether `next` would read from the file, and so may block.
     [[nodiscard]] bool mayWait() const;
 
-    // Whether `path` leads to the same file.
-    [[nodiscard]] bool isFile(const std::string& path) const;
-
     std::uint64_t bytes() const { return bytes_; }   // of the lines returned so far
     std::uint64_t number() const { return number_; } // of the current line, counted from 1
     // The current line in an error: "FILE:NUMBER:".

@@ -1,8 +1,8 @@
 #include "standalone/index/SearchIndexBuilder.hpp"
 
+#include "standalone/database/DatabaseFile.hpp"
 #include "standalone/database/DatabaseWriter.hpp"
 #include "standalone/files/AtomicFile.hpp"
-#include "standalone/files/LineReader.hpp"
 #include "standalone/index/SearchIndexFormat.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
 #include "standalone/text/PathText.hpp"
@@ -20,6 +20,9 @@ namespace tessgen::standalone {
 namespace {
 
 using Clock = std::function<timespec()>;
+
+constexpr Replaceable replaceableIndex{"a search index", "searchIndex",
+                                       [](const std::string& file) { return isDatabase(file, searchIndexKind); }};
 
 timespec systemTime() {
     timespec now{};
@@ -96,7 +99,7 @@ Recording recorded(const Installation& installation, const std::string& output, 
 }
 
 IndexBuild write(Recording recording, const std::string& output) {
-    AtomicFile file(output);
+    AtomicFile file(output, replaceableIndex);
     DatabaseWriter writer(file);
     for (const auto& [path, value] : recording.folders) {
         writer.add(path, value);
@@ -107,27 +110,10 @@ IndexBuild write(Recording recording, const std::string& output) {
     return {count, std::move(recording.leftOut)};
 }
 
-// Another file may still be wanted. An index, also a damaged one or one of another version, holds the magic text.
-void refuseOtherFile(const std::string& output) {
-    struct stat status {};
-    if (stat(output.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0) {
-        return;
-    }
-    std::string magic; // holds no line end
-    appendUnits(magic, searchIndexKind.magic);
-    LineReader lines(output);
-    for (auto line = lines.next(); line; line = lines.next()) {
-        if (line->find(magic) != std::string_view::npos) {
-            return;
-        }
-    }
-    throw std::runtime_error(output + ": is not a search index; remove it, or name another file with searchIndex");
-}
-
 } // namespace
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output) {
-    refuseOtherFile(output);
+    requireReplaceable(output, replaceableIndex);
     auto recording = recorded(installation, output, systemTime);
     if (!recording.wait) {
         return write(std::move(recording), output);
@@ -140,7 +126,7 @@ IndexBuild buildSearchIndex(const Installation& installation, const std::string&
 }
 
 IndexBuild buildSearchIndex(const Installation& installation, const std::string& output, const Clock& clock) {
-    refuseOtherFile(output);
+    requireReplaceable(output, replaceableIndex);
     return write(recorded(installation, output, clock), output);
 }
 

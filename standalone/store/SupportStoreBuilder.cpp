@@ -1,5 +1,6 @@
 #include "standalone/store/SupportStoreBuilder.hpp"
 
+#include "standalone/database/DatabaseFile.hpp"
 #include "standalone/database/DatabaseWriter.hpp"
 #include "standalone/files/AtomicFile.hpp"
 #include "standalone/files/LineReader.hpp"
@@ -43,6 +44,9 @@ void add(const SupportRecord& record, DatabaseWriter& writer) {
     }
 }
 
+constexpr Replaceable replaceableStore{"a support store", "--output",
+                                       [](const std::string& file) { return isDatabase(file, supportStoreKind); }};
+
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
 }
@@ -52,11 +56,7 @@ bool isBlank(std::string_view line) {
 StoreBuildProgress buildSupportStore(const std::string& records, const std::string& output, const std::string& root,
                                      const std::function<void(const StoreBuildProgress&)>& report) {
     LineReader lines = records == "-" ? LineReader::ofStandardInput() : LineReader(records);
-    if (lines.isFile(output)) {
-        throw std::runtime_error(output + ": holds the records, and the store must not replace them; "
-                                 + "name another file with --output");
-    }
-    AtomicFile file(output);
+    AtomicFile file(output, replaceableStore);
     DatabaseWriter writer(file);
     KnownFiles known;
     CommonPrefix prefix;

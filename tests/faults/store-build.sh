@@ -88,6 +88,8 @@ awk '
     for (i = 1; i <= n; ++i) print call, number, "error=" error[i]
   }' trace >cases
 grep -q 'rename 1 signal=KILL' cases || fail "a build is not traced"
+grep -q 'flock(.*LOCK_NB' trace || fail "a build locks nothing"
+! grep -q 'flock(.*LOCK_EX)' trace || fail "a build waits for a lock, which may be another user's"
 awk -v every="${2:-1}" 'NR % every == 0' cases >sample
 workers=()
 for worker in 0 1; do

@@ -65,7 +65,7 @@ std::vector<std::string> shown(const std::vector<FileTree::Entry>& entries) {
 TEST(GoldenFiles, IndexIsWrittenToTheByte) {
     const TemporaryFolder temporary;
     const auto path = temporary.path("search.cdb");
-    AtomicFile file(path);
+    AtomicFile file(path, anyFile);
     DatabaseWriter writer(file);
     for (const auto& folder : folders) {
         writer.add(folder.path, encodeFolder(folder.stamp, folder.isWorldReadable, folder.entries));

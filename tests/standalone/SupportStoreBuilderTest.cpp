@@ -101,11 +101,11 @@ TEST(SupportStoreBuilder, RefusesFilesThatItMustNotReplaceOrCannotRead) {
     const auto fifo = folder.path("fifo");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const auto absent = folder.path("none/support.cdb");
-    const std::string holdsRecords =
-        ": holds the records, and the store must not replace them; name another file with --output";
+    const auto isNoStore =
+        records + ": is not a support store; name another file with --output, or remove this one first";
     for (const auto& [from, to, error] : std::vector<std::array<std::string, 3>>{
-             {records, alias, alias + holdsRecords},
-             {alias, records, records + holdsRecords},
+             {records, alias, isNoStore},
+             {alias, records, isNoStore},
              {records, fifo, fifo + ": is not a regular file; name the file to be written"},
              {records, absent, absent + ": cannot be written, and is as it was: No such file or directory"},
              {absent, folder.path("s"), absent + ": cannot be opened: No such file or directory"},
@@ -176,7 +176,7 @@ TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsTo) {
 TEST(DatabaseWriter, FillsTheFormatsLimitAndNotOneByteMore) {
     const TemporaryFolder folder;
     const auto sizeWithin = [&folder](std::uint64_t limit) {
-        AtomicFile file(folder.path("limited.cdb"));
+        AtomicFile file(folder.path("limited.cdb"), anyFile);
         DatabaseWriter writer(file, limit);
         for (const auto* key : {"f", "g", "h"}) {
             writer.add(key, "value");
