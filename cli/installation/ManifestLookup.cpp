@@ -47,7 +47,7 @@ std::string nearestManifest() {
     }
 }
 
-// Why another user may have put this manifest there, or what it leads to; empty when nobody but root can have.
+// Why another user may have put this manifest there, or what it leads to; empty when nobody else can have.
 std::string_view distrustOf(const std::string& manifest) {
     struct stat file {};
     struct stat folder {};
