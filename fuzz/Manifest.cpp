@@ -67,6 +67,9 @@ void cli::writeOut(std::string_view text) {
     written += text;
 }
 void cli::reportErrorInLine(std::string_view /*place*/, std::string_view /*message*/) {}
+bool cli::outputIsColoured() {
+    return false;
+}
 std::string cli::environment(const char* /*name*/) {
     return {};
 }

@@ -95,10 +95,11 @@ std::string asLine(const ordered_json& value) {
 }
 
 std::string asText(const std::vector<Setting>& settings) {
+    const auto style = outputStyle(outputIsColoured());
     std::string text;
     auto to = std::back_inserter(text);
     for (const auto& [key, source, value] : settings) {
-        fmt::format_to(to, "{:20}{}\n", key, source.words);
+        fmt::format_to(to, "{}{:20}{}{}\n", style.name, key, style.end, source.words);
         for (const auto& element : value.is_array() ? value : ordered_json::array({value})) {
             fmt::format_to(to, "  {}\n", element.is_null() ? "(not set)" : escaped(asLine(element)));
         }

@@ -36,6 +36,7 @@ standalone::DiagnosisInput diagnosisInput(const ResolverSession& resolver) {
 
 // For each diagnostic: its code, message and advice, then its places. Findings of one diagnostic are adjacent.
 std::string asText(const Findings& findings) {
+    const auto style = outputStyle(outputIsColoured());
     std::string text;
     auto to = std::back_inserter(text);
     for (auto first = findings.begin(); first != findings.end();) {
@@ -43,7 +44,8 @@ std::string asText(const Findings& findings) {
             return other.diagnostic != diagnostic;
         });
         const auto& [code, message, advice] = textOf(first->diagnostic);
-        fmt::format_to(to, "{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", code, message, advice);
+        fmt::format_to(to, "{}{}{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", style.name, code, style.end, message,
+                       advice);
         const auto shown = std::min(last - first, shownPlaces);
         for (const auto& finding : Findings(first, first + shown)) {
             fmt::format_to(to, "    {}\n", escaped(finding.place));

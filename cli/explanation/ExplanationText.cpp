@@ -1,5 +1,6 @@
 #include "cli/explanation/ExplanationWording.hpp"
 #include "cli/explanation/RenderExplanation.hpp"
+#include "cli/output/Columns.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
@@ -12,6 +13,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tessgen::cli {
@@ -30,7 +32,7 @@ std::string labelOf(const Candidate& candidate) {
     return fmt::format("{}{}", candidate.repeat ? "=" : "", candidate.rank);
 }
 
-std::string valueOf(Key key, const Candidate& candidate) {
+std::string valueOf(Key key, const Candidate& candidate, bool isNarrow) {
     const auto yesOrNo = [](bool value) { return value ? "yes" : "no"; };
     switch (key) {
     case Key::direct:
@@ -48,7 +50,8 @@ std::string valueOf(Key key, const Candidate& candidate) {
     case Key::gathered:
         break;
     }
-    return fmt::format("{} ({})", candidate.gathered, sourceWords(candidate.source));
+    return isNarrow ? std::to_string(candidate.gathered)
+                    : fmt::format("{} ({})", candidate.gathered, sourceWords(candidate.source));
 }
 
 class ExplanationText {
@@ -87,7 +90,7 @@ private:
             labelWidth_ = std::max(labelWidth_, labelOf(candidate).size());
         }
         if (candidates.empty()) {
-            add("  {}no candidate{}\n", style_.aside, style_.end);
+            add("  no candidate\n");
         }
         appendList(candidates);
         if (!candidates.empty()) {
@@ -106,30 +109,40 @@ private:
     }
 
     void appendList(const std::vector<Candidate>& candidates) {
+        const auto others = labelWidth_ + widestKindWords + 6;
+        const auto room = outputColumns() == unlimitedColumns ? unlimitedColumns : outputColumns() - others;
+        std::vector<std::string> paths;
+        for (const auto& candidate : candidates) {
+            paths.push_back(escaped(inUTF8(candidate.result.path)));
+        }
+        paths = shortened(std::move(paths), room);
         for (const auto& candidate : candidates) {
             const bool isFirst = candidate.rank == 1 && !candidate.repeat;
             add("  {}{:>{}}  {:{}}  {}{}\n", isFirst ? style_.first : "", labelOf(candidate), labelWidth_,
-                kindWords(candidate.result.type), widestKindWords, escaped(inUTF8(candidate.result.path)),
-                isFirst ? style_.end : "");
+                kindWords(candidate.result.type), widestKindWords,
+                paths[static_cast<std::size_t>(&candidate - candidates.data())], isFirst ? style_.end : "");
         }
     }
 
     void appendTable(const std::vector<Candidate>& candidates) {
-        constexpr std::array<std::string_view, keyCount> titles = {"direct",      "user", "supported",
-                                                                   "source file", "kind", "found"};
-        constexpr std::array<std::size_t, keyCount> widths = {6, 4, 9, 11, 13, 5};
+        constexpr std::size_t widest = 80;
+        const bool isNarrow = outputColumns() < widest;
+        const std::array<std::string_view, keyCount> titles = {
+            "direct", "user", "supported", isNarrow ? "source" : "source file", "kind", "found"};
+        constexpr std::array<std::size_t, keyCount> leasts = {6, 4, 9, 0, 13, 0};
         add("\n  {}{:{}}", style_.aside, "", labelWidth_);
         for (std::size_t i = 0; i < keyCount; ++i) {
-            add("  {:{}}", titles.at(i), i + 1 < keyCount ? widths.at(i) : 0);
+            add("  {:{}}", titles.at(i), i + 1 < keyCount ? leasts.at(i) : 0);
         }
         add("{}\n", style_.end);
         for (const auto& candidate : candidates) {
             std::string row = fmt::format("  {:>{}}", labelOf(candidate), labelWidth_);
             for (std::size_t i = 0; i < keyCount; ++i) {
                 const auto key = Explanation::keys.at(i);
-                const auto value = valueOf(key, candidate) + (candidate.ahead == key ? "*" : "");
-                const auto padding = i + 1 < keyCount ? widths.at(i) - std::min(widths.at(i), value.size()) : 0;
                 const bool decides = candidate.ahead == key;
+                const auto width = std::max(leasts.at(i), titles.at(i).size());
+                const auto value = valueOf(key, candidate, isNarrow) + (decides ? "*" : "");
+                const auto padding = i + 1 < keyCount ? width - std::min(width, value.size()) : 0;
                 row += fmt::format("  {}{}{}{:{}}", decides ? style_.name : "", value, decides ? style_.end : "", "",
                                    padding);
             }

@@ -1,6 +1,7 @@
 #include "cli/options/Options.hpp"
 
 #include "cli/options/CommandLine.hpp"
+#include "cli/output/Console.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
@@ -82,6 +83,9 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char*) { request.records = true; }},
     {"force", 0, nullptr, bit(Action::init), "replace existing files",
      [](Request& request, const char*) { request.force = true; }},
+    {"color", 0, "WHEN", everyCommand,
+     "colour the output and errors: always, never or auto, which is the default and obeys NO_COLOR and FORCE_COLOR",
+     [](Request&, const char* argument) { setColour(argument); }, Completes::nothing, "auto always never"},
     {"help", 'h', nullptr, everyCommand, "print this help, or the help of a command",
      [](Request& request, const char*) { request.action = Action::help; }},
     {"version", 'V', nullptr, everyCommand, "print the version",

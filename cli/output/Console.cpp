@@ -50,6 +50,19 @@ bool isCapableTerminal(int descriptor) {
     return isatty(descriptor) == 1 && !terminal.empty() && terminal != "dumb";
 }
 
+std::string_view colourWhen = "auto"; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): as `errors`
+
+bool isColoured(int descriptor) {
+    if (colourWhen != "auto") {
+        return colourWhen == "always";
+    }
+    if (!environment("NO_COLOR").empty()) {
+        return false;
+    }
+    const auto forced = environment("FORCE_COLOR");
+    return (!forced.empty() && forced != "0") || isCapableTerminal(descriptor);
+}
+
 // The last JSON error carries the exit code, so each is held back, without its closing braces, until the next one or
 // the end.
 struct {
@@ -77,8 +90,9 @@ std::string openJSONError(std::string_view members, std::string_view message) {
 // `openObject`: from `openJSONError`; used when errors are JSON.
 void writeNow(std::string_view text, std::string_view openObject) {
     writePending("", "");
-    writeAll(STDERR_FILENO,
-             errors.inJSON ? fmt::format("{}}}}}\n", openObject) : fmt::format("kelwhich: {}\n", escaped(text)));
+    const auto style = outputStyle(!errors.inJSON && isColoured(STDERR_FILENO));
+    writeAll(STDERR_FILENO, errors.inJSON ? fmt::format("{}}}}}\n", openObject)
+                                          : fmt::format("{}kelwhich:{} {}\n", style.error, style.end, escaped(text)));
 }
 
 } // namespace
@@ -195,8 +209,19 @@ bool statusCanBeShown() {
     return isCapableTerminal(STDERR_FILENO);
 }
 
+void setColour(std::string_view when) {
+    for (const std::string_view word : {"auto", "always", "never"}) {
+        if (when == word) {
+            colourWhen = word;
+            return;
+        }
+    }
+    throw std::runtime_error(
+        fmt::format("--color: unknown word '{}'; use auto, always or never; see kelwhich --help", when));
+}
+
 bool outputIsColoured() {
-    return isCapableTerminal(STDOUT_FILENO) && environment("NO_COLOR").empty();
+    return isColoured(STDOUT_FILENO);
 }
 
 std::string environment(const char* name) {

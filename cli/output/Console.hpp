@@ -54,7 +54,10 @@ bool statusCanBeShown();
 
 bool outputIsTerminal();
 
-// True for a terminal with colours whose user did not set NO_COLOR.
+// When output and errors are coloured: "always", "never", or "auto", which is the default: never with NO_COLOR in the
+// environment, else always with FORCE_COLOR (other than 0), else on a terminal with colours.
+// Errors: std::runtime_error for another word.
+void setColour(std::string_view when);
 bool outputIsColoured();
 
 // The value of an environment variable; empty when it is not set.
@@ -67,12 +70,13 @@ std::chrono::milliseconds environmentMilliseconds(const char* name, std::chrono:
 struct Style {
     std::string_view name;
     std::string_view first;
-    std::string_view aside;
+    std::string_view aside; // never around what one compares
+    std::string_view error;
     std::string_view end;
 };
 
 constexpr Style outputStyle(bool coloured) {
-    return coloured ? Style{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[0m"} : Style{};
+    return coloured ? Style{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[31m", "\x1B[0m"} : Style{};
 }
 
 // The message of `error`. For std::filesystem::filesystem_error: the path, what failed and what to do.

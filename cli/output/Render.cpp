@@ -1,5 +1,6 @@
 #include "cli/output/Render.hpp"
 
+#include "cli/output/Columns.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
@@ -61,31 +62,58 @@ std::string& appendPadded(std::string& text, std::string_view words, std::size_t
     return text.append(words).append(width - words.size(), ' ');
 }
 
+struct Widths {
+    std::size_t rank;
+    std::size_t kind = widestKindWords;
+    std::size_t verdicts = 0;
+    std::size_t path = unlimitedColumns;
+};
+
+Widths widthsOf(const std::vector<Answer::Candidate>& candidates) {
+    Widths widths{std::to_string(candidates.size()).size()};
+    std::size_t kind = 0;
+    for (const auto& candidate : candidates) {
+        widths.verdicts = std::max(widths.verdicts, verdictsOf(candidate).size());
+        kind = std::max(kind, kindWords(candidate.type).size());
+    }
+    if (const auto columns = outputColumns(); columns != unlimitedColumns) {
+        constexpr std::size_t comfortable = 40; // for a path
+        constexpr std::size_t gaps = 8;
+        const auto others = gaps + widths.rank + widths.verdicts;
+        widths.kind = others + widths.kind + comfortable > columns ? kind : widths.kind;
+        widths.path = columns - std::min(columns - 1, others + widths.kind);
+    }
+    return widths;
+}
+
+// The paths as a terminal shows them; empty when they are shown as they are.
+std::vector<std::string> shortPaths(const std::vector<Answer::Candidate>& candidates, std::size_t columns) {
+    std::vector<std::string> paths;
+    if (columns != unlimitedColumns) {
+        for (const auto& candidate : candidates) {
+            paths.push_back(escaped(candidate.path));
+        }
+    }
+    return shortened(std::move(paths), columns);
+}
+
 // Hot with --from: formatting by fmt would take longer than finding the candidates.
 void append(std::string& text, const Answer& answer, const Style& style) {
     text.append(style.name).append(escaped(answer.query)).append(style.end).append("\n");
     if (answer.candidates.empty()) {
-        text.append("  ")
-            .append(style.aside)
-            .append("no candidate")
-            .append(suggestionWords(answer.suggestions))
-            .append(style.end);
-        text.append("\n");
+        text.append("  no candidate").append(suggestionWords(answer.suggestions)).append("\n");
     }
-    std::size_t widestVerdicts = 0;
-    for (const auto& candidate : answer.candidates) {
-        widestVerdicts = std::max(widestVerdicts, verdictsOf(candidate).size());
-    }
-    const std::string_view gap = widestVerdicts == 0 ? "" : "  ";
-    const auto rankWidth = std::to_string(answer.candidates.size()).size();
+    const auto widths = widthsOf(answer.candidates);
+    const auto paths = shortPaths(answer.candidates, widths.path);
+    const std::string_view gap = widths.verdicts == 0 ? "" : "  ";
     for (std::size_t i = 0; i < answer.candidates.size(); ++i) {
         const auto& candidate = answer.candidates[i];
         const auto rank = std::to_string(i + 1);
-        text.append("  ").append(i == 0 ? style.first : style.aside);
-        text.append(rankWidth - rank.size(), ' ').append(rank).append("  ");
-        appendPadded(text, kindWords(candidate.type), widestKindWords).append(gap);
-        appendPadded(text, verdictsOf(candidate), widestVerdicts).append(i == 0 ? "" : style.end).append("  ");
-        text.append(escaped(candidate.path)).append(i == 0 ? style.end : "").append("\n");
+        text.append("  ").append(i == 0 ? style.first : "");
+        text.append(widths.rank - rank.size(), ' ').append(rank).append("  ");
+        appendPadded(text, kindWords(candidate.type), widths.kind).append(gap);
+        appendPadded(text, verdictsOf(candidate), widths.verdicts).append("  ");
+        text.append(paths.empty() ? escaped(candidate.path) : paths[i]).append(i == 0 ? style.end : "").append("\n");
     }
 }
 

@@ -27,7 +27,7 @@ trap 'rm -rf "$top"' EXIT
 mkdir "$top/bin" "$top/tmp" "$top/record"
 ln -s "$program" "$top/bin/kelwhich"
 PATH=$top/bin:$PATH
-unset KELWHICH_INSTALLATION KELWHICH_SUGGEST_MS KELWHICH_PROGRESS_MS NO_COLOR
+unset KELWHICH_INSTALLATION KELWHICH_SUGGEST_MS KELWHICH_PROGRESS_MS NO_COLOR FORCE_COLOR
 export TERM=xterm LC_ALL=C.UTF-8 SHELL=/bin/sh HOME=$top/tmp
 
 cp -r "$example" "$top/tmp/world"
