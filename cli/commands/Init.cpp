@@ -93,11 +93,15 @@ void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
 }
 
 // What a link leads to may belong to something else, so --force does not go through links.
-void refuseIfKept(const std::string& file, bool force) {
+void refuseLink(const std::string& file) {
     std::error_code absent;
     if (std::filesystem::is_symlink(file, absent)) {
         throw std::runtime_error(file + ": is a link; remove it, and a new file is written in its place");
     }
+}
+
+void refuseIfKept(const std::string& file, bool force) {
+    refuseLink(file);
     if (!force && isThere(file)) {
         refuseToReplace(file);
     }
@@ -143,6 +147,7 @@ void reportSkipped(const TreeSurvey& survey) {
 
 void commit(standalone::AtomicFile& output, const std::string& file, bool force) {
     if (force) {
+        refuseLink(file); // it may have appeared since
         output.commit();
     } else if (!output.commitIfAbsent()) {
         refuseToReplace(file);

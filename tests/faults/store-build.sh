@@ -128,6 +128,12 @@ wait $! || fail "a long build, while another one ends, fails"
 cmp first/store/support.cdb new.cdb || fail "a long build writes something else"
 recovers first "a long build"
 
+# A build whose new file another process locks first goes on with another one.
+strace -qq -o /dev/null -e trace=flock -e inject=flock:error=EAGAIN:when=1 "$program" -i first store build new.jsonl \
+  >/dev/null || fail "a build whose file is locked fails"
+cmp first/store/support.cdb new.cdb || fail "a build whose file is locked writes something else"
+[ "$(ls -A first/store)" = support.cdb ] || fail "a build whose file is locked leaves $(ls -A first/store)"
+
 count() { cat world?/"$1" | wc -l; }
 echo "$(grep -c KILL sample) kills ($(count leftovers) left a file behind), $(grep -c error= sample) errors" \
   "($(count failures) reported, the others made no difference), $(cat world?/stores | grep -c new) ended with the new" \
