@@ -238,8 +238,11 @@ private:
                 add(std::move(words));
             }
             const bool isOther = missing.name != name;
-            explainNext(supposeFound(isOther ? missing.name : explanation_.name, missing.name, path_, missing.place),
-                        isOther ? fmt::format("as {}: ", inUTF8(missing.name)) : "");
+            if (!missing.name.empty()) {
+                explainNext(
+                    supposeFound(isOther ? missing.name : explanation_.name, missing.name, path_, missing.place),
+                    isOther ? fmt::format("as {}: ", inUTF8(missing.name)) : "");
+            }
         }
     }
 

@@ -83,7 +83,8 @@ std::optional<std::string> missingFolder(const std::string& path, const std::str
             return std::nullopt;
         }
         for (const auto& extension : installation.extensions) {
-            const auto end = "/" + name + "." + extension;
+            auto end = "/" + name;
+            end.append(".").append(extension);
             folder = path.ends_with(end) ? path.substr(0, path.size() - end.size()) : folder;
         }
     }
@@ -140,8 +141,7 @@ NotFound whyNotFound(const std::string& path, std::u16string_view name, const Se
     const auto asked = inUTF8(name);
     const auto kind = session.files.kindOf(path);
     if (kind && kind != FileTree::Kind::file) {
-        result.reasons.emplace_back("it is not a regular file");
-        return result;
+        return {{"it is not a regular file"}, {}, 0};
     }
     if (!kind) {
         result.reasons.emplace_back("there is no such file");

@@ -13,7 +13,7 @@ struct SessionState;
 
 struct NotFound {
     std::vector<std::string> reasons; // every one, as clauses of a sentence; empty when the name leads to the file
-    std::u16string name;              // the name under which the file is found once the reasons are gone,
+    std::u16string name;              // the name under which the file is found once the reasons are gone; empty if none
     std::size_t place = 0;            // and the number of places before it then
 };
 
