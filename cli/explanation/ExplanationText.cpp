@@ -112,6 +112,7 @@ private:
         const auto others = labelWidth_ + widestKindWords + 6;
         const auto room = outputColumns() == unlimitedColumns ? unlimitedColumns : outputColumns() - others;
         std::vector<std::string> paths;
+        paths.reserve(candidates.size());
         for (const auto& candidate : candidates) {
             paths.push_back(escaped(inUTF8(candidate.result.path)));
         }
@@ -210,10 +211,10 @@ std::string searchedAsText(const std::vector<SearchedFolder>& searched, bool all
                                   counted(searched.size(), "folder"), style.end);
     for (const auto& [path, problem] : searched) {
         if (all || !problem.empty()) {
-            const auto words = problem == "absent"       ? ": does not exist"
-                               : problem == "notAFolder" ? ": is not a folder"
-                               : problem.empty()         ? ""
-                                                         : ": cannot be read";
+            const std::string_view words = problem == "absent"       ? ": does not exist"
+                                           : problem == "notAFolder" ? ": is not a folder"
+                                           : problem.empty()         ? ""
+                                                                     : ": cannot be read";
             fmt::format_to(std::back_inserter(text), "  {}{}\n", escaped(path), words);
         }
     }
