@@ -114,10 +114,10 @@ void endByBrokenPipe() noexcept {
     sigset_t brokenPipe;
     sigemptyset(&brokenPipe);
     sigaddset(&brokenPipe, SIGPIPE);
-    sigprocmask(SIG_UNBLOCK, &brokenPipe, nullptr); // the caller may have blocked it
-    std::signal(SIGPIPE, SIG_DFL);                  // NOLINT(cert-err33-c): cannot fail
-    std::raise(SIGPIPE);                            // NOLINT(cert-err33-c): does not return
-    std::_Exit(128 + SIGPIPE);                      // except in the first process of a container
+    pthread_sigmask(SIG_UNBLOCK, &brokenPipe, nullptr); // the caller may have blocked it
+    std::signal(SIGPIPE, SIG_DFL);                      // NOLINT(cert-err33-c): cannot fail
+    std::raise(SIGPIPE);                                // NOLINT(cert-err33-c): does not return
+    std::_Exit(128 + SIGPIPE);                          // except in the first process of a container
 }
 
 void writeOut(std::string_view text) {
