@@ -1,3 +1,4 @@
+#include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/options/CommandLine.hpp"
 #include "cli/options/Help.hpp"
@@ -31,13 +32,16 @@ int run(const Request& request) {
     case Action::indexVerify:
         return indexVerify(request);
     case Action::config:
-        return config(request);
+        config(request);
+        noteOnName(request);
+        return exitYes;
     case Action::init:
         return init(request);
     case Action::doctor:
         return doctor(request);
     case Action::help:
-        writeOut(request.command == nullptr ? helpText() : helpText(*request.command));
+        writeOut(helpText(request.topic));
+        noteOnName(request);
         return exitYes;
     case Action::version:
         writeOut("kelwhich " KELWHICH_VERSION "\n");

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -45,6 +46,25 @@ std::string unmetRequirement(const Answer& answer, const Requirement& requiremen
 void applySelection(Answer& answer, const Request& request) {
     if (request.first && answer.candidates.size() > 1) {
         answer.candidates.erase(answer.candidates.begin() + 1, answer.candidates.end());
+    }
+}
+
+void noteOnName(const Request& request, const ResolverSession& resolver) {
+    try {
+        if (!request.onlyWord.empty() && !resolver->resolve(parseName(request.onlyWord)).empty()) {
+            reportError(fmt::format("note: '{0}' is a command; for the candidates of the name use: kelwhich -- {0}",
+                                    request.onlyWord));
+        }
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the command does its work all the same
+    }
+}
+
+void noteOnName(const Request& request) {
+    try {
+        if (!request.onlyWord.empty()) {
+            noteOnName(request, ResolverSession(request));
+        }
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): there is no installation to ask
     }
 }
 

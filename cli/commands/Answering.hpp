@@ -19,6 +19,11 @@ std::string unmetRequirement(const Answer& answer, const Requirement& requiremen
 // Drops the candidates that the request does not want to see.
 void applySelection(Answer& answer, const Request& request);
 
+// For a person who typed nothing but the word of a command: says how to ask for the name, if it has a candidate. Silent
+// when that cannot be found out. The second form opens the installation itself.
+void noteOnName(const Request& request, const ResolverSession& resolver);
+void noteOnName(const Request& request);
+
 // Errors: std::runtime_error when unescaped paths would go to a terminal, which they could control.
 void refusePathsOnTerminal(const Request& request);
 

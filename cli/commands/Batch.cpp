@@ -7,12 +7,16 @@
 #include "standalone/files/LineReader.hpp"
 
 #include <exception>
+#include <unistd.h>
 
 namespace tessgen::cli {
 
 int batch(const Request& request) {
     ResolverSession resolver(request);
     const bool isColoured = outputIsColoured();
+    if (isatty(STDIN_FILENO) != 0) {
+        noteOnName(request, resolver);
+    }
     Outcome outcome;
     auto lines = standalone::LineReader::ofStandardInput();
     while (const auto name = lines.next()) {

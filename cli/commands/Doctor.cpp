@@ -1,3 +1,4 @@
+#include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/output/Console.hpp"
@@ -74,6 +75,7 @@ int doctor(const Request& request) {
     const ResolverSession resolver(request, standalone::View::snapshot);
     const auto findings = diagnose(diagnosisInput(resolver));
     writeOut(request.json ? asJSON(findings) : asText(findings));
+    noteOnName(request, resolver);
     if (findings.empty()) {
         return exitYes;
     }

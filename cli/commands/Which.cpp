@@ -2,6 +2,7 @@
 #include "cli/commands/Commands.hpp"
 #include "cli/commands/Outcome.hpp"
 #include "cli/installation/ResolverSession.hpp"
+#include "cli/options/Spelling.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
@@ -38,6 +39,13 @@ void warnOfFileInWorkingFolder(const std::string& name, const Answer& answer) {
         reportError(fmt::format("note: '{}' also names a file in the working folder, but names are resolved below the "
                                 "folders of the search path; for that file use its absolute path",
                                 name));
+    }
+}
+
+void warnOfMistypedCommand(const std::string& word) {
+    if (const auto meant = commandsLike(word); !meant.empty()) {
+        reportError(fmt::format("note: '{}' is not a command and was resolved as a name; did you mean {}?", word,
+                                fmt::join(meant, " or ")));
     }
 }
 
@@ -101,6 +109,10 @@ int which(const Request& request) {
         } catch (const std::exception& error) {
             outcome.addFailure(name, error);
         }
+    }
+    if (request.mayMeanCommand && !request.quiet && !answers.empty() && answers.front().candidates.empty()
+        && answers.front().query == request.operands.front()) {
+        warnOfMistypedCommand(answers.front().query);
     }
     resolver.writeRecording();
     if (outputIsTerminal() && !request.json && !request.quiet && !request.replay && !request.record) {

@@ -1,5 +1,6 @@
 #include "cli/options/CommandLine.hpp"
 
+#include "cli/options/Spelling.hpp"
 #include "cli/output/Console.hpp"
 
 #include <fmt/format.h>
@@ -22,8 +23,8 @@ namespace {
 constexpr int operandCode = 1;     // getopt's code for a word that is not an option
 constexpr int firstOption = 0x100; // code of the table's first option; the others follow, above every letter
 
-[[noreturn]] void refuse(const std::string& why) {
-    throw std::runtime_error(why + "; see kelwhich --help");
+[[noreturn]] void refuse(const std::string& why, const std::string& advice = "see kelwhich --help") {
+    throw std::runtime_error(why + "; " + advice);
 }
 
 // "-" makes getopt return operands one by one; ":" makes it distinguish a missing argument from an unknown option.
@@ -58,31 +59,37 @@ const OptionRow* findOption(int code) {
 }
 
 // `word` is the one that getopt rejected; `optopt` is the option, if there is such.
-[[noreturn]] void refuseOption(bool lacksArgument, const char* word) {
+[[noreturn]] void refuseOption(bool lacksArgument, std::string_view word) {
     const auto* const row = findOption(optopt);
     if (row != nullptr) {
         refuse(lacksArgument ? fmt::format("option --{} needs an argument: {}", row->name, row->argument)
                              : fmt::format("option --{} takes no argument", row->name));
     }
-    refuse(fmt::format("unknown option '{}'", optopt == 0 ? word : std::string{'-', static_cast<char>(optopt)}));
+    if (const auto meant = optionsLike(word); !meant.empty()) {
+        refuseWord("option", word, meant);
+    }
+    refuse(fmt::format("unknown option '{}'", optopt == 0 ? word : std::string{'-', static_cast<char>(optopt)}),
+           "a name that begins with - goes after --; see kelwhich --help");
 }
 
 class CommandLineReader {
 public:
-    CommandLineReader(int count, char** words) : count_(count), words_(words) {}
+    CommandLineReader(int count, char** words)
+        : count_(count), words_(words), letters_(lettersForGetopt()), names_(namesForGetopt()) {}
 
     Request read() {
-        const auto letters = lettersForGetopt();
-        const auto names = namesForGetopt();
         opterr = 0;
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
-        for (int code = 0; (code = getopt_long(count_, words_, letters.c_str(), names.data(), nullptr)) != -1;) {
+        for (int code = 0; (code = nextCode()) != -1;) {
             try {
                 read(code);
             } catch (const std::runtime_error&) {
                 error_ = error_ ? error_ : std::current_exception();
             }
-            if (!error_ && (request_.action == Action::help || request_.action == Action::version)) {
+            if (!error_ && request_.action == Action::version) {
+                return request_;
+            }
+            if (!error_ && request_.action == Action::help) {
+                readTopic();
                 return request_;
             }
         }
@@ -90,30 +97,43 @@ public:
         if (error_) {
             std::rethrow_exception(error_);
         }
-        readAllOperands();
+        readCommand();
+        request_.operands.insert(request_.operands.end(), words_ + optind, words_ + count_);
+        if (request_.action == Action::help) {
+            request_.topic = topicOf(std::exchange(request_.operands, {}), true);
+        }
         check();
         return request_;
     }
 
 private:
+    int nextCode() {
+        const int next = std::max(optind, 1); // 0 makes getopt begin anew
+        word_ = next < count_ ? words_[next] : "";
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
+        return getopt_long(count_, words_, letters_.c_str(), names_.data(), nullptr);
+    }
+
     void read(int code) {
         if (code == operandCode) {
-            readWord(optarg);
+            request_.operands.emplace_back(optarg);
         } else if (const auto* const row = findOption(code)) {
             checkWhole(code, *row);
             readOption(*row);
         } else {
-            refuseOption(code == ':', words_[optind - 1]);
+            refuseOption(code == ':', word_);
         }
     }
 
-    // getopt accepts a prefix of a name, which may become ambiguous when an option is added.
+    // getopt accepts a prefix of a name, which may become ambiguous when an option is added, and takes -first for the
+    // letter f with an argument.
     void checkWhole(int code, const OptionRow& row) const {
-        const bool isArgumentApart = optarg != nullptr && optarg == words_[optind - 1];
-        const std::string_view word = words_[optind - (isArgumentApart ? 2 : 1)];
-        const auto name = word.substr(0, word.find('='));
+        const auto name = word_.substr(0, word_.find('='));
         if (code >= firstOption && name != fmt::format("--{}", row.name)) {
             refuse(fmt::format("option --{} cannot be abbreviated to '{}'", row.name, name));
+        }
+        if (code < firstOption && isOption(word_.substr(1))) {
+            refuseWord("option", word_, {fmt::format("-{}", word_)});
         }
     }
 
@@ -128,41 +148,41 @@ private:
         seen_.push_back(&row);
     }
 
-    void readWord(const std::string& word) {
-        if (std::exchange(mayBeCommand_, false) && readCommand(word)) {
+    // Reads what --help is about from the words that are left.
+    void readTopic() {
+        for (int code = 0; (code = nextCode()) != -1;) {
+            if (code == operandCode) {
+                request_.operands.emplace_back(optarg);
+            }
+        }
+        request_.topic = topicOf(request_.operands, false);
+    }
+
+    // Removes the words of the command from the front of the operands.
+    void readCommand() {
+        auto& given = request_.operands;
+        if (given.empty()) {
             return;
         }
-        request_.operands.push_back(word);
-        if (command_->takes == Operands::names) {
-            readAllOperands();
+        if (const auto* const row = findCommand(given)) {
+            command_ = row;
+            isCommandGiven_ = true;
+            request_.onlyWord = count_ == 2 ? given.front() : "";
+            request_.action = row->action;
+            given.erase(given.begin(), given.begin() + (row->secondWord.empty() ? 1 : 2));
+        } else if (const auto words = commandsBeginning(given.front()); !words.empty()) {
+            refuse(fmt::format("'{0}' is the first word of a command: '{1}'; for the name use: kelwhich -- {0}",
+                               given.front(), fmt::join(words, "', '")));
+        } else {
+            request_.mayMeanCommand = true;
         }
     }
 
-    bool readCommand(const std::string& word) {
-        std::vector<std::string> possible; // the commands whose first word this is
-        for (const auto& row : commandTable) {
-            if (row.word != word) {
-                continue;
-            }
-            if (row.secondWord.empty() || (optind < count_ && words_[optind] == row.secondWord)) {
-                optind += row.secondWord.empty() ? 0 : 1;
-                command_ = &row;
-                request_.action = row.action;
-                request_.command = &row;
-                return true;
-            }
-            possible.push_back(row.words());
-        }
-        if (!possible.empty()) {
-            refuse(fmt::format("'{0}' is the first word of a command: '{1}'; for the name use: kelwhich -- {0}", word,
-                               fmt::join(possible, "', '")));
-        }
-        return false;
-    }
-
-    void readAllOperands() {
-        request_.operands.insert(request_.operands.end(), words_ + optind, words_ + count_);
-        optind = count_;
+    // After an error about the words of a command: they may have been meant as a name.
+    std::string adviceForName() const {
+        return isCommandGiven_ && command_->secondWord.empty()
+                   ? fmt::format("for the name use: kelwhich -- {}", command_->word)
+                   : "see kelwhich --help";
     }
 
     void check() const {
@@ -185,10 +205,11 @@ private:
             return;
         }
         if (given == 0 && (takes == Operands::names || takes == Operands::one)) {
-            refuse(fmt::format("{} is missing", command_->operands));
+            refuse(fmt::format("{} is missing", command_->operands), adviceForName());
         }
         if (given > 0 && takes == Operands::none) {
-            refuse(fmt::format("'{}' takes no operand, but got '{}'", command_->words(), request_.operands.front()));
+            refuse(fmt::format("'{}' takes no operand, but got '{}'", command_->words(), request_.operands.front()),
+                   adviceForName());
         }
         if (given > 1 && takes != Operands::names) {
             refuse(fmt::format("'{}' takes one {}, but got {}", command_->words(), command_->operands, given));
@@ -212,7 +233,10 @@ private:
     int count_;
     char** words_;
     Request request_;
-    bool mayBeCommand_ = true;
+    const std::string letters_;
+    const std::vector<option> names_;
+    std::string_view word_; // that getopt reads from
+    bool isCommandGiven_ = false;
     const CommandRow* command_ = &commandTable.front();
     std::vector<const OptionRow*> seen_;
 };

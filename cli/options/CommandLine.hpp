@@ -12,8 +12,10 @@ namespace tessgen::cli {
 // What the command line asks for.
 struct Request {
     Action action = Action::which;
-    const CommandRow* command = nullptr; // null when the command line does not name one
-    std::vector<std::string> operands;   // the names, or the single operand of the command
+    std::vector<std::string> operands; // the names, or the single operand of the command
+    bool mayMeanCommand = false;       // the first operand stands where a command could
+    std::string onlyWord;              // of the command line: a command, which may have been meant as a name
+    std::string topic;                 // help: a command, or the first word of some; empty for the overview
     std::optional<std::string> installation;
     std::optional<std::string> output;
     std::optional<std::string> whyNot;
@@ -32,7 +34,8 @@ struct Request {
     bool null = false;  // NUL-terminated paths
 };
 
-// Only the first word that is not an option can be a command; after "--" no word is an option or a command.
+// Options may stand anywhere before "--". Only the first word that is not an option can begin a command; after "--" no
+// word is an option or a command.
 // Errors: std::runtime_error with one line for a usage error.
 Request readCommandLine(int count, char** words);
 

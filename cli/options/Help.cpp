@@ -17,8 +17,8 @@ constexpr std::size_t width = 80;
 constexpr std::size_t helpColumn = 29; // where the help of a row begins
 
 constexpr auto sections = std::to_array<HelpSection>({
-    {"Names", "Only the first word can be a command. After the first name every word is a name. After -- no word is a "
-              "command or an option: kelwhich -- store resolves the name store."},
+    {"Names", "Only the first word can be a command. Options stand anywhere before --; after it every word is a name: "
+              "kelwhich -- store resolves the name store."},
     {"Manifest", "The manifest is the one of --installation, else of KELWHICH_INSTALLATION, else the nearest "
                  "installation.json in the working folder or above."},
     {"Exit status", "0  every name has a candidate and meets --require; the task is done\n"
@@ -81,6 +81,32 @@ void appendOptionsOf(std::string& text, const CommandRow& command) {
     appendOptions(text, "Options of every command", [](const OptionRow& row) { return row.belongsToAll(); });
 }
 
+std::string overview() {
+    std::string text = "Usage: kelwhich [OPTION...] NAME...\n"
+                       "       kelwhich COMMAND [OPTION...] ...\n\n";
+    appendWrapped(text, purpose, 0);
+    text += "\nCommands (see kelwhich COMMAND --help):\n";
+    for (const auto& row : commandTable) {
+        append(text, row);
+    }
+    appendOptionsOf(text, commandTable.front());
+    for (const auto& section : helpSections) {
+        text += fmt::format("\n{}:\n", section.title);
+        for (const auto& line : standalone::split(section.text, '\n')) {
+            appendWrapped(text, line, 2);
+        }
+    }
+    return text;
+}
+
+std::string helpOf(const CommandRow& command) {
+    std::string text = fmt::format("Usage: kelwhich {} [OPTION...]{}{}\n\n", command.words(),
+                                   command.operands.empty() ? "" : " ", command.operands);
+    appendWrapped(text, sentence(command.help), 0);
+    appendOptionsOf(text, command);
+    return text;
+}
+
 } // namespace
 
 const std::span<const HelpSection> helpSections = sections;
@@ -101,29 +127,21 @@ std::string sentence(std::string_view help) {
     return text + (text.ends_with('.') ? "" : ".");
 }
 
-std::string helpText() {
-    std::string text = "Usage: kelwhich [OPTION...] NAME...\n"
-                       "       kelwhich COMMAND [OPTION...] ...\n\n";
-    appendWrapped(text, purpose, 0);
-    text += "\nCommands (see kelwhich COMMAND --help):\n";
-    for (const auto& row : commandTable) {
-        append(text, row);
+std::string helpText(std::string_view topic) {
+    if (topic.empty()) {
+        return overview();
     }
-    appendOptionsOf(text, commandTable.front());
-    for (const auto& section : helpSections) {
-        text += fmt::format("\n{}:\n", section.title);
-        for (const auto& line : standalone::split(section.text, '\n')) {
-            appendWrapped(text, line, 2);
+    const auto words = standalone::split(topic, ' ');
+    if (const auto* const command = findCommand(words)) {
+        return helpOf(*command);
+    }
+    auto text = fmt::format(
+        "Usage: kelwhich {} COMMAND [OPTION...] ...\n\nCommands (see kelwhich {} COMMAND --help):\n", topic, topic);
+    for (const auto& row : commandTable) {
+        if (row.word == topic) {
+            append(text, row);
         }
     }
-    return text;
-}
-
-std::string helpText(const CommandRow& command) {
-    std::string text = fmt::format("Usage: kelwhich {} [OPTION...]{}{}\n\n", command.words(),
-                                   command.operands.empty() ? "" : " ", command.operands);
-    appendWrapped(text, sentence(command.help), 0);
-    appendOptionsOf(text, command);
     return text;
 }
 

@@ -27,8 +27,8 @@ std::string spelled(const OptionRow& row);
 // The help of a row as a sentence: with a capital letter and a full stop.
 std::string sentence(std::string_view help);
 
-// The overview, and the help of one command, in lines of at most 80 characters.
-std::string helpText();
-std::string helpText(const CommandRow& command);
+// The help of a command or of the commands with this first word, or the overview when `topic` is empty, in lines of at
+// most 80 characters.
+std::string helpText(std::string_view topic);
 
 } // namespace tessgen::cli

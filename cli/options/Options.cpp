@@ -40,10 +40,12 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::init, "init", "", "FOLDER", Operands::one, "write a manifest for the source files in a folder",
      Completes::folders},
     {Action::doctor, "doctor", "", "", Operands::none, "print what is wrong with the installation and what to do"},
+    {Action::help, "help", "", "[COMMAND]", Operands::optional, "print the overview, or the help of a command",
+     Completes::commands},
 });
 
 constexpr auto options = std::to_array<OptionRow>({
-    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::init),
+    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::init) & ~bit(Action::help),
      "use this manifest, or the one in this folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr,
@@ -108,6 +110,24 @@ bool OptionRow::belongsToAll() const {
 
 const std::span<const CommandRow> commandTable = commands;
 const std::span<const OptionRow> optionTable = options;
+
+const CommandRow* findCommand(std::span<const std::string> words) {
+    const auto row = std::find_if(commandTable.begin(), commandTable.end(), [&](const auto& command) {
+        return !words.empty() && command.word == words[0]
+               && (command.secondWord.empty() || (words.size() > 1 && command.secondWord == words[1]));
+    });
+    return row == commandTable.end() ? nullptr : &*row;
+}
+
+std::vector<std::string> commandsBeginning(std::string_view word) {
+    std::vector<std::string> commands;
+    for (const auto& row : commandTable) {
+        if (row.word == word && !row.secondWord.empty()) {
+            commands.push_back(row.words());
+        }
+    }
+    return commands;
+}
 
 void addRequirements(Requirement& requirement, std::string_view words) {
     for (const auto& word : standalone::split(words, ',')) {

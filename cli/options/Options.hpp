@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessgen::cli {
 
@@ -23,7 +24,7 @@ enum class Action : unsigned {
     init,
     batch,
     doctor,
-    help,
+    help, // also by --help
     version
 };
 
@@ -32,14 +33,14 @@ constexpr unsigned bit(Action action) {
 }
 
 enum class Operands {
-    names, // one or more; every word after the first name is a name
+    names, // one or more
     one,
     optional, // at most one
     none,
 };
 
 // What a shell completes for an operand or for the argument of an option.
-enum class Completes { files, folders, nothing };
+enum class Completes { files, folders, commands, nothing };
 
 struct CommandRow {
     Action action;
@@ -70,6 +71,12 @@ struct OptionRow {
 // The first command is the default.
 extern const std::span<const CommandRow> commandTable;
 extern const std::span<const OptionRow> optionTable;
+
+// The command that `words` begin with; null when there is none.
+const CommandRow* findCommand(std::span<const std::string> words);
+
+// The commands of two words that begin with `word`, as text; empty when there are none.
+std::vector<std::string> commandsBeginning(std::string_view word);
 
 struct Requirement {
     bool user = false;      // the preferred candidate is the user's

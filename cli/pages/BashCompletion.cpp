@@ -12,7 +12,10 @@ std::string offer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return quoted(choices);
     }
-    return completes == Completes::files ? "-f" : completes == Completes::folders ? "-d" : "";
+    return completes == Completes::files      ? "-f"
+           : completes == Completes::folders  ? "-d"
+           : completes == Completes::commands ? quoted(wordsOfCommands(" "))
+                                              : "";
 }
 
 std::string optionsOf(const CommandRow& command) {
@@ -23,22 +26,13 @@ std::string optionsOf(const CommandRow& command) {
     return quoted(names);
 }
 
-std::string words(const std::vector<const CommandRow*>& rows, std::string_view CommandRow::*word) {
-    std::string all;
-    for (const auto* const row : rows) {
-        all += fmt::format("{}{}", all.empty() ? "" : " ", row->*word);
-    }
-    return quoted(all);
-}
-
 std::string caseOf(const CommandRow& row) {
     const auto pattern =
         row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
     const auto operand = takesFile(row) ? fmt::format("[[ $count != {} ]] || offer={}\n            ", wordCount(row),
                                                       offer(row.completes))
                                         : "";
-    return fmt::format("        {})\n            {}{}options={}\n            ;;\n", pattern, operand,
-                       row.takes == Operands::names ? "[[ $count != 1 ]] || " : "", optionsOf(row));
+    return fmt::format("        {})\n            {}options={}\n            ;;\n", pattern, operand, optionsOf(row));
 }
 
 } // namespace
@@ -76,16 +70,17 @@ _kelwhich() {
         case "${seen[0]-} ${seen[1]-}" in
         ' ')
 )";
-    text += fmt::format("            offer={}\n            options={}\n            ;;\n",
-                        words(firstWords(), &CommandRow::word), optionsOf(commandTable.front()));
+    text += fmt::format("            offer={}\n            options={}\n            ;;\n", quoted(wordsOfCommands(" ")),
+                        optionsOf(commandTable.front()));
     for (const auto& row : commandTable) {
         text += caseOf(row);
     }
     for (const auto* const first : firstWords()) {
-        if (const auto rows = commandsBelow(*first); !rows.empty()) {
-            text += fmt::format("        '{} ') offer={} ;;\n", first->word, words(rows, &CommandRow::secondWord));
+        if (!commandsBelow(*first).empty()) {
+            text += fmt::format("        '{} ') offer={} ;;\n", first->word, quoted(secondWords(*first, " ")));
         }
     }
+    text += fmt::format("        *) options={} ;;\n", optionsOf(commandTable.front()));
     text += R"(        esac
         [[ $word != -* || $ended ]] || offer=$options
     fi

@@ -18,9 +18,7 @@ std::string inFish(std::string_view text) {
 
 // The condition that the command line has this command, and `count` operands unless it is 0.
 std::string whenCommand(const CommandRow& row, int count) {
-    const auto pattern = row.takes == Operands::names ? fmt::format("{} ", row.word)
-                         : row.secondWord.empty()     ? fmt::format("{} *", row.word)
-                                                      : row.words();
+    const auto pattern = row.secondWord.empty() ? fmt::format("{} *", row.word) : row.words();
     return fmt::format("__kelwhich_seen {}{}", quoted(pattern), count == 0 ? "" : fmt::format(" {}", count));
 }
 
@@ -28,9 +26,10 @@ std::string offer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return " -x -a " + inFish(choices);
     }
-    return completes == Completes::files     ? " -r -F"
-           : completes == Completes::folders ? " -x -a '(__fish_complete_directories)'"
-                                             : " -x";
+    return completes == Completes::files      ? " -r -F"
+           : completes == Completes::folders  ? " -x -a '(__fish_complete_directories)'"
+           : completes == Completes::commands ? fmt::format(" -x -a '{}'", wordsOfCommands(" "))
+                                              : " -x";
 }
 
 std::string complete(const std::string& condition, const std::string& rest) {
@@ -70,11 +69,12 @@ function __kelwhich_seen -a pattern count
                 set -a seen $word
         end
     end
+    contains -- "$seen[1]" '' {}; or set -p seen which
     string match -q -- $pattern "$seen[1] $seen[2]"; and test -z "$count" -o "$count" = (count $seen)
 end
 complete -c kelwhich -f
 )",
-                            spellingsWithArgument(" "));
+                            spellingsWithArgument(" "), wordsOfCommands(" "));
     for (const auto* const row : firstWords()) {
         text += complete("__kelwhich_seen ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
         for (const auto* const below : commandsBelow(*row)) {
@@ -85,7 +85,7 @@ complete -c kelwhich -f
     for (const auto& row : commandTable) {
         if (takesFile(row) && row.completes != Completes::nothing) {
             text += complete(whenCommand(row, wordCount(row)),
-                             row.completes == Completes::files ? " -F" : " -a '(__fish_complete_directories)'");
+                             row.completes == Completes::files ? " -F" : offer(row.completes));
         }
     }
     for (const auto& row : optionTable) {

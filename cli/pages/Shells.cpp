@@ -24,6 +24,14 @@ std::vector<const CommandRow*> firstWords() {
     return rows;
 }
 
+std::string wordsOfCommands(std::string_view between) {
+    std::string all;
+    for (const auto* const row : firstWords()) {
+        all += fmt::format("{}{}", all.empty() ? "" : between, row->word);
+    }
+    return all;
+}
+
 std::vector<const CommandRow*> commandsBelow(const CommandRow& first) {
     std::vector<const CommandRow*> rows;
     for (const auto& row : commandTable) {
@@ -34,11 +42,16 @@ std::vector<const CommandRow*> commandsBelow(const CommandRow& first) {
     return rows;
 }
 
-std::string helpOfFirstWord(const CommandRow& first) {
+std::string secondWords(const CommandRow& first, std::string_view between) {
     std::string seconds;
     for (const auto* const row : commandsBelow(first)) {
-        seconds += fmt::format("{}{}", seconds.empty() ? "" : ", ", row->secondWord);
+        seconds += fmt::format("{}{}", seconds.empty() ? "" : between, row->secondWord);
     }
+    return seconds;
+}
+
+std::string helpOfFirstWord(const CommandRow& first) {
+    auto seconds = secondWords(first, ", ");
     return seconds.empty() ? std::string(first.help) : seconds;
 }
 

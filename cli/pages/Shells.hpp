@@ -1,5 +1,5 @@
 // What the completions of all shells share. They read operands as the program does: the first one or two words may be a
-// command, and after the first name every word is a name.
+// command; without one, the command is which.
 #pragma once
 
 #include "cli/options/Options.hpp"
@@ -16,8 +16,14 @@ std::string quoted(std::string_view text);
 // The commands, one for each first word.
 std::vector<const CommandRow*> firstWords();
 
+// The words that can begin a command, with `between` between them.
+std::string wordsOfCommands(std::string_view between);
+
 // The commands of two words with this first word; empty when it is a command by itself.
 std::vector<const CommandRow*> commandsBelow(const CommandRow& first);
+
+// Their second words, with `between` between them.
+std::string secondWords(const CommandRow& first, std::string_view between);
 
 // The help of a first word: what the command does, or the list of second words.
 std::string helpOfFirstWord(const CommandRow& first);

@@ -20,7 +20,10 @@ std::string action(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return fmt::format("({})", choices);
     }
-    return completes == Completes::files ? "_files" : completes == Completes::folders ? "_files -/" : " ";
+    return completes == Completes::files      ? "_files"
+           : completes == Completes::folders  ? "_files -/"
+           : completes == Completes::commands ? "_kelwhich_commands"
+                                              : " ";
 }
 
 std::string specOf(const OptionRow& row) {
@@ -48,9 +51,11 @@ std::string caseOf(const CommandRow& row) {
         const auto spec = fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes));
         operands.append(" ").append(quoted(spec));
     }
-    const auto pattern = row.takes == Operands::names ? fmt::format("'{} '", row.word)
-                         : row.secondWord.empty()     ? fmt::format("'{} '*", row.word)
-                                                      : fmt::format("'{} {}'", row.word, row.secondWord);
+    if (row.takes == Operands::names) {
+        operands += " '*: : '";
+    }
+    const auto pattern =
+        row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
     return fmt::format("    {})\n        _arguments -s -S {}{}\n        ;;\n", pattern, operands, specsOf(row));
 }
 
@@ -96,12 +101,16 @@ std::string zshCompletion() {
         *) seen+=($words[i]) ;;
         esac
     done
+    case "$seen[1]" in
+    '' | {}) ;;
+    *) seen=(which $seen) ;;
+    esac
     case "$seen[1] $seen[2]" in
     ' ')
         _arguments -s -S '1: :_kelwhich_commands'{}
         ;;
 )",
-                        spellingsWithArgument(" | "), specsOf(commandTable.front()));
+                        spellingsWithArgument(" | "), wordsOfCommands(" | "), specsOf(commandTable.front()));
     for (const auto& row : commandTable) {
         text += caseOf(row);
     }

@@ -36,12 +36,11 @@ private:
 
 struct TimeIsUp {};
 
-// The largest edit distance of a suggestion.
+} // namespace
+
 std::size_t toleratedEdits(std::string_view name) {
     return name.size() < 4 ? 1 : name.size() < 9 ? 2 : 3;
 }
-
-} // namespace
 
 SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::time_point deadline)
     : deadline_(deadline) {

@@ -6,11 +6,15 @@
 #include "standalone/services/SessionState.hpp"
 
 #include <chrono>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
+
+// The largest edit distance at which another name may be what `name` was meant to be.
+[[nodiscard]] std::size_t toleratedEdits(std::string_view name);
 
 class SpellingSuggestions {
 public:
