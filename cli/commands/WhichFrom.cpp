@@ -122,7 +122,8 @@ private:
 
 int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
-    auto lines = *request.from == "-" ? LineReader::ofStandardInput() : LineReader(*request.from);
+    const char end = request.null ? '\0' : '\n';
+    auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
     const ResolverSession resolver(request, standalone::View::snapshot);
     return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines)).answerAll();
 }

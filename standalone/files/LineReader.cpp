@@ -17,23 +17,23 @@ constexpr std::size_t blockSize = std::size_t{1} << 14U;
 
 } // namespace
 
-LineReader::LineReader(const std::string& file)
-    : file_(file), own_(open(file.c_str(), O_RDONLY | O_CLOEXEC)), descriptor_(own_.get()) {
+LineReader::LineReader(const std::string& file, char end)
+    : end_(end), file_(file), own_(open(file.c_str(), O_RDONLY | O_CLOEXEC)), descriptor_(own_.get()) {
     if (!own_.isOpen()) {
         fail("cannot be opened");
     }
 }
 
-LineReader LineReader::ofStandardInput() {
-    return {};
+LineReader LineReader::ofStandardInput(char end) {
+    return LineReader(end);
 }
 
 std::optional<std::string_view> LineReader::next() {
-    auto end = buffer_.find('\n', begin_);
+    auto end = buffer_.find(end_, begin_);
     while (end == std::string::npos && !isAtEnd_) {
         const auto looked = buffer_.size() - begin_;
         readBlock();
-        end = buffer_.find('\n', looked);
+        end = buffer_.find(end_, looked);
     }
     if (begin_ == buffer_.size()) {
         return std::nullopt;
@@ -43,6 +43,9 @@ std::optional<std::string_view> LineReader::next() {
     begin_ += length;
     ++number_;
     bytes_ += length;
+    if (end_ == '\0') {
+        return line.substr(0, line.size() - (end == std::string::npos ? 0 : 1));
+    }
     if (number_ == 1 && line.starts_with(byteOrderMark)) {
         line.remove_prefix(byteOrderMark.size());
     }
@@ -71,7 +74,7 @@ std::optional<std::uint64_t> LineReader::size() const {
 }
 
 bool LineReader::mayWait() const {
-    return !isAtEnd_ && buffer_.find('\n', begin_) == std::string::npos;
+    return !isAtEnd_ && buffer_.find(end_, begin_) == std::string::npos;
 }
 
 void LineReader::fail(const char* what) const {

@@ -14,13 +14,14 @@ namespace tessgen::standalone {
 class LineReader {
 public:
     // Errors, here and in `next`: std::runtime_error with one line that names the file and the cause.
-    explicit LineReader(const std::string& file);
-    static LineReader ofStandardInput();
+    // `end` is '\n' or '\0'.
+    explicit LineReader(const std::string& file, char end = '\n');
+    static LineReader ofStandardInput(char end = '\n');
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
-    // The next line, of any length, without its line end and without a byte-order mark before the first line. Empty at
-    // the end of the file. Valid until the next call.
+    // The next line, of any length, without its line end and without a byte-order mark before the first line; one that
+    // NUL ends has all its other bytes. Empty at the end of the file. Valid until the next call.
     std::optional<std::string_view> next();
 
     // In bytes; empty when the file is not a regular one.
@@ -34,11 +35,12 @@ public:
     std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
-    LineReader() = default;
+    explicit LineReader(char end) : end_(end) {}
 
     void readBlock();
     [[noreturn]] void fail(const char* what) const;
 
+    char end_;
     std::string file_ = "standard input";
     Descriptor own_; // none for standard input, which stays open
     int descriptor_ = STDIN_FILENO;
