@@ -1,6 +1,7 @@
 #include "cli/recording/Replay.hpp"
 
 #include "cli/recording/Recording.hpp"
+#include "standalone/files/FileKind.hpp"
 #include "standalone/files/LineReader.hpp"
 #include "standalone/json/JsonInput.hpp"
 
@@ -79,7 +80,11 @@ Replay::Replay(const std::string& file) : file_(file) {
     if (!first) {
         throw std::runtime_error(file + ": is empty; expected a recording, as written by --record");
     }
-    head_ = standalone::readLine(lines.place(), [&] { return readHeadLine(*first); });
+    try {
+        head_ = standalone::readLine(lines.place(), [&] { return readHeadLine(*first); });
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(error.what() + standalone::noteOnKind(file, "a recording"));
+    }
     while (const auto line = lines.next()) {
         auto [question, answer] = standalone::readLine(lines.place(), [&] { return readAnswerLine(*line); });
         answers_[std::move(question)].list.push_back(std::move(answer));

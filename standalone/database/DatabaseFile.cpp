@@ -2,6 +2,7 @@
 
 #include "standalone/files/Descriptor.hpp"
 #include "standalone/files/FileErrors.hpp"
+#include "standalone/files/FileKind.hpp"
 
 #include <algorithm>
 #include <array>
@@ -88,7 +89,7 @@ void DatabaseFile::map() {
         refuse("is not a regular file; remove it, or name another file");
     }
     if (status.st_size < databaseHeaderSize) {
-        fail("is not a " + std::string(kind_->name) + ", or is cut short");
+        failKind(", or is cut short");
     }
     const auto size = static_cast<std::size_t>(status.st_size);
     void* const begin = mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor.get(), 0);
@@ -103,7 +104,7 @@ void DatabaseFile::map() {
 void DatabaseFile::checkPointers() const {
     const auto size = sizeByPointers(bytes(0, databaseHeaderSize));
     if (!size) {
-        fail("is not a " + std::string(kind_->name) + ", or is damaged");
+        failKind(", or is damaged");
     }
     if (*size != mapping_.size) {
         fail("is cut short or has grown: it holds " + std::to_string(mapping_.size) + " bytes where "
@@ -115,7 +116,7 @@ void DatabaseFile::readInfo() {
     const auto entry = DatabaseSearch(*this, databaseInfoKey).next();
     const auto info = entry ? decodeInfo(*kind_, entry->value) : std::nullopt;
     if (!info) {
-        fail("is not a " + std::string(kind_->name));
+        failKind("");
     }
     if (info->version != kind_->version) {
         fail("has the format of another version of this program");
@@ -175,6 +176,14 @@ void DatabaseFile::refuse(const std::string& what) const {
 
 void DatabaseFile::fail(const std::string& what) const {
     refuse(what + advice());
+}
+
+void DatabaseFile::failKind(const char* orElse) const {
+    const auto expected = "a " + std::string(kind_->name);
+    if (const auto kind = kindOfFile(file_); !kind.empty() && kind != expected) {
+        refuse("holds " + kind + ", not " + expected + "; name another file");
+    }
+    fail("is not " + expected + orElse);
 }
 
 void DatabaseFile::failOutside() const {

@@ -87,6 +87,7 @@ private:
         std::size_t size = 0;
     };
 
+    [[noreturn]] void failKind(const char* orElse) const;
     [[noreturn]] void failOutside() const;
     void map();
     void checkPointers() const;

@@ -1,5 +1,6 @@
 #include "standalone/manifest/Installation.hpp"
 
+#include "standalone/files/FileKind.hpp"
 #include "standalone/files/RealFileTree.hpp"
 #include "standalone/json/JsonInput.hpp"
 #include "standalone/json/JsonPlaces.hpp"
@@ -190,7 +191,7 @@ Installation readManifest(const json& manifest, const std::string& path) {
 
 std::runtime_error errorAt(TextPlace place, const ManifestFile& file, const std::runtime_error& error) {
     return std::runtime_error(file.path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": "
-                              + error.what());
+                              + error.what() + noteOnKind(file.path, "a manifest"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "standalone/database/DatabaseFile.hpp"
 #include "standalone/database/DatabaseWriter.hpp"
 #include "standalone/files/AtomicFile.hpp"
+#include "standalone/files/FileKind.hpp"
 #include "standalone/files/LineReader.hpp"
 #include "standalone/json/JsonInput.hpp"
 #include "standalone/store/SupportRecords.hpp"
@@ -47,6 +48,15 @@ void add(const SupportRecord& record, DatabaseWriter& writer) {
 constexpr Replaceable replaceableStore{"a support store", "--output",
                                        [](const std::string& file) { return isDatabase(file, supportStoreKind); }};
 
+SupportRecord recordIn(std::string_view line, const LineReader& lines, const std::string& file,
+                       const std::string& root) {
+    try {
+        return readLine(lines.place(), [&] { return readSupportRecord(line, root); });
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(error.what() + noteOnKind(file, "support records"));
+    }
+}
+
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t") == std::string_view::npos;
 }
@@ -70,7 +80,7 @@ StoreBuildProgress buildSupportStore(const std::string& records, const std::stri
         if (isBlank(*line)) {
             continue;
         }
-        const auto record = readLine(lines.place(), [&] { return readSupportRecord(*line, root); });
+        const auto record = recordIn(*line, lines, records, root);
         if (!record.entry.isBuiltin) {
             if (const auto earlier = known.lineOf(record.entry.path, lines.number(), writer)) {
                 throw std::runtime_error(lines.place() + " key \"path\": this file has a record already, on line "

@@ -347,7 +347,7 @@ TEST(SearchIndex, RefusesWhatNoBuildWrites) {
     }
     const auto store = test::buildStore(folder, test::recordsOfEveryForm);
     EXPECT_EQ(test::errorOf([&] { const SearchIndex index(store); }),
-              store + ": is not a search index; build it anew with: kelwhich index build");
+              store + ": holds a support store, not a search index; name another file");
 }
 
 } // namespace
