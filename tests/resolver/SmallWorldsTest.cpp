@@ -10,66 +10,10 @@
 #include <cstddef>
 #include <iostream>
 #include <iterator>
-#include <memory>
 #include <optional>
 
 namespace tessgen::test {
 namespace {
-
-// Collaborators over a world that changes from question to question, as quick as can be.
-class QuickHost final : public kelwhich::WhichResolver {
-public:
-    QuickHost(const World& world, const Results& answers, const std::u16string& name)
-        : world_(&world), answers_(&answers), name_(&name) {}
-    [[nodiscard]] Results which(const std::u16string& name) const override {
-        return name == *name_ ? *answers_ : world_->hostAnswers.at(name); // a redirect's target
-    }
-
-private:
-    const World* world_;
-    const Results* answers_;
-    const std::u16string* name_;
-};
-
-class QuickMetadata final : public kelwhich::MetadataResolver {
-public:
-    explicit QuickMetadata(const World& world) : world_(&world) {}
-    [[nodiscard]] std::optional<std::shared_ptr<const SupportEntry>>
-    findByPath(const std::u16string& path) const override {
-        const auto& records = world_->records;
-        const auto found = std::find_if(records.begin(), records.end(), [&](const Record& record) {
-            return !record.entry->isBuiltin && record.entry->path == path;
-        });
-        return found == records.end() ? std::nullopt : std::optional(found->entry);
-    }
-    [[nodiscard]] std::vector<std::shared_ptr<const SupportEntry>>
-    findBySymbol(const std::u16string& symbol) const override {
-        std::vector<std::shared_ptr<const SupportEntry>> found;
-        for (const auto& record : world_->records) {
-            if (record.names.front() == symbol) {
-                found.push_back(record.entry);
-            }
-        }
-        return found;
-    }
-
-private:
-    const World* world_;
-};
-
-class QuickFiles final : public kelwhich::FileSystem {
-public:
-    explicit QuickFiles(const World& world) : world_(&world) {}
-    [[nodiscard]] bool exists(const std::u16string& path) const override { return world_->files.contains(path); }
-    [[nodiscard]] std::u16string orvakroot() const override { return world_->orvakroot; }
-    [[nodiscard]] std::optional<std::u16string> spkgroot() const override { return world_->spkgroot; }
-    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const override {
-        return world_->kelFiles.contains(path);
-    }
-
-private:
-    const World* world_;
-};
 
 std::vector<SupportEntry> recordForms(const std::u16string& name) {
     auto refused = supported(u"/h/t/f.vk");
@@ -191,10 +135,9 @@ void compareAll(const std::u16string& name, const std::u16string& symbol) {
     world.kelFiles = {u"/k/f.vk", u"/k/private/f.vk", u"/k/+p/f.vk", u"/k/f.x"};
     world.hostAnswers[u"g"] = {
         {u"g", Type::ORVAKBuiltin}, {u"/w/g.vk", Type::ORVAKPath}, {u"/w/f.vk", Type::ORVAKPath}};
-    Results answers;
-    const kelwhich::KELWhichResolver resolver(std::make_unique<QuickHost>(world, answers, name),
-                                              std::make_unique<QuickMetadata>(world),
-                                              std::make_unique<QuickFiles>(world));
+    world.isRecorded = false;
+    auto& answers = world.hostAnswers[name];
+    const auto resolver = makeResolver(world);
     std::size_t worlds = 0;
     enum class Packages { none, without, with } const all[] = {Packages::none, Packages::without, Packages::with};
     for (const auto standIns : all) {
@@ -205,6 +148,7 @@ void compareAll(const std::u16string& name, const std::u16string& symbol) {
             for (const auto form : recordList) {
                 world.add({symbol}, recorded[form]);
             }
+            answers.clear();
             const Judgements judgements(world, name, forms);
             for (const auto& answerList : answerLists) {
                 answers.clear();

@@ -26,18 +26,18 @@ public:
 
     // How often each rule decided something, so that worlds can be seen to exercise it.
     struct Counts {
-        std::size_t redirects = 0;
-        std::size_t repeats = 0;
-        std::size_t privateFiles = 0;
-        std::size_t movedRecords = 0;
-        std::size_t movedQueries = 0;
-        std::size_t unsupportedNames = 0;
-        std::size_t chains = 0; // redirects to a name that redirects
-        std::size_t cycles = 0; // back to where they came from
-        std::size_t deepPackages = 0;
-        std::size_t files = 0; // names that are a file with a record
+        std::size_t redirects;
+        std::size_t repeats;
+        std::size_t privateFiles;
+        std::size_t movedRecords;
+        std::size_t movedQueries;
+        std::size_t unsupportedNames;
+        std::size_t chains; // redirects to a name that redirects
+        std::size_t cycles; // back to where they came from
+        std::size_t deepPackages;
+        std::size_t files; // names that are a file with a record
     };
-    mutable Counts counts;
+    static inline Counts counts; // of all models
 
     Results resolve(const std::u16string& name) const {
         auto all = ofTargets(name);

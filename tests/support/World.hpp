@@ -39,6 +39,7 @@ struct World {
     std::optional<std::u16string> spkgroot;
 
     // The questions, in order; the one with the index `failing` throws `failure` instead of an answer.
+    bool isRecorded = true;
     Texts asked;
     std::optional<std::size_t> failing;
     std::exception_ptr failure;
@@ -48,10 +49,13 @@ struct World {
         records.push_back({names, std::make_shared<const SupportEntry>(entry)});
     }
 
-    void ask(const std::u16string& question, const std::u16string& argument = u"") {
+    void ask(const char16_t* question, const std::u16string& argument = u"") {
+        if (!isRecorded) {
+            return;
+        }
         Faults::ask();
         const std::lock_guard guard(lock);
-        asked.push_back(argument.empty() ? question : question + u" " + argument);
+        asked.push_back(argument.empty() ? question : std::u16string(question) + u" " + argument);
         if (failing == asked.size() - 1) {
             std::rethrow_exception(failure);
         }
