@@ -213,14 +213,14 @@ TEST(SearchIndexBuilder, LeavesOutWhatMayChangeUnseen) {
     const auto foldersAt = [&](const timespec& now) {
         return buildSearchIndex(installation, *installation.searchIndex, [&now] { return now; }).folders;
     };
-    const auto changed = statusOf(folder.path("w/a")).st_ctim;
-    EXPECT_EQ(foldersAt(after(changed, 2, -1)), 0);
-    EXPECT_EQ(foldersAt(after(changed, 2)), 1);
-    EXPECT_EQ(foldersAt(after(changed, -3600)), 0);
-    setModified(folder.path("w/a"), after(changed, 3600));
-    EXPECT_EQ(foldersAt(after(changed, 10)), 0);
+    const auto changed = [&] { return statusOf(folder.path("w/a")).st_ctim; };
+    EXPECT_EQ(foldersAt(after(changed(), 2, -1)), 0);
+    EXPECT_EQ(foldersAt(after(changed(), 2)), 1);
+    EXPECT_EQ(foldersAt(after(changed(), -3600)), 0);
+    setModified(folder.path("w/a"), after(changed(), 3600));
+    EXPECT_EQ(foldersAt(after(changed(), 10)), 0);
     setModified(folder.path("w/a"), {0, 0});
-    EXPECT_EQ(foldersAt(after(changed, 10)), 1);
+    EXPECT_EQ(foldersAt(after(changed(), 10)), 1);
     folder.write("w/b/g.vk");
     auto inside = installation;
     inside.searchIndex = folder.path("w/b/search.cdb");
