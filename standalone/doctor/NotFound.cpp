@@ -20,8 +20,8 @@ std::string inUTF8(std::u16string_view text) {
     return toUTF8(text).value_or(std::string());
 }
 
-bool contains(const std::vector<std::string>& texts, const std::string& text) {
-    return std::find(texts.begin(), texts.end(), text) != texts.end();
+bool contains(const std::vector<std::string>& list, const std::string& text) {
+    return std::find(list.begin(), list.end(), text) != list.end();
 }
 
 std::string rootFolderOf(const std::u16string& path) {
