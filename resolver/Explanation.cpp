@@ -36,7 +36,7 @@ std::strong_ordering trueFirst(bool a, bool b) {
     return a == b ? std::strong_ordering::equal : a ? std::strong_ordering::less : std::strong_ordering::greater;
 }
 
-// The most significant key in which two candidates differ; none other than `gathered` if they tie on all before it.
+// The most significant key in which two candidates differ; `gathered` if they tie on all before it.
 Key keyBetween(const Candidate& a, const Candidate& b) {
     return *std::find_if(Explanation::keys.begin(), Explanation::keys.end() - 1,
                          [&](Key key) { return Explanation::compare(key, a, b) != std::strong_ordering::equal; });
@@ -62,7 +62,7 @@ std::strong_ordering Explanation::compare(Key key, const Candidate& a, const Can
     return a.gathered <=> b.gathered;
 }
 
-// Writes down what the pipeline decides: a candidate is a place in the explanation.
+// Writes down what the pipeline decides. A candidate points into `found_`, and once ordered into the explanation.
 class KELWhichResolver::ExplanationRecorder {
 public:
     using Candidate = Explanation::Candidate*;

@@ -52,7 +52,7 @@ void KELWhichResolver::Pipeline<Recorder>::order(Candidates& candidates, const s
     // One candidate needs no order, but the collaborators are still asked: the calls are part of the contract.
     const bool isAlone = candidates.size() == 1 && !Recorder::wantsEveryJudgement;
 
-    // The last key is the most significant.
+    // `Explanation::keys` in reverse, the most significant one last: change both.
     preferWhere([](Result result) { return result.type == WhichResultType::KELPath; });
     preferWhere([](Result result) { return result.type == WhichResultType::KELBuiltin; });
     preferWhere([&](Result result) { return SourceFileJudgement{isAlone || isBuiltinOrSourceFile(result)}; });

@@ -18,7 +18,7 @@ KELWhichResolver::~KELWhichResolver() = default;
 
 namespace {
 
-// The file below the support-package root that stands in for a record's own, or the record's own.
+// The file of the support packages that stands in for the record's file, if there is one; else the record's path.
 std::u16string pathInPackages(const SupportEntry& entry, const FileSystem& fileSystem) {
     if (entry.isBuiltin || !containsSeparator(entry.path)) {
         return entry.path;
@@ -27,8 +27,8 @@ std::u16string pathInPackages(const SupportEntry& entry, const FileSystem& fileS
     if (!packages) {
         return entry.path;
     }
-    auto candidate = replacePrefix(entry.path, fileSystem.orvakroot(), *packages);
-    return fileSystem.exists(candidate) ? candidate : entry.path;
+    auto standIn = replacePrefix(entry.path, fileSystem.orvakroot(), *packages);
+    return fileSystem.exists(standIn) ? standIn : entry.path;
 }
 
 } // namespace

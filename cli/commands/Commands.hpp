@@ -9,7 +9,7 @@ enum ExitCode {
     exitYes = 0,     // every name has a candidate and meets --require; the task is done
     exitNo = 1,      // a name has no candidate or does not meet --require; the doctor has findings
     exitFailed = 2,  // nothing could be answered or done
-    exitPartial = 3, // some names were answered, others were rejected or failed
+    exitPartial = 3, // some names were answered, others rejected or failed; `init` left out a folder
 };
 
 // Prints the candidates of every name, all at once after the last name is answered.

@@ -22,7 +22,7 @@ struct WhyNot {
 
     std::string path; // as given
     Place place;
-    std::optional<std::string> candidate;  // the other path of the same file that the search has, links resolved
+    std::optional<std::string> candidate;  // the candidate's own path, where the same file was given by another
     std::optional<std::size_t> rank;       // of a candidate
     std::vector<Obstacle> obstacles;       // all would have to go; the most significant first
     std::optional<std::string> wouldWinBy; // why it would be first without them

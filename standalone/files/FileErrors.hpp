@@ -10,7 +10,8 @@
 
 namespace tessgen::standalone {
 
-// The disk failed to read a path. Unlike that of std::system_error, its text ends with what to do.
+// The disk failed to read a path. Unlike that of std::system_error, its text ends with what to do where there is
+// general advice.
 class DiskError final : public std::system_error {
 public:
     DiskError(int error, const std::string& path);

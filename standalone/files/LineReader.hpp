@@ -20,8 +20,8 @@ public:
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
-    // The next line, of any length, without its line end and without a byte-order mark before the first line; one that
-    // NUL ends has all its other bytes. Empty at the end of the file. Valid until the next call.
+    // The next line, of any length, without its end; nothing at the end of the file. Where lines end with '\n', also
+    // without '\r's before it, and without a byte-order mark before the first line. Valid until the next call.
     std::optional<std::string_view> next();
 
     // In bytes; empty when the file is not a regular one.

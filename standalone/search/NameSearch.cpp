@@ -18,7 +18,7 @@ using Entry = FileTree::Entry;
 using Kind = FileTree::Kind;
 using Places = std::vector<FoundPlace>;
 
-// Both are UTF-8: the manifest's folders are, and an entry on the disk is compared with a name that is.
+// The path is UTF-8: its folder is the manifest's, and its file name equals a name that is.
 void addFile(const std::string& path, Places& places) {
     places.push_back({toUTF16(path).value(), {}});
 }

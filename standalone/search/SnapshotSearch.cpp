@@ -235,7 +235,8 @@ private:
         return search_.files_.entriesBy(disk_, folder);
     }
 
-    // Runs `read`. On std::system_error marks all names that begin with `names` as incomplete and returns false.
+    // Runs `read`. On std::system_error marks all names with the first part of `names` ("": all plain names) as
+    // incomplete and returns false.
     template <typename Read>
     bool readOrMark(std::string_view names, Read read) {
         try {
