@@ -52,6 +52,15 @@ std::string withoutFolderLinks(const std::string& path) {
     return folder ? standalone::joinPath(*folder, path.substr(slash + 1)) : path;
 }
 
+// Whether a candidate, whose folder need not be readable, is that file.
+bool isPlace(const std::string& candidate, const std::string& place) {
+    try {
+        return withoutFolderLinks(candidate) == place;
+    } catch (const std::system_error&) {
+        return candidate == place;
+    }
+}
+
 std::string joined(const std::vector<std::string>& texts) {
     std::string list;
     for (const auto& text : texts) {
@@ -146,7 +155,7 @@ private:
     bool locateElsewhere() {
         const auto place = withoutFolderLinks(inUTF8(path_));
         return locate([&](const std::u16string& path) {
-            const bool isSame = path.starts_with(u'/') && withoutFolderLinks(inUTF8(path)) == place;
+            const bool isSame = path.starts_with(u'/') && isPlace(inUTF8(path), place);
             if (isSame) {
                 answer_.candidate = inUTF8(path);
             }

@@ -58,6 +58,10 @@ std::string_view distrustOf(const std::string& manifest) {
     if (file.st_uid != self) {
         return "belongs to another user";
     }
+    const bool isOfOtherGroup = (file.st_mode & S_IWGRP) != 0 && file.st_gid != getegid();
+    if (!S_ISLNK(file.st_mode) && (isOfOtherGroup || (file.st_mode & S_IWOTH) != 0)) {
+        return "can be written to by others";
+    }
     const bool isOthers = folder.st_uid != self && folder.st_uid != 0;
     const bool isGroups = (folder.st_mode & S_IWGRP) != 0 && folder.st_gid != getegid();
     if (isOthers || isGroups || (folder.st_mode & S_IWOTH) != 0) {

@@ -31,7 +31,7 @@ struct Request {
     bool first = false; // only the preferred candidate
     bool quiet = false; // only the exit code
     bool verbose = false;
-    bool null = false;  // NUL-terminated paths
+    bool null = false; // NUL-terminated paths
 };
 
 // Options may stand anywhere before "--". Only the first word that is not an option can begin a command; after "--" no

@@ -121,13 +121,13 @@ const CommandRow* findCommand(std::span<const std::string> words) {
 }
 
 std::vector<std::string> commandsBeginning(std::string_view word) {
-    std::vector<std::string> commands;
+    std::vector<std::string> found;
     for (const auto& row : commandTable) {
         if (row.word == word && !row.secondWord.empty()) {
-            commands.push_back(row.words());
+            found.push_back(row.words());
         }
     }
-    return commands;
+    return found;
 }
 
 void addRequirements(Requirement& requirement, std::string_view words) {

@@ -16,9 +16,9 @@ namespace {
 
 // At most 64 KiB, which the entry that describes a database never exceeds, from `position` on; fewer or none when they
 // cannot be read.
-constexpr std::uint32_t blockSize = 1U << 16U;
+constexpr std::uint32_t sampleSize = 1U << 16U;
 std::string bytesAt(int descriptor, std::uint32_t position) {
-    std::string block(blockSize, '\0');
+    std::string block(sampleSize, '\0');
     const ssize_t count = pread(descriptor, block.data(), block.size(), position);
     block.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     return block;
@@ -33,7 +33,7 @@ bool holds(std::string_view text, std::string_view part) {
 std::string kindOfDatabase(int descriptor, std::string_view begin) {
     std::uint32_t end = 0;
     std::memcpy(&end, begin.data(), std::min(sizeof end, begin.size()));
-    auto text = bytesAt(descriptor, end - std::min(end, blockSize));
+    auto text = bytesAt(descriptor, end - std::min(end, sampleSize));
     text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
     return holds(text, "kelwhich support store")  ? "a support store"
            : holds(text, "kelwhich search index") ? "a search index"
