@@ -47,6 +47,11 @@ std::string nearestManifest() {
     }
 }
 
+// By its mode: others than the owner and the members of the user's own group.
+bool isWritableByOthers(const struct stat& file) {
+    return (file.st_mode & S_IWOTH) != 0 || ((file.st_mode & S_IWGRP) != 0 && file.st_gid != getegid());
+}
+
 // Why another user may have put this manifest there, or what it leads to; empty when nobody else can have.
 std::string_view distrustOf(const std::string& manifest) {
     struct stat file {};
@@ -58,13 +63,10 @@ std::string_view distrustOf(const std::string& manifest) {
     if (file.st_uid != self) {
         return "belongs to another user";
     }
-    const bool isOfOtherGroup = (file.st_mode & S_IWGRP) != 0 && file.st_gid != getegid();
-    if (!S_ISLNK(file.st_mode) && (isOfOtherGroup || (file.st_mode & S_IWOTH) != 0)) {
+    if (!S_ISLNK(file.st_mode) && isWritableByOthers(file)) {
         return "can be written to by others";
     }
-    const bool isOthers = folder.st_uid != self && folder.st_uid != 0;
-    const bool isGroups = (folder.st_mode & S_IWGRP) != 0 && folder.st_gid != getegid();
-    if (isOthers || isGroups || (folder.st_mode & S_IWOTH) != 0) {
+    if ((folder.st_uid != self && folder.st_uid != 0) || isWritableByOthers(folder)) {
         return "lies in a folder that others can write to";
     }
     std::error_code dangling;
