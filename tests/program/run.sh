@@ -12,7 +12,7 @@
 #       2 the last such line, when the exit code is not 0 but, for example, 2
 #       = 2 the same without any line on standard error
 # "$here" is the folder of sessions, "$recordings" of recordings, "$pages" of the man page and the completions.
-# <tmp> stands for the parent folder of the copy, <esc> for an escape character.
+# The store is built. <tmp> stands for the parent folder of the copy, <esc> for an escape character.
 set -euo pipefail
 
 program=$(realpath "$1")
@@ -33,6 +33,7 @@ export TERM=xterm LC_ALL=C.UTF-8 SHELL=/bin/sh HOME=$top/tmp
 cp -r "$example" "$top/tmp/world"
 rm -f "$top/tmp/world/"*.cdb
 cd "$top/tmp/world"
+kelwhich store build support.jsonl >/dev/null
 
 # shown PREFIX FILE: prints the file's lines after the prefix.
 shown() { sed -e "s|$top/tmp|<tmp>|g" -e $'s|\x1b|<esc>|g' -e "s|^|$1|" "$2"; }
