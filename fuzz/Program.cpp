@@ -84,9 +84,10 @@ void requireSafeError(std::string_view text) {
 }
 
 void requireSafeAnswer(const std::vector<std::string>& words) {
-    cli::Answer answer{words.front(), {}, words};
+    cli::Answer answer{words.front(), {}, words, {}};
     for (std::size_t i = 1; i < words.size(); ++i) {
-        answer.candidates.push_back({words[i], static_cast<kelwhich::WhichResultType>(i % 5), i % 2 == 0, true, false});
+        answer.candidates.push_back(
+            {words[i], static_cast<kelwhich::WhichResultType>(i % 5), i % 2 == 0, true, false, i % 3 == 0});
     }
     const auto text = standalone::split(cli::asText(answer, false), '\n');
     require(text.size() == 2 + std::max<std::size_t>(1, words.size() - 1) && text.back().empty(), "a line for each");

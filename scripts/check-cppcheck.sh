@@ -6,4 +6,4 @@ scripts/setup.sh gates
 cppcheck --quiet -j "$(nproc)" --std=c++20 --language=c++ --enable=warning,performance,portability --error-exitcode=1 \
   --suppressions-list=scripts/cppcheck.suppressions --template='{file}:{line}: {message} [{id}]' \
   -DKELWHICH_EXPORT= -DKELWHICH_NO_EXPORT= -I . -I include -I platform/include \
-  adaptors cli entry examples fuzz host platform resolver standalone
+  adaptors analysis cli entry examples fuzz host platform resolver standalone

@@ -43,10 +43,11 @@ door platform "$host"
 door resolver "resolver/|host/Paths|tessgen/kelwhich/|fl/filesystem|tessapp/util/|tessapp/internal/screener/meta/SupportEntry"
 door host "host/|tessgen/kelwhich/|$host"
 door adaptors "adaptors/|host/|tessgen/kelwhich/|$host"
+door analysis "analysis/|host/Paths|tessgen/kelwhich/"
 door entry "tessgen/kelwhich/|$host"
 rooms standalone "host/Paths|standalone/Session\.hpp|$host" \
   text files json manifest database search store index services doctor
-rooms cli 'standalone/|tessapp/|tessgen/kelwhich/' output options pages recording installation explanation commands
+rooms cli 'analysis/|standalone/|tessapp/|tessgen/kelwhich/' output options pages recording installation explanation commands
 
 # Public headers know only the standard library and each other.
 if grep -rnE '^ *# *include *<' include | grep -vE '<[a-z_]+>'; then

@@ -10,7 +10,7 @@ add_library(public_headers_alone OBJECT ${header_sources})
 target_link_libraries(public_headers_alone PRIVATE kelwhich_headers kelwhich_warnings)
 
 # So each other header; the first include of the source of its name is compiled so already.
-set(folders adaptors cli fuzz host platform resolver standalone tests)
+set(folders adaptors analysis cli fuzz host platform resolver standalone tests)
 list(TRANSFORM folders REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/\\1/*.hpp")
 file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" ${folders})
 foreach(header ${headers})

@@ -4,6 +4,7 @@ add_unit_tests(
   SOURCES
   adaptors/CachingAdaptorsTest.cpp
   adaptors/RealFileSystemTest.cpp
+  analysis/PreferredCandidateTest.cpp
   entry/InvokeTest.cpp
   entry/KelwhichTest.cpp
   host/ORVAKWhichResolverTest.cpp
@@ -18,6 +19,7 @@ add_unit_tests(
   resolver/SmallWorldsTest.cpp # the slowest, so that faults show before
   ../standalone/services/DataArrays.cpp
   LIBRARIES
+  kelwhich_analysis
   kelwhich_objects
   kelwhich_paths)
 set(KELWHICH_RANDOM_WORLDS 50000 CACHE STRING "How many random worlds the library is compared with the model over")

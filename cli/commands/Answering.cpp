@@ -1,5 +1,6 @@
 #include "cli/commands/Answering.hpp"
 
+#include "analysis/PreferredCandidate.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
@@ -12,16 +13,23 @@
 
 namespace tessgen::cli {
 
-Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver) {
-    Answer answer{std::string(name), {}, {}};
-    for (const auto& resolution : resolver.explain(parseName(name)).resolutions) {
+Answer answerTo(std::string_view name, const ResolverSession& resolver, const Request& request) {
+    const bool marksMissing = (!request.quiet && !request.null) || resolver.isRecorded();
+    const bool isForPerson = request.action == Action::which && !request.from && outputIsTerminal();
+    Answer answer{std::string(name), {}, {}, {}};
+    const auto explanation = resolver->explain(parseName(name));
+    for (const auto& resolution : explanation.resolutions) {
         for (const auto& candidate : resolution.candidates) {
             if (candidate.repeat) {
                 continue;
             }
             answer.candidates.push_back({inUTF8(candidate.result.path), candidate.result.type, candidate.isUser(),
-                                         candidate.isSupported(), !candidate.isDirect()});
+                                         candidate.isSupported(), !candidate.isDirect(),
+                                         marksMissing && resolver.isMissing(candidate)});
         }
+    }
+    if ((request.json || isForPerson) && !answer.candidates.empty()) {
+        answer.finding = analysis::mainFinding(explanation, !answer.candidates.front().isMissing);
     }
     return answer;
 }

@@ -9,9 +9,9 @@
 
 namespace tessgen::cli {
 
-// The candidates of `name`, the preferred one first.
-// Errors: those of `parseName` and of the resolver.
-Answer answerTo(std::string_view name, const kelwhich::KELWhichResolver& resolver);
+// The candidates of `name`, the preferred one first; in JSON, and for a person who asks for single names, with the
+// finding that matters most. Errors: those of `parseName` and of the resolver.
+Answer answerTo(std::string_view name, const ResolverSession& resolver, const Request& request);
 
 // Why an answer with candidates does not meet the requirement, to follow "NAME: "; empty when it does.
 std::string unmetRequirement(const Answer& answer, const Requirement& requirement);

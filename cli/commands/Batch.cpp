@@ -23,7 +23,7 @@ int batch(const Request& request) {
         std::string text;
         try {
             resolver.dropCache();
-            auto answer = answerTo(*name, *resolver);
+            auto answer = answerTo(*name, resolver, request);
             outcome.addAnswer(*name, !answer.candidates.empty());
             applySelection(answer, request);
             text = request.json ? asJSONLine(answer) : asText(answer, isColoured) + "\n";

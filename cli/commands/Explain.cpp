@@ -24,7 +24,14 @@ namespace tessgen::cli {
 namespace {
 
 Explained explained(const std::string& name, const Request& request, const ResolverSession& resolver) {
-    Explained answer{name, resolver->explain(parseName(name)), {}};
+    Explained answer{name, resolver->explain(parseName(name)), {}, {}};
+    for (const auto& resolution : answer.explanation.resolutions) {
+        for (const auto& candidate : resolution.candidates) {
+            if (resolver.isMissing(candidate)) {
+                answer.missing.push_back(candidate.result.path);
+            }
+        }
+    }
     if (request.whyNot) {
         answer.whyNot = whyNot(*request.whyNot, answer.explanation, resolver);
     }

@@ -99,7 +99,7 @@ int which(const Request& request) {
     std::vector<Answer> answers;
     for (const auto& name : request.operands) {
         try {
-            auto answer = answerTo(name, *resolver);
+            auto answer = answerTo(name, resolver, request);
             outcome.addAnswer(name, !answer.candidates.empty(), unmetRequirement(answer, request.require));
             if (!request.quiet && !request.replay) {
                 warnOfFileInWorkingFolder(name, answer);

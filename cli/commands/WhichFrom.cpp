@@ -68,7 +68,7 @@ private:
             return;
         }
         try {
-            auto answer = answerTo(name, *resolver_);
+            auto answer = answerTo(name, resolver_, request_);
             CachedAnswer made{"", !answer.candidates.empty(), unmetRequirement(answer, request_.require)};
             applySelection(answer, request_);
             made.text = rendered(answer);

@@ -1,6 +1,7 @@
 #include "cli/explanation/ExplanationWording.hpp"
 #include "cli/explanation/RenderExplanation.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Findings.hpp"
 #include "cli/output/Json.hpp"
 #include "cli/output/Render.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
@@ -103,7 +104,6 @@ ordered_json document(const Explanation::Redirect& redirect) {
             {"record", document(*redirect.record)}};
 }
 
-ordered_json document(const Explanation::Resolution& resolution);
 ordered_json document(const WhyNot::Obstacle& obstacle);
 
 template <typename Element>
@@ -115,14 +115,19 @@ ordered_json documents(const std::vector<Element>& elements) {
     return list;
 }
 
-ordered_json document(const Explanation::Resolution& resolution) {
+ordered_json document(const Explanation::Resolution& resolution, const Explained& explained) {
+    auto candidates = ordered_json::array();
+    for (const auto& candidate : resolution.candidates) {
+        candidates.push_back(document(candidate));
+        if (explained.isMissing(candidate)) {
+            candidates.back()["missing"] = true;
+        }
+    }
     auto dropped = ordered_json::array();
     for (const auto& result : resolution.dropped) {
         dropped.push_back(document(result, resolution));
     }
-    return {{"name", inUTF8(resolution.name)},
-            {"candidates", documents(resolution.candidates)},
-            {"dropped", std::move(dropped)}};
+    return {{"name", inUTF8(resolution.name)}, {"candidates", std::move(candidates)}, {"dropped", std::move(dropped)}};
 }
 
 ordered_json document(const WhyNot::Obstacle& obstacle) {
@@ -151,9 +156,13 @@ ordered_json document(const WhyNot& whyNot) {
 } // namespace
 
 ordered_json asJSON(const Explained& explained) {
+    auto resolutions = ordered_json::array();
+    for (const auto& resolution : explained.explanation.resolutions) {
+        resolutions.push_back(document(resolution, explained));
+    }
     ordered_json result = {{"query", explained.query},
                            {"redirects", documents(explained.explanation.redirects)},
-                           {"resolutions", documents(explained.explanation.resolutions)}};
+                           {"resolutions", std::move(resolutions)}};
     if (explained.whyNot) {
         result["whyNot"] = document(*explained.whyNot);
     }

@@ -56,14 +56,15 @@ std::string valueOf(Key key, const Candidate& candidate, bool isNarrow) {
 
 class ExplanationText {
 public:
-    ExplanationText(std::string& text, const Style& style) : out_(text), style_(style) {}
+    ExplanationText(std::string& text, const Style& style, const Explained& explained)
+        : out_(text), style_(style), explained_(explained) {}
 
-    void append(const Explained& explained) {
-        const auto& explanation = explained.explanation;
-        add("{}{}{}\n", style_.name, escaped(explained.query), style_.end);
+    void append() {
+        const auto& explanation = explained_.explanation;
+        add("{}{}{}\n", style_.name, escaped(explained_.query), style_.end);
         for (const auto& redirect : explanation.redirects) {
             add("  redirect to {} by {}\n    {}\n", escaped(inUTF8(redirect.target)), escaped(inUTF8(redirect.path)),
-                escaped(redirectWords(redirect, explained.query)));
+                escaped(redirectWords(redirect, explained_.query)));
         }
         for (const auto& resolution : explanation.resolutions) {
             if (explanation.resolutions.size() > 1) {
@@ -71,8 +72,8 @@ public:
             }
             append(resolution);
         }
-        if (explained.whyNot) {
-            append(*explained.whyNot);
+        if (explained_.whyNot) {
+            append(*explained_.whyNot);
         }
     }
 
@@ -165,6 +166,9 @@ private:
     // Details that the table lacks: the folder that makes a file host code, and the contents of records.
     void appendCauses(const std::vector<Candidate>& candidates, const std::string& name) {
         for (const auto& candidate : candidates) {
+            if (explained_.isMissing(candidate)) {
+                add("  {} is missing: its record leads to it, but there is no such file\n", labelOf(candidate));
+            }
             if (candidate.ownership == Ownership::sourceCode || candidate.ownership == Ownership::supportPackage) {
                 add("  {}\n", escaped(reason(Key::user, candidate, labelOf(candidate), name)));
             }
@@ -192,6 +196,7 @@ private:
 
     std::string& out_;
     const Style& style_;
+    const Explained& explained_;
     std::size_t labelWidth_ = 1;
 };
 
@@ -200,7 +205,7 @@ private:
 std::string asText(const Explained& explained, bool coloured) {
     const auto style = outputStyle(coloured);
     std::string text;
-    ExplanationText(text, style).append(explained);
+    ExplanationText(text, style, explained).append();
     return text;
 }
 

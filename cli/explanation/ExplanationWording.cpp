@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string>
 
@@ -90,12 +89,6 @@ std::string kindReason(const Candidate& candidate, std::string_view subject) {
 }
 
 } // namespace
-
-std::string_view keyName(Key key) {
-    constexpr std::array<std::string_view, Explanation::keys.size()> names = {"direct",     "user", "supported",
-                                                                              "sourceFile", "kind", "gathered"};
-    return names.at(static_cast<std::size_t>(key));
-}
 
 std::string reason(Key key, const Candidate& candidate, std::string_view subject, const std::string& name) {
     switch (key) {

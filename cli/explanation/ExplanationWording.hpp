@@ -10,9 +10,6 @@
 
 namespace tessgen::cli {
 
-// The key's name in JSON.
-std::string_view keyName(kelwhich::Explanation::Key key);
-
 // What the candidate called `subject` is by this key when `name` is resolved, and why:
 // "2 is a method of the class Shape", "1 is not supported: it has no record".
 std::string reason(kelwhich::Explanation::Key key, const kelwhich::Explanation::Candidate& candidate,

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ struct Explained {
     std::string query; // UTF-8
     kelwhich::Explanation explanation;
     std::optional<WhyNot> whyNot;
+    std::vector<std::u16string> missing; // the paths of candidates that are files and do not exist
+
+    [[nodiscard]] bool isMissing(const kelwhich::Explanation::Candidate& candidate) const {
+        return std::find(missing.begin(), missing.end(), candidate.result.path) != missing.end();
+    }
 };
 
 // The redirects; then for each resolved name its candidates, a table of their keys in which "*" marks the deciding one,

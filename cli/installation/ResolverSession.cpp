@@ -9,6 +9,7 @@
 #include "tessgen/kelwhich/RealFileSystem.hpp"
 #include "tessgen/kelwhich/ScreenerMetadataResolver.hpp"
 
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -44,16 +45,33 @@ ResolverSession::ResolverSession(const Request& request, standalone::View view)
         recording_ = std::make_shared<Recording>(*request.record);
     }
     dropCache();
+    files_ = collaborators().fileSystem;
+}
+
+Collaborators ResolverSession::collaborators() const {
+    return replay_ ? replayed(replay_) : recording_ ? recorded(realCollaborators(), recording_) : realCollaborators();
 }
 
 // The same composition as in kelwhich::kelwhich.
 void ResolverSession::dropCache() {
-    Collaborators collaborators = replay_      ? replayed(replay_)
-                                  : recording_ ? recorded(realCollaborators(), recording_)
-                                               : realCollaborators();
+    auto collaborators = this->collaborators();
     resolver_ = std::make_unique<const kelwhich::KELWhichResolver>(
         std::move(collaborators.which), std::move(collaborators.metadata),
         std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(collaborators.fileSystem)));
+}
+
+bool ResolverSession::isMissing(const kelwhich::Explanation::Candidate& candidate) const {
+    using Type = kelwhich::WhichResultType;
+    const auto& [path, type] = candidate.result;
+    const bool isFile = (type == Type::KELPath || type == Type::ORVAKPath) && path.starts_with(u'/');
+    if (!isFile || candidate.source.question == kelwhich::Explanation::Source::Question::host) {
+        return false;
+    }
+    try {
+        return !files_->exists(path);
+    } catch (const std::exception&) { // it cannot be looked up, or an older recording does not know
+        return false;
+    }
 }
 
 void ResolverSession::writeRecording() const {

@@ -13,6 +13,7 @@
 
 namespace tessgen::cli {
 
+struct Collaborators;
 class Recording;
 class Replay;
 
@@ -38,8 +39,13 @@ public:
     const kelwhich::KELWhichResolver& operator*() const { return *resolver_; }
     const kelwhich::KELWhichResolver* operator->() const { return resolver_.get(); }
 
+    // Whether a candidate is a file that does not exist: only a record can lead to one. False when that is not known.
+    [[nodiscard]] bool isMissing(const kelwhich::Explanation::Candidate& candidate) const;
+
     // Forgets the cached answers of the disk, so that the next question asks it again.
     void dropCache();
+
+    [[nodiscard]] bool isRecorded() const { return recording_ != nullptr; }
 
     // True when a recording answers, so that the disk and the open installation say nothing about the names.
     [[nodiscard]] bool isReplayed() const { return replay_ != nullptr; }
@@ -49,9 +55,12 @@ public:
     void writeRecording() const;
 
 private:
+    [[nodiscard]] Collaborators collaborators() const;
+
     std::shared_ptr<const Replay> replay_;
     std::shared_ptr<Recording> recording_;
     std::unique_ptr<const kelwhich::KELWhichResolver> resolver_;
+    std::unique_ptr<const kelwhich::FileSystem> files_; // not cached
 };
 
 } // namespace tessgen::cli

@@ -3,6 +3,7 @@
 #include "cli/output/Columns.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "cli/output/Findings.hpp"
 #include "cli/output/Json.hpp"
 
 #include <fmt/format.h>
@@ -39,15 +40,29 @@ const Kind& kindOf(kelwhich::WhichResultType type) {
     return kinds.at(static_cast<std::size_t>(type));
 }
 
-// Indexed by bits: 1 user, 2 supported, 4 indirect.
-constexpr std::array<std::string_view, 8> verdicts{
-    "",         "user",           "supported",           "user, supported",
-    "indirect", "user, indirect", "supported, indirect", "user, supported, indirect",
+// Indexed by bits: 1 user, 2 supported, 4 indirect, 8 missing.
+constexpr std::array<std::string_view, 16> verdicts{
+    "",
+    "user",
+    "supported",
+    "user, supported",
+    "indirect",
+    "user, indirect",
+    "supported, indirect",
+    "user, supported, indirect",
+    "missing",
+    "user, missing",
+    "supported, missing",
+    "user, supported, missing",
+    "indirect, missing",
+    "user, indirect, missing",
+    "supported, indirect, missing",
+    "user, supported, indirect, missing",
 };
 
 std::string_view verdictsOf(const Answer::Candidate& candidate) {
     return verdicts.at((candidate.isUser ? 1U : 0U) + (candidate.isSupported ? 2U : 0U)
-                       + (candidate.isIndirect ? 4U : 0U));
+                       + (candidate.isIndirect ? 4U : 0U) + (candidate.isMissing ? 8U : 0U));
 }
 
 std::string suggestionWords(const std::vector<std::string>& names) {
@@ -115,6 +130,9 @@ void append(std::string& text, const Answer& answer, const Style& style) {
         appendPadded(text, verdictsOf(candidate), widths.verdicts).append("  ");
         text.append(paths.empty() ? escaped(candidate.path) : paths[i]).append(i == 0 ? style.end : "").append("\n");
     }
+    if (answer.finding) {
+        text.append("  ").append(asText(*answer.finding)).append("\n");
+    }
 }
 
 nlohmann::ordered_json candidatesOf(const Answer& answer) {
@@ -126,8 +144,21 @@ nlohmann::ordered_json candidatesOf(const Answer& answer) {
                               {"user", candidate.isUser},
                               {"supported", candidate.isSupported},
                               {"indirect", candidate.isIndirect}});
+        if (candidate.isMissing) {
+            candidates.back()["missing"] = true;
+        }
     }
     return candidates;
+}
+
+// Adds what an answer and a line have in common.
+nlohmann::ordered_json withAnswer(nlohmann::ordered_json object, const Answer& answer) {
+    object["query"] = answer.query;
+    object["candidates"] = candidatesOf(answer);
+    if (answer.finding) {
+        object["finding"] = document(*answer.finding);
+    }
+    return object;
 }
 
 } // namespace
@@ -152,16 +183,14 @@ std::string asText(const Answer& answer, bool coloured) {
 std::string asJSON(const std::vector<Answer>& answers) {
     auto list = nlohmann::ordered_json::array();
     for (const auto& answer : answers) {
-        list.push_back({{"query", answer.query}, {"candidates", candidatesOf(answer)}});
+        list.push_back(withAnswer({}, answer));
     }
     const nlohmann::ordered_json document{{"schema", "kelwhich/1"}, {"answers", std::move(list)}};
     return printJSONDocument(document);
 }
 
 std::string asJSONLine(const Answer& answer) {
-    const nlohmann::ordered_json line{
-        {"schema", "kelwhich/1"}, {"query", answer.query}, {"candidates", candidatesOf(answer)}};
-    return printJSON(line) + '\n';
+    return printJSON(withAnswer({{"schema", "kelwhich/1"}}, answer)) + '\n';
 }
 
 std::string asJSONLine(std::string_view query, std::string_view error) {

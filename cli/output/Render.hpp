@@ -1,6 +1,7 @@
 // Renders answers: as text for people, as JSON for programs.
 #pragma once
 
+#include "analysis/Finding.hpp"
 #include "tessgen/kelwhich/WhichResult.hpp"
 
 #include <cstddef>
@@ -19,23 +20,25 @@ struct Answer {
         bool isUser;
         bool isSupported;
         bool isIndirect;
+        bool isMissing; // it is a file that does not exist
     };
 
     std::string query; // UTF-8
     std::vector<Candidate> candidates;
-    std::vector<std::string> suggestions; // similar names, when there is no candidate; text only
+    std::vector<std::string> suggestions;     // similar names, when there is no candidate; text only
+    std::optional<analysis::Finding> finding; // what matters most of the preferred candidate
 };
 
-// For each name: the name, then one line per candidate with its rank, kind in words, verdicts and path, all escaped. An
-// empty line separates answers.
+// For each name: the name, then one line per candidate with its rank, kind in words, verdicts and path, then the
+// finding, all escaped. An empty line separates answers.
 std::string asText(const std::vector<Answer>& answers, bool coloured);
 std::string asText(const Answer& answer, bool coloured);
 
 // One document, {"schema":"kelwhich/1","answers":[...]}.
 std::string asJSON(const std::vector<Answer>& answers);
 
-// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}; or with "error":{"message":...} in place of the
-// candidates. A query that is not UTF-8 is escaped as in text.
+// One line: {"schema":"kelwhich/1","query":...,"candidates":[...]}, with the finding if there is one; or with
+// "error":{"message":...} in place of the candidates. A query that is not UTF-8 is escaped as in text.
 std::string asJSONLine(const Answer& answer);
 std::string asJSONLine(std::string_view query, std::string_view error);
 
