@@ -75,29 +75,21 @@ bool same(const SupportEntry& a, const SupportEntry& b) {
            == std::tie(b.supportFlags, b.isBuiltin, b.isRedirect, b.symbol, b.path, b.unsupportedSymbols);
 }
 
-// What is kept of the records on a walk through all of them, by what finds them.
-struct Walked {
-    std::uint64_t records = 0;
-    std::map<std::u16string, std::vector<SupportEntry>> byPath = {{u"", {}}, {u"/w/f.vk", {}}};
-    std::map<std::u16string, std::vector<SupportEntry>> byName = {{u"", {}}, {u"f", {}}};
+using Records = std::vector<standalone::SupportStore::Record>;
+using Walked = std::map<std::u16string, std::vector<SupportEntry>>; // the records of a walk by what finds them
 
-    void add(const standalone::SupportRecord& record) {
-        ++records;
+// Asks for everything that a walk meets. `isWhole`: nothing may fail, and look-ups find what the walk does.
+void ask(const std::string& file, const standalone::SupportStore& store, bool isWhole) {
+    Walked byPath = {{u"", {}}, {u"/w/f.vk", {}}};
+    Walked byName = {{u"", {}}, {u"f", {}}};
+    const auto visit = [&](const standalone::SupportRecord& record) {
         if (!record.entry.isBuiltin) {
             byPath[record.entry.path].push_back(record.entry);
         }
         for (const auto& name : record.names) {
             byName[name].push_back(record.entry);
         }
-    }
-};
-
-using Records = std::vector<standalone::SupportStore::Record>;
-
-// Asks for everything that a walk meets. `isWhole`: nothing may fail, and look-ups find what the walk does.
-void ask(const std::string& file, const standalone::SupportStore& store, bool isWhole) {
-    Walked walked;
-    const auto visit = [&](const standalone::SupportRecord& record) { walked.add(record); };
+    };
     require(answerOf(file, [&] { return store.forEachRecord(visit), true; }) || !isWhole,
             "what is whole is read whole");
     const auto compare = [&](const std::optional<Records>& found, const std::vector<SupportEntry>& expected) {
@@ -106,7 +98,7 @@ void ask(const std::string& file, const standalone::SupportStore& store, bool is
                     || (found && std::equal(found->begin(), found->end(), expected.begin(), expected.end(), isSame)),
                 "what is whole is found as it is read");
     };
-    for (const auto& [path, expected] : walked.byPath) {
+    for (const auto& [path, expected] : byPath) {
         const auto found = answerOf(file, [&, &path = path] {
             const auto record = store.findByPath(path);
             return record ? Records{*record} : Records();
@@ -115,7 +107,7 @@ void ask(const std::string& file, const standalone::SupportStore& store, bool is
                 "a path finds its own record");
         compare(found, expected);
     }
-    for (const auto& [name, expected] : walked.byName) {
+    for (const auto& [name, expected] : byName) {
         compare(answerOf(file, [&, &name = name] { return store.findBySymbol(name); }), expected);
     }
 }

@@ -7,7 +7,6 @@ add_unit_tests(
   SOURCES
   standalone/DiagnosisTest.cpp
   standalone/SnapshotSearchTest.cpp
-  standalone/FolderStampTest.cpp
   standalone/GoldenFilesTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp

@@ -37,19 +37,18 @@ TEST(RealFileTree, NamesWhatItMayNotRead) {
     chmod(top.path("entered").c_str(), 0711);
     const uid_t user = geteuid();
     ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // the superuser may read everything
-    const std::string listed = errorOf([&] { static_cast<void>(tree.entries(closed, all)); });
-    const std::string asked = errorOf([&] { static_cast<void>(tree.kindOf(closed + "/f.vk")); });
-    const std::string plain = errorOf([&] { static_cast<void>(search.find(u"f")); });
-    const std::string dotted = errorOf([&] { static_cast<void>(search.find(u"p.f")); });
-    const auto withSlash = search.find(u"sub/f").size();
+    const std::vector<std::string> errors = {
+        errorOf([&] { static_cast<void>(tree.entries(closed, all)); }),
+        errorOf([&] { static_cast<void>(tree.kindOf(closed + "/f.vk")); }),
+        errorOf([&] { static_cast<void>(search.find(u"f")); }),
+        errorOf([&] { static_cast<void>(search.find(u"p.f")); }),
+        errorOf([&] { EXPECT_EQ(search.find(u"sub/f").size(), 1); }),
+    };
     ASSERT_EQ(seteuid(user), 0);
     const std::string why = ": cannot be read: Permission denied; give the right to read it, or leave it out of the "
                             "installation";
-    EXPECT_EQ(listed, closed + why);
-    EXPECT_EQ(asked, closed + "/f.vk" + why);
-    EXPECT_EQ(plain, top.path("entered") + why);
-    EXPECT_EQ(dotted, plain);
-    EXPECT_EQ(withSlash, 1U);
+    const auto entered = top.path("entered") + why;
+    EXPECT_EQ(errors, (std::vector{closed + why, closed + "/f.vk" + why, entered, entered, std::string("no error")}));
 }
 
 // No path reaches such a file: whether it exists cannot be found out, or nobody could open what is found.

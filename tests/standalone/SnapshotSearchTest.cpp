@@ -2,6 +2,7 @@
 
 #include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
+#include "tests/support/SupportStores.hpp"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,6 @@
 #include <cstddef>
 #include <random>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -76,28 +76,20 @@ private:
 template <typename Search>
 std::string outcome(const Search& search, const std::string& name) {
     std::string text;
-    try {
+    const auto error = test::errorOf([&] {
         for (const FoundPlace& place : search.find(toUTF16(name).value())) {
             text += toUTF8(place.line).value() + "|" + toUTF8(place.partner).value() + "\n";
         }
-    } catch (const std::system_error& error) {
-        text = std::string("error: ") + error.what();
-    }
-    return text;
+    });
+    return error == "no error" ? text : "error: " + error;
 }
 
 std::vector<std::string> names() {
-    std::vector<std::string> all = {"/one/f.vk", "/one/@C/g.vk", "+p/f", "@C/f.vk", "private/f", "",
-                                    ".",         "f.",           ".f",   "p..f"};
-    const std::vector<std::string> parts = {"f", "g", "q", "p", "C", "@f", "+q"};
-    for (const std::string& last : parts) {
-        all.push_back(last);
-        for (const std::string& first : parts) {
-            all.push_back(first + "." + last);
-            for (const char* middle : {"p", "q", "f"}) {
-                all.push_back(first + "." + middle + "." + last);
-                all.push_back(first + "." + middle + "." + middle + "." + last);
-            }
+    std::vector<std::string> all = split("/one/f.vk /one/@C/g.vk +p/f @C/f.vk private/f  . f. .f p..f", ' ');
+    for (const auto& first : split("f g q p C @f +q", ' ')) {
+        for (const auto& rest :
+             split(" .f .g .q .p .C .@f .+q .p.f .p.g .q.f .f.f .p.C .f.C .p.p.f .q.q.g .f.f.C", ' ')) {
+            all.push_back(first + rest);
         }
     }
     return all;

@@ -5,7 +5,6 @@
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -18,14 +17,9 @@ namespace tessgen::standalone {
 namespace {
 
 using test::bySymbol;
-using test::contentOf;
 using test::errorOf;
 using test::storeRoot;
 using test::TemporaryFolder;
-
-std::string buildError(const std::string& from, const std::string& to) {
-    return errorOf([&] { buildSupportStore(from, to, storeRoot); });
-}
 
 TEST(SupportStoreBuilder, ReadsLinesAsTheyAreWrittenElsewhere) {
     const std::string record = R"({"path": "f.vk"})";
@@ -49,11 +43,7 @@ TEST(SupportStoreBuilder, ReadsLinesAsTheyAreWrittenElsewhere) {
 }
 
 TEST(SupportStoreBuilder, NamesTheLineAndWhatWasExpected) {
-    const auto cases = test::rowsOf(R"~({"path": "a", "path": "b"} => :15: key "path" is given twice
-["path"] => : expected a record, such as {"path": "library/wave.vk"}
-{"pth": "a"} => : unknown key "pth"; did you mean "path"?
-{} => : key "path": expected the path of a file, or the text of a built-in, found nothing
-{"path": ""} => : key "path": expected a text that is not empty, found ""
+    const auto cases = test::rowsOf(R"~({"path": ""} => : key "path": expected a text that is not empty, found ""
 {"path": "a\u0000"} => : key "path": expected the path of a file, in which there is no character 0, found "a..." (with the character 0)
 {"path": "w/.vk"} => : key "name": expected a name to find the record by, since its path defines none, found nothing
 {"path": "a", "name": []} => : key "name": expected a text or a list of texts, found a list of 0
@@ -61,21 +51,14 @@ TEST(SupportStoreBuilder, NamesTheLineAndWhatWasExpected) {
 {"path": "a", "name": ["b", 1]} => : key "name[1]": expected a text that is not empty, found a number
 {"path": "a", "name": ["b", "c", "b"]} => : key "name": expected no name twice
 {"path": "a", "builtin": 1} => : key "builtin": expected true or false, found a number
-{"path": "a", "redirect": true} => : key "symbol": expected the name that the redirect leads to, found nothing
 {"path": "a", "symbol": null} => : key "symbol": expected a text that is not empty, found null
-{"path": "a", "supportFlags": [true, true, true, true, true]} => : key "supportFlags": expected a list of exactly six of true and false, found a list of 5
 {"path": "a", "supportFlags": [true, true, true, true, true, 1]} => : key "supportFlags[5]": expected true or false, found a number
 {"path": "a", "unsupportedSymbols": "b"} => : key "unsupportedSymbols": expected a list of texts, found "b"
-{"path": "a", "unsupportedSymbols": [""]} => : key "unsupportedSymbols[0]": expected a text that is not empty, found ""
-{"path": "/opt/orvak/x/../f.vk"} => : key "path": this file has a record already, on line 1)~");
+{"path": "a", "unsupportedSymbols": [""]} => : key "unsupportedSymbols[0]": expected a text that is not empty, found "")~");
     const TemporaryFolder folder;
-    const auto store = buildStore(folder, test::recordsOfEveryForm);
-    const auto before = contentOf(store);
     for (const auto& [line, expected] : cases) {
-        const auto records = folder.write("records.jsonl", "{\"path\": \"f.vk\"}\n\n" + line + "\n");
-        EXPECT_EQ(buildError(records, store), records + ":3" + expected);
-        EXPECT_EQ(contentOf(store), before) << line;
-        EXPECT_EQ(entriesIn(folder), 2) << line;
+        EXPECT_EQ(errorOf([&] { buildStore(folder, "{\"path\": \"f.vk\"}\n\n" + line + "\n"); }),
+                  folder.path("records.jsonl:3") + expected);
     }
 }
 
@@ -92,28 +75,6 @@ TEST(SupportStoreBuilder, TellsPathsOfOneHashApart) {
     EXPECT_EQ(bySymbol(SupportStore(buildStore(folder, line(one) + line(other)), storeRoot), "f").size(), 2);
     EXPECT_EQ(errorOf([&] { buildStore(folder, line(one) + line(other) + line(other)); }),
               folder.path("records.jsonl") + ":3: key \"path\": this file has a record already, on line 1");
-}
-
-TEST(SupportStoreBuilder, RefusesFilesThatItMustNotReplaceOrCannotRead) {
-    const TemporaryFolder folder;
-    const auto records = folder.write("records.jsonl", test::recordsOfEveryForm);
-    const auto alias = folder.link("alias", records);
-    const auto fifo = folder.path("fifo");
-    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    const auto absent = folder.path("none/support.cdb");
-    const auto isNoStore =
-        records + ": is not a support store; name another file with --output, or remove this one first";
-    for (const auto& [from, to, error] : std::vector<std::array<std::string, 3>>{
-             {records, alias, isNoStore},
-             {alias, records, isNoStore},
-             {records, fifo, fifo + ": is not a regular file; name the file to be written"},
-             {records, absent, absent + ": cannot be written, and is as it was: No such file or directory"},
-             {absent, folder.path("s"), absent + ": cannot be opened: No such file or directory"},
-             {folder.path(), folder.path("s"), folder.path() + ": cannot be read: Is a directory"}}) {
-        EXPECT_EQ(buildError(from, to), error);
-    }
-    EXPECT_EQ(contentOf(records), test::recordsOfEveryForm);
-    EXPECT_EQ(entriesIn(folder), 3);
 }
 
 TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsToAndKeepsItsMode) {
@@ -146,31 +107,11 @@ TEST(SupportRecords, AreWrittenAsTheyAreRead) {
     for (const auto& [rootAndLine, expected] : cases) {
         const auto space = rootAndLine.find(' ');
         const auto root = rootAndLine.substr(0, space);
-        const auto line = rootAndLine.substr(space + 1);
-        const auto record = readSupportRecord(line, root);
-        const auto written = writeSupportRecord(record, root);
-        EXPECT_EQ(written, expected);
-        const auto again = readSupportRecord(written, root);
-        EXPECT_EQ(encodeRecord(again), encodeRecord(record)) << line;
-        EXPECT_EQ(again.entry.path, record.entry.path);
+        EXPECT_EQ(writeSupportRecord(readSupportRecord(rootAndLine.substr(space + 1), root), root), expected);
     }
     const SupportRecord unwritable{{{}, false, false, u"f", u"/w/\xDC00.vk", {}}, {u"f"}};
     EXPECT_EQ(errorOf([&] { return writeSupportRecord(unwritable, "/w"); }),
               "a text is not UTF-16, and cannot be written as JSON");
-}
-
-TEST(SupportStoreBuilder, ReplacesWhatALinkLeadsTo) {
-    const TemporaryFolder folder;
-    const auto target = folder.write("stores/real.cdb");
-    const auto link = folder.link("support.cdb", "stores/real.cdb");
-    EXPECT_EQ(buildStore(folder, test::recordsOfEveryForm), link);
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(test::openingError(target), "no error");
-    const auto mask = umask(0);
-    umask(mask);
-    struct stat status {};
-    ASSERT_EQ(stat(target.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777U, 0644U & ~mask);
 }
 
 TEST(DatabaseWriter, FillsTheFormatsLimitAndNotOneByteMore) {

@@ -53,36 +53,34 @@ std::vector<std::string> findingsAfter(const Change& change) {
 TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };
     EXPECT_EQ(findingsAfter([](Entries& entries) { EXPECT_EQ(entries.size(), info + 1); }), std::vector<std::string>{});
-    const auto withValue = [](const Entries::value_type& entry, const std::string& value) {
-        return withChecksum(entry.first, value);
+    const auto withRecord = [](std::u16string_view symbol, std::vector<std::u16string> names) {
+        return [=](Entries& e) {
+            e[fileG] =
+                withChecksum(e[fileG].first, encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, names}));
+        };
     };
-    const auto record = [](std::u16string_view symbol, std::vector<std::u16string> names) {
-        return encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, std::move(names)});
-    };
-    const auto infoOf = [](std::uint32_t records, std::u16string_view prefix) {
-        return encodeInfo({std::u16string(storeMagic), storeVersion, records, u"/opt/orvak", std::u16string(prefix)});
+    const auto withInfo = [](std::uint32_t records, std::u16string_view prefix) {
+        return [=](Entries& e) {
+            e[info] = withChecksum(e[info].first, encodeInfo({std::u16string(storeMagic), storeVersion, records,
+                                                              u"/opt/orvak", std::u16string(prefix)}));
+        };
     };
     const std::vector<std::pair<std::string, std::function<void(Entries&)>>> cases = {
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
         {"is not the entry for the name", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
         {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
-        {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
-        {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
         {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
-        {"is not found by its path",
-         [](Entries& e) {
-             e[fileG].first = e[fileF].first;
-             e[fileG] = e[fileF];
-         }},
+        {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
         {"an entry after the last one",
          [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
-        {"there are 3 records where 4 were", [&](Entries& e) { e[info] = withValue(e[info], infoOf(4, u"/w/")); }},
-        {"is not the common prefix", [&](Entries& e) { e[info] = withValue(e[info], infoOf(3, u"/w/f")); }},
-        {"is not the common prefix", [&](Entries& e) { e[info] = withValue(e[info], infoOf(3, u"/w")); }},
-        {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {})); }},
-        {"no build writes such a record", [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"", {u"g"})); }},
-        {"no build writes such a record",
-         [&](Entries& e) { e[fileG] = withValue(e[fileG], record(u"g", {u"\xD800"})); }},
+        {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
+        {"is not found by its path", [](Entries& e) { e[fileG] = e[fileF]; }},
+        {"there are 3 records where 4 were", withInfo(4, u"/w/")},
+        {"is not the common prefix", withInfo(3, u"/w/f")},
+        {"is not the common prefix", withInfo(3, u"/w")},
+        {"no build writes such a record", withRecord(u"g", {})},
+        {"no build writes such a record", withRecord(u"", {u"g"})},
+        {"no build writes such a record", withRecord(u"g", {u"\xD800"})},
         {"the checksum of an entry is wrong", [](Entries& e) { e[nameSum].second.back() ^= 1; }},
         {"an entry is too short", [](Entries& e) { e[nameSum].second = ""; }},
     };

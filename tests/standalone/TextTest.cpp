@@ -79,14 +79,5 @@ TEST(PathText, MakesPathsAbsoluteInOneWay) {
     }
 }
 
-TEST(PathText, TakesAFileForASourceFileByItsExtension) {
-    const std::vector<std::pair<std::string, bool>> cases = {{"f.vk", true}, {"f.a.vk", true}, {".vk", false},
-                                                             {"vk", false},  {"f.VK", false},  {"f-vk", false},
-                                                             {"fvk", false}, {"f.x.y", true}};
-    for (const auto& [name, isSource] : cases) {
-        EXPECT_EQ(hasExtension(name, {"none", "vk", "x.y"}), isSource) << name;
-    }
-}
-
 } // namespace
 } // namespace tessgen::standalone

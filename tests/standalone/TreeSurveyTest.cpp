@@ -32,7 +32,7 @@ TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
     const std::vector<Case> cases = {
         {{}, {}, ""},
         {{"f.vk"}, {"."}, "f"},
-        {{"a/b/f.vkx", "a/c/f.md", "a/f.vkb", "a/vk", "a/.vk"}, {"a/b"}, "f"},
+        {{"a/b/f.vkx", "a/c/f.md", "a/f.vkb", "a/vk", "a/.vk", "a/fvk", "a/f-vk", "a/f.VK"}, {"a/b"}, "f"},
         {{"a/+p/+q/f.vk", "a/@C/C.vk", "a/+p/g.md"}, {"a"}, "p.q.f"},
         {{"a/@C/m.vk", "a/@C/C.vk", "a/+p/@C/D.vk"}, {"a"}, "C"},
         {{"a/@C/m.vk", "b/a.b.vk"}, {"a", "b"}, ""},
