@@ -137,7 +137,9 @@ class Program:
             return succeeds([program, "--gtest_fail_fast", "--gtest_brief=1"])
         environment = os.environ | {"pages": str(BUILD / "cli" / "generated")}
         sessions = sorted(ROOT.glob("tests/program/*.session"))
-        return all(succeeds([ROOT / "tests/program/run.sh", program, session], env=environment) for session in sessions)
+        documents = [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md"))]
+        return (all(succeeds([ROOT / "tests/program/run.sh", program, session], env=environment) for session in sessions)
+                and succeeds([ROOT / "tests/docs/commands.py", program, *documents]))
 
 
 class Tests:
