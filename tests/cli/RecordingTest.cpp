@@ -42,36 +42,32 @@ std::vector<std::string> answersToEachQuestion(const cli::Collaborators& collabo
 TEST(Recording, ReplaysTheAnswersOfEachQuestionInOrder) {
     const std::u16string odd = u"/\xD800\xD800x\xDC00/\u202E\"[55296]\\";
     World world;
+    const std::vector<std::function<void()>> changes{
+        [] {},
+        [] {},
+        [&] {
+            world.hostAnswers[u"f"] = {{odd, Type::ORVAKPath}, {u"f", Type::ORVAKBuiltinMethod}};
+            world.add({u"f", odd}, {{true, false, false, false, false, true}, false, true, odd, odd, {u"f", odd}});
+            world.add({odd}, {{}, true, false, u"", u"", {}});
+            world.files = {odd};
+            world.kelFiles = {u"f"};
+            world.spkgroot = odd;
+        },
+        [] {},
+        [&] {
+            world.failing = world.asked.size() + 2;
+            world.failure = std::make_exception_ptr(std::runtime_error("/\xFF\xC3: cannot be read\nat all"));
+        },
+        [&] { world = World(); },
+    };
     const auto askEverything = [&](const cli::Collaborators& collaborators) {
         std::vector<std::string> all;
-        const auto everything = [&] {
-            for (const auto& text : {std::u16string(u"f"), odd, std::u16string(1, u'\0')}) {
-                for (const auto& line : answersToEachQuestion(collaborators, text)) {
-                    all.push_back(line);
-                }
-            }
-        };
-        const std::vector<std::function<void()>> changes{
-            [] {},
-            [] {},
-            [&] {
-                world.hostAnswers[u"f"] = {{odd, Type::ORVAKPath}, {u"f", Type::ORVAKBuiltinMethod}};
-                world.add({u"f", odd}, {{true, false, false, false, false, true}, false, true, odd, odd, {u"f", odd}});
-                world.add({odd}, {{}, true, false, u"", u"", {}});
-                world.files = {odd};
-                world.kelFiles = {u"f"};
-                world.spkgroot = odd;
-            },
-            [] {},
-            [&] {
-                world.failing = world.asked.size() + 2;
-                world.failure = std::make_exception_ptr(std::runtime_error("/\xFF\xC3: cannot be read\nat all"));
-            },
-            [&] { world = World(); },
-        };
         for (const auto& change : changes) {
             change();
-            everything();
+            for (const auto& text : {std::u16string(u"f"), odd, std::u16string(1, u'\0')}) {
+                const auto lines = answersToEachQuestion(collaborators, text);
+                all.insert(all.end(), lines.begin(), lines.end());
+            }
         }
         return all;
     };
@@ -94,9 +90,6 @@ TEST(Recording, ReplaysTheAnswersOfEachQuestionInOrder) {
     const auto replay = std::make_shared<const cli::Replay>(file);
     EXPECT_EQ(replay->head(), (cli::RecordingHead{{{"signal", "gr\u00F6\u00DFe"}, {}}, {"/\u200B"}}));
     EXPECT_EQ(askEverything(cli::replayed(replay)), expected);
-    // The last answer of a question holds from then on.
-    const auto first = answersToEachQuestion(cli::replayed(replay), u"f");
-    EXPECT_EQ(first, std::vector<std::string>(expected.end() - 21, expected.end() - 14));
 }
 
 } // namespace
