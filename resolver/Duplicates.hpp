@@ -1,60 +1,84 @@
-// Which results repeat an earlier one: the same path and the same type.
+// A growing list of candidates without repeats. A repeat has the path and the type of an earlier candidate.
 #pragma once
 
+#include "host/KeyedHash.hpp"
 #include "host/Paths.hpp"
 #include "tessgen/kelwhich/WhichResult.hpp"
 
 #include <cstddef>
-#include <functional>
-#include <optional>
-#include <string_view>
-#include <unordered_map>
+#include <iterator>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace tessgen::kelwhich {
 
-// Numbers results that differ, from 1 in the order in which they are added.
-//
-// Lifetime: the texts of what was added outlive this.
-class DistinctResults {
+// Drops each repeat when it comes, so that memory follows the number of candidates that differ.
+template <typename Recorder>
+class DistinctCandidates {
 public:
-    struct Place {
-        std::size_t number;
-        bool isNew;
-    };
+    using Candidates = std::vector<typename Recorder::Candidate>;
 
-    explicit DistinctResults(std::size_t expected) : expected_(expected) {}
+    explicit DistinctCandidates(Recorder& recorder) noexcept : recorder_(recorder) {}
+    DistinctCandidates(const DistinctCandidates&) = delete;
+    DistinctCandidates& operator=(const DistinctCandidates&) = delete;
 
-    Place add(const WhichResult& result) {
-        const Key key{result.path, result.type};
-        if (!first_ || *first_ == key) { // most names have one candidate, for which no table is made
-            const bool isNew = !first_;
-            first_ = key;
-            return {1, isNew};
+    void append(Candidates more) {
+        auto next = candidates_.size();
+        if (candidates_.empty()) {
+            candidates_ = std::move(more);
+        } else {
+            candidates_.insert(candidates_.end(), std::move_iterator(more.begin()), std::move_iterator(more.end()));
         }
-        if (places_.empty()) {
-            places_.reserve(expected_);
+        auto end = next; // of the candidates that are kept
+        for (; next < candidates_.size(); ++next) {
+            if (next != end) {
+                candidates_[end] = std::move(candidates_[next]);
+            }
+            const auto place = placeOf(end);
+            recorder_.notePlace(candidates_[end], place + 1, place != end);
+            end += place == end ? 1U : 0U;
         }
-        const auto [place, isNew] = places_.try_emplace(key, places_.size() + 2);
-        return {place->second, isNew};
+        candidates_.erase(candidates_.begin() + static_cast<std::ptrdiff_t>(end), candidates_.end());
     }
 
-private:
-    struct Key {
-        std::u16string_view path;
-        WhichResultType type;
+    Candidates take() && { return std::move(candidates_); }
 
-        bool operator==(const Key& other) const noexcept { return type == other.type && equal(path, other.path); }
-    };
+private:
+    // The place of the first candidate like the one at `place`, which is kept if it is the first itself.
+    std::size_t placeOf(std::size_t place) {
+        if (place == 0) { // most names have one candidate, for which no table is made
+            return place;
+        }
+        if (places_.empty()) {
+            places_.reserve(candidates_.size());
+            places_.insert(0);
+        }
+        return *places_.insert(place).first;
+    }
+
+    const WhichResult& at(std::size_t place) const { return recorder_.resultOf(candidates_[place]); }
 
     struct Hash {
-        std::size_t operator()(const Key& key) const noexcept {
-            return std::hash<std::u16string_view>()(key.path) + static_cast<std::size_t>(key.type);
+        const DistinctCandidates* list;
+        // Not `noexcept`, so that the table keeps the hash.
+        std::size_t operator()(std::size_t place) const {
+            const auto& result = list->at(place);
+            return keyedHash(result.path) + static_cast<std::size_t>(result.type);
+        }
+    };
+    struct Equal {
+        const DistinctCandidates* list;
+        bool operator()(std::size_t a, std::size_t b) const {
+            const auto& one = list->at(a);
+            const auto& other = list->at(b);
+            return one.type == other.type && equal(one.path, other.path);
         }
     };
 
-    std::size_t expected_;
-    std::optional<Key> first_;
-    std::unordered_map<Key, std::size_t, Hash> places_; // of all but the first
+    Recorder& recorder_;
+    Candidates candidates_;
+    std::unordered_set<std::size_t, Hash, Equal> places_{0, Hash{this}, Equal{this}}; // in `candidates_`
 };
 
 } // namespace tessgen::kelwhich

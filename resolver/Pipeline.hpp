@@ -30,7 +30,6 @@ public:
 private:
     bool isHonoured(const BasicSupportEntry& entry, const std::u16string& name) const;
     void order(Candidates& candidates, const std::u16string& name) const;
-    Candidates dropRepeats(Candidates candidates) const;
 
     const KELWhichResolver& resolver_;
     Recorder& recorder_;

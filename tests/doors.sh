@@ -40,12 +40,12 @@ rooms() {
 host='cmddistributor/|fl/|foundation/|matrix/|orvak/|rux/|tessapp/|tessgen/datalists|zelt/'
 door include 'tessgen/kelwhich/'
 door platform "$host"
-door resolver "resolver/|host/Paths|tessgen/kelwhich/|fl/filesystem|tessapp/util/|tessapp/internal/screener/meta/SupportEntry"
+door resolver "resolver/|host/KeyedHash|host/Paths|tessgen/kelwhich/|fl/filesystem|tessapp/util/|tessapp/internal/screener/meta/SupportEntry"
 door host "host/|tessgen/kelwhich/|$host"
 door adaptors "adaptors/|host/|tessgen/kelwhich/|$host"
 door analysis "analysis/|host/Paths|tessgen/kelwhich/"
 door entry "tessgen/kelwhich/|$host"
-rooms standalone "host/Paths|standalone/Session\.hpp|$host" \
+rooms standalone "host/KeyedHash|host/Paths|standalone/Session\.hpp|$host" \
   text files json manifest database search store index services doctor
 rooms cli 'analysis/|standalone/|tessapp/|tessgen/kelwhich/' output options pages recording installation explanation commands
 

@@ -6,6 +6,7 @@
 #include "cli/output/Progress.hpp"
 #include "cli/output/Render.hpp"
 #include "standalone/files/LineReader.hpp"
+#include "standalone/text/Hash.hpp"
 
 #include <cstddef>
 #include <exception>
@@ -114,7 +115,7 @@ private:
     bool hasWritten_ = false;
     // From a name to its printed answer, which cannot change in a snapshot. Failures are not cached. Grows until about
     // `cacheLimit` bytes are held.
-    std::unordered_map<std::string, CachedAnswer> cache_;
+    std::unordered_map<std::string, CachedAnswer, standalone::TextHash> cache_;
     std::size_t cachedBytes_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "host/Paths.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -131,8 +132,8 @@ private:
     const std::optional<std::u16string> packages_;
     const std::u16string root_;
     std::vector<std::string> lowerExtensions_;
-    std::unordered_set<std::u16string> kelFolders_;
-    std::unordered_set<std::string> visited_; // by real path
+    std::unordered_set<std::u16string, TextHash> kelFolders_;
+    std::unordered_set<std::string, TextHash> visited_; // by real path
 };
 
 } // namespace

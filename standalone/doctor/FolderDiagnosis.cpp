@@ -1,4 +1,5 @@
 #include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -84,7 +85,7 @@ private:
     }
 
     void findRepeats() {
-        std::unordered_map<std::string, const GivenFolder*> known;
+        std::unordered_map<std::string, const GivenFolder*, TextHash> known;
         for (const auto& folder : search_) {
             const auto [first, isNew] = known.try_emplace(realPathOf(folder.path), &folder);
             if (!isNew) {
@@ -105,7 +106,7 @@ private:
 
     // The search folder is a KEL folder, or lies in one below package, class and private folders alone.
     void findKELFoldersOnSearchPath() {
-        std::unordered_map<std::string, const GivenFolder*> kel;
+        std::unordered_map<std::string, const GivenFolder*, TextHash> kel;
         for (const auto& folder : kel_) {
             if (!endsWithSlash(folder.path)) { // no file's folder ends with a slash
                 kel.try_emplace(folder.path, &folder);
@@ -126,7 +127,7 @@ private:
     }
 
     void findPrefixes() {
-        std::unordered_set<std::string> known;
+        std::unordered_set<std::string, TextHash> known;
         for (const auto& folder : source_) {
             known.insert(folder.path);
         }
@@ -146,7 +147,7 @@ private:
     // Reports folders and source files beside this folder whose names begin with its name. Within a folder of `known`
     // nothing is the user's anyway.
     void findNamesThatBeginWith(const GivenFolder& folder, Diagnostic diagnostic,
-                                const std::unordered_set<std::string>& known) {
+                                const std::unordered_set<std::string, TextHash>& known) {
         const std::string name(lastComponent(folder.path));
         const std::string above = folderAbove(folder.path);
         if (name.empty() || liesIn(known, above)) {
@@ -174,7 +175,7 @@ private:
         }
     }
 
-    static bool liesIn(const std::unordered_set<std::string>& folders, std::string path) {
+    static bool liesIn(const std::unordered_set<std::string, TextHash>& folders, std::string path) {
         while (!folders.contains(path) && path != "/") {
             path = folderAbove(path);
         }

@@ -1,6 +1,7 @@
 #include "host/Paths.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
 #include "standalone/store/SupportRecords.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
@@ -107,8 +108,8 @@ private:
     Findings& findings_;
     const std::u16string root_;
     std::optional<std::u16string> packages_;
-    std::unordered_map<std::string, Folder> folders_;
-    std::unordered_map<std::u16string, bool> targets_; // of redirects: whether they have a candidate
+    std::unordered_map<std::string, Folder, TextHash> folders_;
+    std::unordered_map<std::u16string, bool, TextHash> targets_; // of redirects: whether they have a candidate
     bool targetFailureReported_ = false;
 };
 

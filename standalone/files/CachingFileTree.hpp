@@ -5,6 +5,7 @@
 #pragma once
 
 #include "standalone/files/FileTree.hpp"
+#include "standalone/text/Hash.hpp"
 
 #include <cstddef>
 #include <exception>
@@ -38,7 +39,7 @@ private:
         std::exception_ptr failure;
     };
     template <typename Answer>
-    using Cache = std::pmr::unordered_map<std::string_view, Cached<Answer>>;
+    using Cache = std::pmr::unordered_map<std::string_view, Cached<Answer>, TextHash>;
     // For each entry one byte for its kind, then its name, then a NUL.
     using Listing = std::string_view;
 

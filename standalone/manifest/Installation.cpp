@@ -5,6 +5,7 @@
 #include "standalone/json/JsonInput.hpp"
 #include "standalone/json/JsonPlaces.hpp"
 #include "standalone/manifest/ManifestFile.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -93,7 +94,7 @@ std::vector<std::string> readExtensions(const json& manifest) {
     if (extensions.empty()) {
         failAtKey(key, "at least one extension, since no name is found without", value);
     }
-    std::unordered_set<std::string_view> known;
+    std::unordered_set<std::string_view, TextHash> known;
     for (std::size_t index = 0; index < extensions.size(); ++index) {
         if (!known.insert(extensions[index]).second) {
             failAtKey(elementOf(key, index), "no extension twice", &(*value)[index]);

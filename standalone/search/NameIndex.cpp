@@ -97,7 +97,7 @@ std::string_view NameIndex::nameOf(std::size_t file) const {
 }
 
 std::size_t NameIndex::chainOf(std::string_view name) const {
-    return (hashOf(name) >> 20U) & (chains_.size() - 1);
+    return TextHash()(name) & (chains_.size() - 1);
 }
 
 std::uint32_t NameIndex::firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const {

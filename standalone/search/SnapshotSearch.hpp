@@ -8,8 +8,8 @@
 #include "standalone/manifest/Installation.hpp"
 #include "standalone/search/NameIndex.hpp"
 #include "standalone/search/NameSearch.hpp"
+#include "standalone/text/Hash.hpp"
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -40,11 +40,6 @@ public:
 private:
     friend class SearchPathWalk;
 
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
-    };
-
     [[nodiscard]] bool isIncomplete(std::string_view symbol) const;
 
     const CachingFileTree files_;
@@ -52,7 +47,7 @@ private:
     NameIndex index_;
     std::unordered_map<std::u16string, std::vector<Builtin>, TextHash, std::equal_to<>> builtins_; // by their names
     // First parts of the names that the index may lack files of, "" for every plain name: `search_` finds these.
-    std::unordered_set<std::string> incomplete_;
+    std::unordered_set<std::string, TextHash> incomplete_;
     bool allIncomplete_ = false;
 };
 

@@ -1,14 +1,25 @@
-// A hash of bytes, for tables in memory and for the fingerprints in files.
+// Hashes of texts: one for what is kept in files, one for tables in memory.
 #pragma once
 
+#include "host/KeyedHash.hpp"
+
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 
 namespace tessgen::standalone {
 
-// Knuth's multiplicative hashing by 2^64 divided by the golden ratio, eight bytes at a time. Texts of one length that
-// differ in a single byte never collide. The lowest bits are mixed least.
+// For tables in memory: new in each process, so that texts made to collide cost no more than others.
+struct TextHash {
+    using is_transparent = void;
+    // Not `noexcept`, so that tables keep the hash beside each key.
+    std::size_t operator()(std::string_view text) const { return kelwhich::keyedHash(text); }
+    std::size_t operator()(std::u16string_view text) const { return kelwhich::keyedHash(text); }
+};
+
+// For fingerprints in files. Knuth's multiplicative hashing by 2^64 divided by the golden ratio, eight bytes at a time.
+// Texts of one length that differ in a single byte never collide. The lowest bits are mixed least.
 [[nodiscard]] inline std::uint64_t hashOf(std::string_view bytes) {
     constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
     std::uint64_t hash = factor;

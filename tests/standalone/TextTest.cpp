@@ -1,10 +1,13 @@
 #include "standalone/text/Text.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -58,6 +61,22 @@ TEST(Text, SplitsAtEverySeparator) {
     EXPECT_THAT(split("a.bc.d", '.'), ElementsAre("a", "bc", "d"));
     EXPECT_THAT(split("", '.'), ElementsAre(""));
     EXPECT_THAT(split(".a..", '.'), ElementsAre("", "a", "", ""));
+}
+
+TEST(TextHash, DependsOnEachByteAndOnTheLength) {
+    std::set<std::size_t> hashes;
+    std::size_t texts = 0;
+    for (std::string text; text.size() <= 40; text += '\0') {
+        hashes.insert(TextHash()(text));
+        for (char& byte : text) {
+            byte = 1;
+            hashes.insert(TextHash()(text));
+            byte = 0;
+        }
+        texts += 1 + text.size();
+    }
+    EXPECT_EQ(hashes.size(), texts);
+    EXPECT_EQ(TextHash()(u"aa"), TextHash()(std::string("a\0a\0", 4)));
 }
 
 TEST(PathText, MakesPathsAbsoluteInOneWay) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "tessgen/kelwhich/FileSystem.hpp"
+#include "tessgen/kelwhich/TextHash.hpp"
 
 #include <memory>
 #include <mutex>
@@ -38,7 +39,7 @@ private:
     mutable std::once_flag spkgrootOnce_;
     // Key: the path, exactly. Kept: every answer. Never kept: a failure. Dropped: with the adaptor. Growth: one entry
     // a path. Threads: guarded by `existsLock_`, the wrapped call included.
-    mutable std::unordered_map<std::u16string, bool> exists_;
+    mutable std::unordered_map<std::u16string, bool, TextHash> exists_;
     mutable std::mutex existsLock_;
 };
 

@@ -4,6 +4,7 @@
 // held: nested adaptors lock outer before inner. Lifetime: owns what it wraps.
 #pragma once
 
+#include "tessgen/kelwhich/TextHash.hpp"
 #include "tessgen/kelwhich/WhichResolver.hpp"
 
 #include <memory>
@@ -26,7 +27,7 @@ private:
     std::unique_ptr<WhichResolver> inner_;
     // Key: the name, exactly. Kept: every answer, empty ones too. Never kept: a failure. Dropped: with the adaptor.
     // Growth: one entry a name. Threads: guarded by `lock_`, the wrapped call included.
-    mutable std::unordered_map<std::u16string, std::vector<WhichResult>> answers_;
+    mutable std::unordered_map<std::u16string, std::vector<WhichResult>, TextHash> answers_;
     mutable std::mutex lock_;
 };
 

@@ -81,10 +81,12 @@ public:
     [[nodiscard]] std::vector<WhichResult> resolveWithoutRedirect(const std::u16string& name) const;
 
     // The candidates of `name`, the preferred one first, each (path, type) once: those of its redirect targets,
-    // target by target, then its own. A target's own redirects are not followed.
+    // target by target, then its own. A target's own redirects are not followed. Memory follows the answer, however
+    // often its candidates repeat.
     [[nodiscard]] std::vector<WhichResult> resolve(const std::u16string& name) const;
 
-    // The candidates of `resolve` with the reasons. Calls the collaborators as `resolve` does, in the same order.
+    // The candidates of `resolve` with the reasons. Calls the collaborators as `resolve` does, in the same order. Keeps
+    // the repeats too, some 300 bytes each: 2,000 redirects to a name of 2,000 candidates take more than a gigabyte.
     [[nodiscard]] Explanation explain(const std::u16string& name) const;
 
 private:
