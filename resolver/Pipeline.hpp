@@ -28,7 +28,7 @@ public:
     Candidates gather(const std::u16string& name) const;
 
 private:
-    bool isHonoured(const BasicSupportEntry& entry, const std::u16string& name) const;
+    [[nodiscard]] bool isHonoured(const BasicSupportEntry& entry, const std::u16string& name) const;
     void order(Candidates& candidates, const std::u16string& name) const;
 
     const KELWhichResolver& resolver_;

@@ -179,7 +179,7 @@ private:
     }
 
     // After an error about the words of a command: they may have been meant as a name.
-    std::string adviceForName() const {
+    [[nodiscard]] std::string adviceForName() const {
         return isCommandGiven_ && command_->secondWord.empty()
                    ? fmt::format("for the name use: kelwhich -- {}", command_->word)
                    : "see kelwhich --help";

@@ -40,11 +40,11 @@ protected:
     // Notes that the entry at `position` is damaged.
     virtual void passOverDamage() {}
     // Whether the entries so far may be all.
-    virtual bool isComplete() const { return true; }
+    [[nodiscard]] virtual bool isComplete() const { return true; }
 
-    const DatabaseFile& file() const { return file_; }
+    [[nodiscard]] const DatabaseFile& file() const { return file_; }
     // Of the entry that is being checked.
-    std::uint32_t position() const { return walk_.position(); }
+    [[nodiscard]] std::uint32_t position() const { return walk_.position(); }
     // Reports `damage` at that entry unless `isSo`. Returns `isSo`.
     bool expect(bool isSo, const std::string& damage);
 

@@ -36,7 +36,7 @@ struct DatabaseEntry {
     std::string_view key;   // right before `value` in the file
     std::string_view value; // right before its checksum
 
-    std::uint32_t checksum() const { return numberFrom({value.data() + value.size(), checksumSize}); }
+    [[nodiscard]] std::uint32_t checksum() const { return numberFrom({value.data() + value.size(), checksumSize}); }
 };
 
 class DatabaseFile {
@@ -48,7 +48,7 @@ public:
     DatabaseFile& operator=(const DatabaseFile&) = delete;
     ~DatabaseFile() = default;
 
-    const DatabaseInfo& info() const { return info_; }
+    [[nodiscard]] const DatabaseInfo& info() const { return info_; }
 
     // The entry at a reference.
     // Errors: there is no such entry, or it is damaged.
@@ -63,9 +63,9 @@ public:
     [[noreturn]] void failDamaged(const std::string& damage) const;
 
     // The position at which the hash tables begin.
-    std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databasePointerSize)); }
+    [[nodiscard]] std::uint32_t entriesEnd() const { return numberFrom(bytes(0, databasePointerSize)); }
     // Errors: the file ends before.
-    std::string_view bytes(std::uint32_t position, std::uint32_t length) const {
+    [[nodiscard]] std::string_view bytes(std::uint32_t position, std::uint32_t length) const {
         if (position > mapping_.size || length > mapping_.size - position) {
             failOutside();
         }
@@ -93,9 +93,9 @@ private:
     void checkPointers() const;
     void readInfo();
     [[noreturn]] void refuse(const std::string& what) const; // an error that a new build does not cure
-    std::string advice() const;
-    DatabaseEntry entryIn(std::string_view bytes, std::uint32_t keyLength) const;
-    DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
+    [[nodiscard]] std::string advice() const;
+    [[nodiscard]] DatabaseEntry entryIn(std::string_view bytes, std::uint32_t keyLength) const;
+    [[nodiscard]] DatabaseEntry checkedEntry(std::string_view bytes, std::uint32_t keyLength) const;
 
     std::string file_;
     const DatabaseKind* kind_;
@@ -137,7 +137,7 @@ public:
     // Errors: a damaged entry. The next call goes on after it, or ends when the end of the entry is unknown.
     std::optional<DatabaseEntry> next();
     // Of the entry that `next` returned last or failed at.
-    std::uint32_t position() const { return position_; }
+    [[nodiscard]] std::uint32_t position() const { return position_; }
 
 private:
     const DatabaseFile* file_;

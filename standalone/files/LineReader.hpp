@@ -29,10 +29,10 @@ public:
     // Whether `next` would read from the file, and so may block.
     [[nodiscard]] bool mayWait() const;
 
-    std::uint64_t bytes() const { return bytes_; }   // of the lines returned so far
-    std::uint64_t number() const { return number_; } // of the current line, counted from 1
+    [[nodiscard]] std::uint64_t bytes() const { return bytes_; }   // of the lines returned so far
+    [[nodiscard]] std::uint64_t number() const { return number_; } // of the current line, counted from 1
     // The current line in an error: "FILE:NUMBER:".
-    std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
+    [[nodiscard]] std::string place() const { return file_ + ":" + std::to_string(number_) + ":"; }
 
 private:
     explicit LineReader(char end) : end_(end) {}

@@ -59,7 +59,7 @@ public:
     [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override { return disk_.kindOf(path); }
 
 private:
-    std::optional<std::vector<Entry>> record(const std::string& folder, const EntryFilter& wanted) const {
+    [[nodiscard]] std::optional<std::vector<Entry>> record(const std::string& folder, const EntryFilter& wanted) const {
         const auto now = clock_();
         FolderStatus status;
         auto found = disk_.entriesAndStatus(folder, {[](std::string_view /*name*/) { return true; }}, status);

@@ -44,14 +44,14 @@ public:
         return false;
     }
 
-    std::string_view token() const { return text_.substr(begin_, end_ - begin_); }
-    std::size_t place() const { return begin_; }
-    std::size_t depth() const { return levels_.size(); }
-    bool isKey() const { return isKey_; }
-    bool opens() const { return token() == "{" || token() == "["; }
+    [[nodiscard]] std::string_view token() const { return text_.substr(begin_, end_ - begin_); }
+    [[nodiscard]] std::size_t place() const { return begin_; }
+    [[nodiscard]] std::size_t depth() const { return levels_.size(); }
+    [[nodiscard]] bool isKey() const { return isKey_; }
+    [[nodiscard]] bool opens() const { return token() == "{" || token() == "["; }
 
     // The place of the current key or value, such as "builtins[1].name".
-    std::string path() const {
+    [[nodiscard]] std::string path() const {
         std::string path;
         for (const auto& level : levels_) {
             if (!level.isObject) {

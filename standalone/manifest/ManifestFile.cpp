@@ -41,9 +41,9 @@ public:
         }
     }
 
-    bool isThere() const { return descriptor_.isOpen(); }
+    [[nodiscard]] bool isThere() const { return descriptor_.isOpen(); }
 
-    mode_t mode() const {
+    [[nodiscard]] mode_t mode() const {
         struct stat status {};
         if (fstat(descriptor_.get(), &status) != 0) {
             throw unreadable(path_, errno);
@@ -51,7 +51,7 @@ public:
         return status.st_mode;
     }
 
-    std::string readAll() const {
+    [[nodiscard]] std::string readAll() const {
         std::string text;
         std::array<char, 16384> block; // NOLINT(*-member-init): filled by the system
         while (true) {

@@ -129,7 +129,7 @@ private:
         }
     }
 
-    bool isSourceFile(const std::string& name) const { return hasExtension(name, extensions_); }
+    [[nodiscard]] bool isSourceFile(const std::string& name) const { return hasExtension(name, extensions_); }
 
     bool leadsToFile(const FileTree::Entry& entry, const std::string& path) {
         try {

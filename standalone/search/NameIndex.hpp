@@ -48,12 +48,12 @@ private:
     };
     static constexpr std::uint32_t none = UINT32_MAX;
 
-    const Folder& folderOf(const File& file) const { return folders_[file.place / extensions_.size()]; }
-    std::string_view prefixOf(const Folder& folder) const;
-    std::string_view nameOf(std::size_t file) const;
-    std::size_t chainOf(std::string_view name) const;
+    [[nodiscard]] const Folder& folderOf(const File& file) const { return folders_[file.place / extensions_.size()]; }
+    [[nodiscard]] std::string_view prefixOf(const Folder& folder) const;
+    [[nodiscard]] std::string_view nameOf(std::size_t file) const;
+    [[nodiscard]] std::size_t chainOf(std::string_view name) const;
     // The first file of the symbol `prefix` + `name` from `file` on along its chain, or `none`.
-    std::uint32_t firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const;
+    [[nodiscard]] std::uint32_t firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const;
 
     const std::vector<std::string> extensions_;
     std::string folderTexts_;

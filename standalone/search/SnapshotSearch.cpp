@@ -231,7 +231,7 @@ private:
         return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
     }
 
-    std::optional<std::vector<Entry>> list(const std::string& folder) const {
+    [[nodiscard]] std::optional<std::vector<Entry>> list(const std::string& folder) const {
         return search_.files_.entriesBy(disk_, folder);
     }
 

@@ -51,7 +51,7 @@ private:
         expect(file().info().commonPrefix == prefix_.text(), "this is not the common prefix of the paths");
     }
 
-    bool isComplete() const override { return due_.empty(); }
+    [[nodiscard]] bool isComplete() const override { return due_.empty(); }
 
     // False when the names of the record are unknown, and so the entries that must come next.
     bool checkRecord(const DatabaseEntry& entry) {

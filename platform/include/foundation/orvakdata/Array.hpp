@@ -17,11 +17,11 @@ public:
     explicit Array(std::shared_ptr<const ArrayData> data) noexcept;
 
     // True when the array has no elements, whatever its type.
-    bool isEmpty() const noexcept;
+    [[nodiscard]] bool isEmpty() const noexcept;
 
 protected:
     // Null for the empty array.
-    const ArrayData* data() const noexcept { return data_.get(); }
+    [[nodiscard]] const ArrayData* data() const noexcept { return data_.get(); }
 
 private:
     std::shared_ptr<const ArrayData> data_;

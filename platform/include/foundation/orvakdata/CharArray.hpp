@@ -13,7 +13,7 @@ public:
     explicit CharArray(const Array& array);
 
     // The characters as UTF-16, in order; nothing is trimmed.
-    std::u16string toUTF16() const;
+    [[nodiscard]] std::u16string toUTF16() const;
 };
 
 } // namespace foundation::orvakdata

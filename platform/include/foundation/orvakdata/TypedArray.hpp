@@ -32,8 +32,8 @@ class TypedIterator<orvak::data::optional<std::u16string>> {
 public:
     explicit TypedIterator(const orvak::data::optional<std::u16string>* position) noexcept : position_(position) {}
 
-    bool isEqual(const TypedIterator& other) const noexcept;
-    ORVAKStringReferenceExt getRef() const noexcept;
+    [[nodiscard]] bool isEqual(const TypedIterator& other) const noexcept;
+    [[nodiscard]] ORVAKStringReferenceExt getRef() const noexcept;
     void increment() noexcept;
 
 private:
@@ -52,8 +52,8 @@ public:
     explicit TypedArray(const Array& array);
 
     // The elements in the array's own storage order.
-    Iterator begin() const noexcept;
-    Iterator end() const noexcept;
+    [[nodiscard]] Iterator begin() const noexcept;
+    [[nodiscard]] Iterator end() const noexcept;
 };
 
 using StringArray = TypedArray<orvak::data::optional<std::u16string>>;
