@@ -84,7 +84,8 @@ void requireSafeError(std::string_view text) {
 }
 
 void requireSafeAnswer(const std::vector<std::string>& words) {
-    cli::Answer answer{words.front(), {}, words, {}};
+    cli::Answer answer;
+    answer.query = words.front();
     for (std::size_t i = 1; i < words.size(); ++i) {
         answer.candidates.push_back(
             {words[i], static_cast<kelwhich::WhichResultType>(i % 5), i % 2 == 0, true, false, i % 3 == 0});

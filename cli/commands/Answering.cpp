@@ -1,24 +1,33 @@
 #include "cli/commands/Answering.hpp"
 
 #include "analysis/PreferredCandidate.hpp"
+#include "cli/options/NextCommand.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
+#include "standalone/doctor/NotFound.hpp"
+#include "standalone/services/SessionState.hpp"
+#include "standalone/text/PathText.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace tessgen::cli {
 
 Answer answerTo(std::string_view name, const ResolverSession& resolver, const Request& request) {
     const bool marksMissing = (!request.quiet && !request.null) || resolver.isRecorded();
     const bool isForPerson = request.action == Action::which && !request.from && outputIsTerminal();
-    Answer answer{std::string(name), {}, {}, {}};
+    Answer answer;
+    answer.query = name;
     const auto explanation = resolver->explain(parseName(name));
     for (const auto& resolution : explanation.resolutions) {
+        answer.hasLeftOut = answer.hasLeftOut || !resolution.dropped.empty();
         for (const auto& candidate : resolution.candidates) {
             if (candidate.repeat) {
                 continue;
@@ -30,8 +39,34 @@ Answer answerTo(std::string_view name, const ResolverSession& resolver, const Re
     }
     if ((request.json || isForPerson) && !answer.candidates.empty()) {
         answer.finding = analysis::mainFinding(explanation, !answer.candidates.front().isMissing);
+        if (answer.finding && !request.json) {
+            answer.notes.push_back(escaped(inUTF8(answer.finding->message)) + "; "
+                                   + explainCommand(request, "", answer.query));
+        }
     }
     return answer;
+}
+
+void noteOnWorkingFolder(const std::string& name, const std::vector<std::string>& paths, const Request& request) {
+    const bool isSymbol = name.find('/') == std::string::npos;
+    std::error_code unknown;
+    if (name.starts_with('/') || (isSymbol && !paths.empty()) || !std::filesystem::is_regular_file(name, unknown)) {
+        return;
+    }
+    if (isSymbol) {
+        const auto file = parseName(std::filesystem::absolute(name, unknown).string());
+        const bool isSource = standalone::hasExtension(name, standalone::currentSession().installation.extensions);
+        reportError(fmt::format("note: '{}' is a file in the working folder, not a name{}", name,
+                                isSource ? fmt::format("; a name has no extension: {} {}", thisProgram(request),
+                                                       nameWord(inUTF8(standalone::definedName(file))))
+                                         : ""));
+    } else if (std::none_of(paths.begin(), paths.end(), [&](const std::string& path) {
+                   return std::filesystem::equivalent(name, path, unknown);
+               })) {
+        reportError(fmt::format("note: '{}' also names a file in the working folder, but names are resolved below the "
+                                "folders of the search path; for that file use its absolute path",
+                                name));
+    }
 }
 
 std::string unmetRequirement(const Answer& answer, const Requirement& requirement) {

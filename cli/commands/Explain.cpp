@@ -1,11 +1,11 @@
+#include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/commands/Outcome.hpp"
+#include "cli/explanation/DeadEnds.hpp"
 #include "cli/explanation/RenderExplanation.hpp"
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
-#include "standalone/files/FileTree.hpp"
-#include "standalone/services/SessionState.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <nlohmann/json.hpp>
@@ -14,8 +14,6 @@
 #include <exception>
 #include <stdexcept>
 #include <string>
-#include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -24,7 +22,7 @@ namespace tessgen::cli {
 namespace {
 
 Explained explained(const std::string& name, const Request& request, const ResolverSession& resolver) {
-    Explained answer{name, resolver->explain(parseName(name)), {}, {}};
+    Explained answer{name, resolver->explain(parseName(name)), {}, {}, {}};
     for (const auto& resolution : answer.explanation.resolutions) {
         for (const auto& candidate : resolution.candidates) {
             if (resolver.isMissing(candidate)) {
@@ -43,25 +41,29 @@ bool hasCandidates(const kelwhich::Explanation& explanation) {
     return std::any_of(resolutions.begin(), resolutions.end(), [](const auto& r) { return !r.candidates.empty(); });
 }
 
-// The search path, with what is wrong with its folders now; a recording does not know that.
-std::vector<SearchedFolder> searchedFolders(const ResolverSession& resolver) {
-    const auto& session = standalone::currentSession();
-    std::vector<SearchedFolder> searched;
-    for (const auto& path : session.installation.searchPath) {
-        searched.push_back({path});
-        if (!resolver.isReplayed()) {
-            try {
-                const auto kind = session.disk.kindOf(path);
-                searched.back().problem = !kind                                        ? "absent"
-                                          : kind != standalone::FileTree::Kind::folder ? "notAFolder"
-                                                                                       : "";
-                static_cast<void>(session.disk.entries(path, {[](std::string_view) { return false; }}));
-            } catch (const std::system_error&) {
-                searched.back().problem = "unreadable";
-            }
-        }
+// What leads on from a name without a candidate: adds the lines about it, and returns what is said once.
+std::string leadOn(Explained& answer, DeadEnds& deadEnds, const Request& request) {
+    noteOnWorkingFolder(answer.query, {}, request);
+    if (answer.query.starts_with('/')) {
+        return "";
     }
-    return searched;
+    const auto deadEnd = deadEnds.lookAt(answer.query);
+    answer.notes = linesOf(deadEnd);
+    if (auto words = suggestionWords(deadEnd); !words.empty()) {
+        answer.notes.insert(answer.notes.begin(), std::move(words));
+    }
+    return deadEnds.nextSteps(answer.query, deadEnd, false);
+}
+
+// The lines below the explanations: what was searched, and what leads on from the first name without a candidate.
+std::string footer(const Request& request, const ResolverSession& resolver, const std::string& nextSteps) {
+    // An absolute path is looked up as it is, without the search path.
+    const auto isSearched = [](const std::string& name) { return !name.starts_with('/'); };
+    if (std::none_of(request.operands.begin(), request.operands.end(), isSearched)) {
+        return "";
+    }
+    const auto detail = request.verbose ? SearchedDetail::all : SearchedDetail::hint;
+    return "\n" + searchedAsText(searchedFolders(resolver), detail, outputIsColoured()) + nextSteps;
 }
 
 } // namespace
@@ -71,19 +73,25 @@ int explain(const Request& request) {
         throw std::runtime_error("the PATH of --why-not is not UTF-8");
     }
     const ResolverSession resolver(request);
-    const bool coloured = outputIsColoured();
+    DeadEnds deadEnds(request, resolver);
     std::string text;
+    std::string nextSteps;
     std::vector<nlohmann::ordered_json> documents;
     Outcome outcome;
     for (const auto& name : request.operands) {
         try {
-            const auto answer = explained(name, request, resolver);
+            auto answer = explained(name, request, resolver);
+            const bool isDeadEnd = !hasCandidates(answer.explanation);
+            if (isDeadEnd && !request.json && !request.record && !request.replay) {
+                const auto more = leadOn(answer, deadEnds, request);
+                nextSteps = nextSteps.empty() ? more : nextSteps;
+            }
             if (request.json) {
                 documents.push_back(asJSON(answer));
             } else {
-                text += asText(answer, coloured) + '\n';
+                text += (text.empty() ? "" : "\n") + asText(answer, outputIsColoured());
             }
-            outcome.addAnswer(name, hasCandidates(answer.explanation));
+            outcome.addAnswer(name, !isDeadEnd);
         } catch (const std::exception& error) {
             outcome.addFailure(name, error);
         }
@@ -92,13 +100,7 @@ int explain(const Request& request) {
     if (request.json && !documents.empty()) {
         writeOut(asJSON(std::move(documents), searchedFolders(resolver)));
     } else if (!text.empty()) {
-        // An absolute path is looked up as it is, without the search path.
-        const auto isSearched = [](const std::string& name) { return !name.starts_with('/'); };
-        const bool any = std::any_of(request.operands.begin(), request.operands.end(), isSearched);
-        if (!any) {
-            text.pop_back();
-        }
-        writeOut(text + (any ? searchedAsText(searchedFolders(resolver), request.verbose, coloured) : ""));
+        writeOut(text + footer(request, resolver, nextSteps));
     }
     return outcome.exitCode();
 }

@@ -1,4 +1,5 @@
 #include "cli/commands/Commands.hpp"
+#include "cli/options/NextCommand.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
@@ -126,14 +127,6 @@ std::string recordsFor(const TreeSurvey& survey) {
         lines += printJSON(record) + '\n';
     }
     return lines;
-}
-
-// The name as a word of the command line, after "-- " when it would be read as a command or an option.
-std::string nameWord(const std::string& name) {
-    const bool isOther =
-        name.starts_with('-')
-        || std::any_of(commandTable.begin(), commandTable.end(), [&name](const auto& row) { return row.word == name; });
-    return name.empty() ? "NAME" : (isOther ? "-- " : "") + shellWord(name);
 }
 
 void reportSkipped(const TreeSurvey& survey) {

@@ -1,46 +1,21 @@
 #include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/commands/Outcome.hpp"
+#include "cli/explanation/DeadEnds.hpp"
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/options/Spelling.hpp"
 #include "cli/output/Console.hpp"
-#include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
-#include "standalone/doctor/SpellingSuggestions.hpp"
-#include "standalone/services/SessionState.hpp"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstddef>
 #include <exception>
-#include <filesystem>
-#include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace tessgen::cli {
 
 namespace {
-
-// A person who completes file names on the command line may mean the file in the working folder.
-void warnOfFileInWorkingFolder(const std::string& name, const Answer& answer) {
-    std::error_code unknown;
-    if (name.starts_with('/') || name.find('/') == std::string::npos
-        || !std::filesystem::is_regular_file(name, unknown)) {
-        return;
-    }
-    const bool isCandidate =
-        std::any_of(answer.candidates.begin(), answer.candidates.end(),
-                    [&](const Answer::Candidate& c) { return std::filesystem::equivalent(name, c.path, unknown); });
-    if (!isCandidate) {
-        reportError(fmt::format("note: '{}' also names a file in the working folder, but names are resolved below the "
-                                "folders of the search path; for that file use its absolute path",
-                                name));
-    }
-}
 
 void warnOfMistypedCommand(const std::string& word) {
     if (const auto meant = commandsLike(word); !meant.empty()) {
@@ -49,31 +24,23 @@ void warnOfMistypedCommand(const std::string& word) {
     }
 }
 
-// For a person who mistyped a name: the most similar names that have candidates.
-void addSuggestions(std::vector<Answer>& answers, const ResolverSession& resolver) {
-    constexpr std::size_t most = 3; // suggestions for a name
-    const auto deadline = std::chrono::steady_clock::now()
-                          + environmentMilliseconds("KELWHICH_SUGGEST_MS", std::chrono::milliseconds(50));
-    std::optional<standalone::SpellingSuggestions> suggestions;
+// For a person: what leads on from the names without a candidate. Adds to their answers, and returns what is said once.
+std::string leadOn(std::vector<Answer>& answers, const Request& request, const ResolverSession& resolver) {
+    DeadEnds deadEnds(request, resolver);
+    std::string text;
     for (auto& answer : answers) {
         if (!answer.candidates.empty()) {
             continue;
         }
-        if (!suggestions) {
-            suggestions.emplace(standalone::currentSession(), deadline);
-        }
-        for (const auto& name : suggestions->similarTo(answer.query)) {
-            if (answer.suggestions.size() == most || std::chrono::steady_clock::now() >= deadline) {
-                break;
-            }
-            try {
-                if (!resolver->resolve(parseName(name)).empty()) {
-                    answer.suggestions.push_back(name);
-                }
-            } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): a name that fails is not suggested
-            }
+        const auto deadEnd = deadEnds.lookAt(answer.query);
+        answer.suggestion = suggestionWords(deadEnd);
+        answer.notes = linesOf(deadEnd);
+        if (text.empty() && !answer.query.starts_with('/')) {
+            text = "\n" + searchedAsText(searchedFolders(resolver), SearchedDetail::problems, outputIsColoured())
+                   + deadEnds.nextSteps(answer.query, deadEnd, answer.hasLeftOut);
         }
     }
+    return text;
 }
 
 std::string rendered(const std::vector<Answer>& answers, const Request& request) {
@@ -102,7 +69,11 @@ int which(const Request& request) {
             auto answer = answerTo(name, resolver, request);
             outcome.addAnswer(name, !answer.candidates.empty(), unmetRequirement(answer, request.require));
             if (!request.quiet && !request.replay) {
-                warnOfFileInWorkingFolder(name, answer);
+                std::vector<std::string> paths;
+                for (const auto& candidate : answer.candidates) {
+                    paths.push_back(candidate.path);
+                }
+                noteOnWorkingFolder(name, paths, request);
             }
             applySelection(answer, request);
             answers.push_back(std::move(answer));
@@ -115,11 +86,12 @@ int which(const Request& request) {
         warnOfMistypedCommand(answers.front().query);
     }
     resolver.writeRecording();
+    std::string nextSteps;
     if (outputIsTerminal() && !request.json && !request.quiet && !request.replay && !request.record) {
-        addSuggestions(answers, resolver);
+        nextSteps = leadOn(answers, request, resolver);
     }
     if (!answers.empty() && !request.quiet) {
-        writeOut(rendered(answers, request));
+        writeOut(rendered(answers, request) + nextSteps);
     }
     return outcome.exitCode(request.quiet);
 }

@@ -72,6 +72,9 @@ public:
             }
             append(resolution);
         }
+        for (const auto& note : explained_.notes) {
+            add("  {}\n", note);
+        }
         if (explained_.whyNot) {
             append(*explained_.whyNot);
         }
@@ -209,11 +212,12 @@ std::string asText(const Explained& explained, bool coloured) {
     return text;
 }
 
-std::string searchedAsText(const std::vector<SearchedFolder>& searched, bool all, bool coloured) {
+std::string searchedAsText(const std::vector<SearchedFolder>& searched, SearchedDetail detail, bool coloured) {
     const auto style = outputStyle(coloured);
+    const bool all = detail == SearchedDetail::all;
     auto text = all ? fmt::format("{}The host searched, in this order:{}\n", style.aside, style.end)
-                    : fmt::format("{}The host searched {}; --verbose lists them.{}\n", style.aside,
-                                  counted(searched.size(), "folder"), style.end);
+                    : fmt::format("{}The host searched {}{}.{}\n", style.aside, counted(searched.size(), "folder"),
+                                  detail == SearchedDetail::hint ? "; --verbose lists them" : "", style.end);
     for (const auto& [path, problem] : searched) {
         if (all || !problem.empty()) {
             const std::string_view words = problem == "absent"       ? ": does not exist"

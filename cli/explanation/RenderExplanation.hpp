@@ -18,6 +18,7 @@ struct Explained {
     std::string query; // UTF-8
     kelwhich::Explanation explanation;
     std::optional<WhyNot> whyNot;
+    std::vector<std::string> notes;      // what leads on when there is no candidate, escaped; text only
     std::vector<std::u16string> missing; // the paths of candidates that are files and do not exist
 
     [[nodiscard]] bool isMissing(const kelwhich::Explanation::Candidate& candidate) const {
@@ -35,8 +36,12 @@ struct SearchedFolder {
     std::string_view problem = {}; // why nothing is found in it: "absent", "notAFolder", "unreadable"; else empty
 };
 
-// How many folders the host searched, and those with a problem; or all of them, in order.
-std::string searchedAsText(const std::vector<SearchedFolder>& searched, bool all, bool coloured);
+enum class SearchedDetail {
+    problems, // how many folders the host searched, and those with a problem
+    hint,     // the same, and the option that lists them all
+    all,      // each folder, in order
+};
+std::string searchedAsText(const std::vector<SearchedFolder>& searched, SearchedDetail detail, bool coloured);
 
 // An element of the list of explanations.
 nlohmann::ordered_json asJSON(const Explained& explained);

@@ -2,19 +2,12 @@
 
 #include "cli/output/Escape.hpp"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <cstddef>
 
 namespace tessgen::cli {
-
-std::string asText(const analysis::Finding& finding) {
-    const auto name = inUTF8(finding.name);
-    return fmt::format("{}; kelwhich explain {}{}", escaped(inUTF8(finding.message)),
-                       name.starts_with('-') ? "-- " : "", shellWord(name));
-}
 
 nlohmann::ordered_json document(const analysis::Finding& finding) {
     nlohmann::ordered_json result{

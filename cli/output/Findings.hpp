@@ -10,9 +10,6 @@
 
 namespace tessgen::cli {
 
-// One line, escaped, with the command that says more.
-std::string asText(const analysis::Finding& finding);
-
 nlohmann::ordered_json document(const analysis::Finding& finding);
 
 // The key's name in JSON.

@@ -65,14 +65,6 @@ std::string_view verdictsOf(const Answer::Candidate& candidate) {
                        + (candidate.isIndirect ? 4U : 0U) + (candidate.isMissing ? 8U : 0U));
 }
 
-std::string suggestionWords(const std::vector<std::string>& names) {
-    std::string words;
-    for (const auto& name : names) {
-        words.append(words.empty() ? "; did you mean " : &name == &names.back() ? " or " : ", ").append(escaped(name));
-    }
-    return words.append(words.empty() ? "" : "?");
-}
-
 std::string& appendPadded(std::string& text, std::string_view words, std::size_t width) {
     return text.append(words).append(width - words.size(), ' ');
 }
@@ -116,7 +108,10 @@ std::vector<std::string> shortPaths(const std::vector<Answer::Candidate>& candid
 void append(std::string& text, const Answer& answer, const Style& style) {
     text.append(style.name).append(escaped(answer.query)).append(style.end).append("\n");
     if (answer.candidates.empty()) {
-        text.append("  no candidate").append(suggestionWords(answer.suggestions)).append("\n");
+        text.append("  no candidate")
+            .append(answer.suggestion.empty() ? "" : "; ")
+            .append(answer.suggestion)
+            .append("\n");
     }
     const auto widths = widthsOf(answer.candidates);
     const auto paths = shortPaths(answer.candidates, widths.path);
@@ -130,8 +125,8 @@ void append(std::string& text, const Answer& answer, const Style& style) {
         appendPadded(text, verdictsOf(candidate), widths.verdicts).append("  ");
         text.append(paths.empty() ? escaped(candidate.path) : paths[i]).append(i == 0 ? style.end : "").append("\n");
     }
-    if (answer.finding) {
-        text.append("  ").append(asText(*answer.finding)).append("\n");
+    for (const auto& note : answer.notes) {
+        text.append("  ").append(note).append("\n");
     }
 }
 

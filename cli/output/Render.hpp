@@ -25,12 +25,16 @@ struct Answer {
 
     std::string query; // UTF-8
     std::vector<Candidate> candidates;
-    std::vector<std::string> suggestions;     // similar names, when there is no candidate; text only
-    std::optional<analysis::Finding> finding; // what matters most of the preferred candidate
+    std::optional<analysis::Finding> finding; // what matters most of the preferred candidate; JSON only
+    bool hasLeftOut = false;                  // something was found and left out
+
+    // For people, escaped; text only.
+    std::string suggestion;         // beside "no candidate"
+    std::vector<std::string> notes; // below the candidates
 };
 
 // For each name: the name, then one line per candidate with its rank, kind in words, verdicts and path, then the
-// finding, all escaped. An empty line separates answers.
+// notes, all escaped. An empty line separates answers.
 std::string asText(const std::vector<Answer>& answers, bool coloured);
 std::string asText(const Answer& answer, bool coloured);
 

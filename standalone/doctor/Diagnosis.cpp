@@ -30,6 +30,10 @@ constexpr auto texts = std::to_array<DiagnosticText>({
      "List the folder above them in kelPath."},
     {"kel-folder-on-search-path", "A file in both is found twice: as a KEL path file and as a host file.",
      "Remove the folder from searchPath or from kelPath."},
+    {"folder-not-searched",
+     "It holds source files, but is neither on the search path nor a KEL folder, so nothing is found in it.",
+     "Add it to searchPath, or to kelPath with a record for each file; kelwhich init --update FOLDER adds all such "
+     "folders."},
     {"source-folder-is-prefix",
      "A file counts as host code when its path starts with the path of a source-code folder, so this one is host code "
      "and not the user's.",

@@ -26,6 +26,7 @@ enum class Diagnostic {
     kelFolderEndsWithSlash,
     kelFolderInPackage,
     kelFolderOnSearchPath,
+    folderNotSearched,
     sourceFolderIsPrefix,
     packageRootIsPrefix,
     packageRootHoldsRoot,

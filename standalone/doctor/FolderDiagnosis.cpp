@@ -1,4 +1,6 @@
 #include "standalone/doctor/Diagnosis.hpp"
+#include "standalone/doctor/UnsearchedFolders.hpp"
+#include "standalone/files/BoundedFileTree.hpp"
 #include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
@@ -62,6 +64,7 @@ public:
         findRepeats();
         findKELFoldersWithoutFiles();
         findKELFoldersOnSearchPath();
+        findUnsearched();
         findPrefixes();
         findRootInPackageRoot();
     }
@@ -123,6 +126,17 @@ private:
                     break;
                 }
             }
+        }
+    }
+
+    void findUnsearched() {
+        constexpr std::size_t most = 1'000'000; // entries: the root may be that of the disk
+        std::size_t seen = 0;
+        const BoundedFileTree files(input_.files, [&seen] { return ++seen <= most; });
+        for (auto& folder : readOrReport(input_.installation.root, findings_, [&] {
+                 return unsearchedFolders(input_.installation, files, input_.realPath);
+             })) {
+            report(Diagnostic::folderNotSearched, std::move(folder));
         }
     }
 

@@ -123,6 +123,18 @@ std::string otherName(const std::u16string& path, const std::string& asked, cons
 
 } // namespace
 
+std::vector<std::string> filesIn(const std::vector<std::string>& folders, std::u16string_view name,
+                                 const Installation& installation, const FileTree& files) {
+    Installation supposed;
+    supposed.searchPath = folders;
+    supposed.extensions = installation.extensions;
+    std::vector<std::string> paths;
+    for (const auto& place : NameSearch(supposed, files).find(name)) {
+        paths.push_back(inUTF8(place.line));
+    }
+    return paths;
+}
+
 std::u16string definedName(const std::u16string& path) {
     return kelwhich::qualifiedNameForPath(path);
 }

@@ -8,6 +8,7 @@
 
 namespace tessgen::standalone {
 
+class FileTree;
 struct Installation;
 struct SessionState;
 
@@ -22,6 +23,11 @@ struct NotFound {
 // to it even so, another name does.
 // Errors: those of the file tree.
 [[nodiscard]] NotFound whyNotFound(const std::string& path, std::u16string_view name, const SessionState& session);
+
+// The files that the search would find as `name` if `folders` were the search path.
+// Errors: those of the file tree.
+[[nodiscard]] std::vector<std::string> filesIn(const std::vector<std::string>& folders, std::u16string_view name,
+                                               const Installation& installation, const FileTree& files);
 
 // Lexical: the name that a file defines; a name without "/" is one already.
 [[nodiscard]] std::u16string definedName(const std::u16string& path);

@@ -1,11 +1,11 @@
 #include "standalone/doctor/SpellingSuggestions.hpp"
 
+#include "standalone/files/BoundedFileTree.hpp"
 #include "standalone/store/SupportRecords.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -15,26 +15,16 @@ namespace {
 
 using Clock = SpellingSuggestions::Clock;
 
-// Reports everything as absent once the deadline has passed.
-class TreeUntil final : public FileTree {
-public:
-    TreeUntil(const FileTree& tree, Clock::time_point deadline) : tree_(&tree), deadline_(deadline) {}
-
-    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
-                                                            const EntryFilter& wanted) const override {
-        const auto inTime = [&](std::string_view name) { return wanted.accepts(name) && Clock::now() < deadline_; };
-        return Clock::now() < deadline_ ? tree_->entries(folder, {inTime}) : std::nullopt;
-    }
-    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override {
-        return Clock::now() < deadline_ ? tree_->kindOf(path) : std::nullopt;
-    }
-
-private:
-    const FileTree* tree_;
-    Clock::time_point deadline_;
-};
-
 struct TimeIsUp {};
+
+// The last parts of a dotted name, as many as `dots` separate.
+std::string_view lastParts(std::string_view name, std::ptrdiff_t dots) {
+    auto begin = name.rfind('.');
+    while (dots-- > 0 && begin != std::string_view::npos && begin > 0) {
+        begin = name.rfind('.', begin - 1);
+    }
+    return begin == std::string_view::npos ? name : name.substr(begin + 1);
+}
 
 } // namespace
 
@@ -66,7 +56,8 @@ SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::tim
     } catch (const TimeIsUp&) {           // NOLINT(bugprone-empty-catch): the rest is left out
     } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): the store is damaged from here on
     }
-    const TreeUntil files(session.files, now + (deadline - now) / 2);
+    const auto endOfFiles = now + (deadline - now) / 2;
+    const BoundedFileTree files(session.files, [endOfFiles] { return Clock::now() < endOfFiles; });
     try {
         for (std::string& symbol : SnapshotSearch(session.installation, files).symbols()) {
             names_.push_back(std::move(symbol));
@@ -77,17 +68,19 @@ SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::tim
 
 std::vector<std::string> SpellingSuggestions::similarTo(std::string_view name) const {
     const std::size_t edits = toleratedEdits(name);
+    const auto dots = std::count(name.begin(), name.end(), '.');
     std::vector<std::pair<std::size_t, std::string>> found;
     std::size_t compared = 0;
     for (const std::string& known : names_) {
         if (compared++ % 256 == 0 && Clock::now() >= deadline_) {
             break;
         }
-        if (known.size() + edits < name.size() || name.size() + edits < known.size()) {
+        const auto end = lastParts(known, dots);
+        if (end.size() + edits < name.size() || name.size() + edits < end.size() || name == known) {
             continue;
         }
-        const std::size_t distance = editDistance(name, known, edits);
-        if (distance > 0 && distance <= edits) {
+        const auto distance = std::min(editDistance(name, known, edits), editDistance(name, end, edits));
+        if (distance <= edits) {
             found.emplace_back(distance, known);
         }
     }

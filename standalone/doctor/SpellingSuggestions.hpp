@@ -26,8 +26,9 @@ public:
     // comparing names.
     explicit SpellingSuggestions(const SessionState& session, Clock::time_point deadline = never);
 
-    // The names within a small edit distance of `name`, the nearest first, equally near ones ordered as text; as many
-    // as are found before the deadline.
+    // The names within a small edit distance of `name`, and those in a package of which the last parts are, the nearest
+    // first, equally near ones ordered as text; as many as are found before the deadline.
+    //   "z" -> "p.q.z"
     [[nodiscard]] std::vector<std::string> similarTo(std::string_view name) const;
 
 private:

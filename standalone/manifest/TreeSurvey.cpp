@@ -1,7 +1,6 @@
 #include "standalone/manifest/TreeSurvey.hpp"
 
 #include "host/Paths.hpp"
-#include "standalone/manifest/Installation.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -43,8 +42,9 @@ std::vector<std::string> toList(const Paths& paths) {
 
 class Walk {
 public:
-    Walk(const std::string& tree, const std::vector<std::string>& kelFolders, const FileTree& files)
-        : tree_(tree), files_(files) {
+    Walk(const std::string& tree, const std::vector<std::string>& kelFolders, const FileTree& files,
+         const std::vector<std::string>& extensions)
+        : tree_(tree), files_(files), extensions_(extensions) {
         for (const auto& folder : kelFolders) {
             kelRoots_.insert(folder == "." ? std::string() : folder);
         }
@@ -143,7 +143,7 @@ private:
 
     const std::string& tree_;
     const FileTree& files_;
-    const std::vector<std::string> extensions_ = defaultExtensions();
+    const std::vector<std::string>& extensions_;
     std::set<std::string> kelRoots_; // the tree itself is ""
     std::vector<Folder> open_;       // still to be visited
     Paths searchFolders_;
@@ -156,8 +156,9 @@ private:
 
 } // namespace
 
-TreeSurvey surveyTree(const std::string& tree, const std::vector<std::string>& kelFolders, const FileTree& files) {
-    return Walk(tree, kelFolders, files).run();
+TreeSurvey surveyTree(const std::string& tree, const std::vector<std::string>& kelFolders, const FileTree& files,
+                      const std::vector<std::string>& extensions) {
+    return Walk(tree, kelFolders, files, extensions).run();
 }
 
 } // namespace tessgen::standalone

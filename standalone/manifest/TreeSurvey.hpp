@@ -5,6 +5,7 @@
 #pragma once
 
 #include "standalone/files/FileTree.hpp"
+#include "standalone/manifest/Installation.hpp"
 
 #include <string>
 #include <vector>
@@ -20,12 +21,13 @@ struct TreeSurvey {
     std::vector<std::string> unreadable;    // skipped folders and links, each with the cause
 };
 
-// Lists every folder of the tree once. A source file has one of the default extensions and belongs to the folder above
+// Lists every folder of the tree once. A source file has one of the extensions and belongs to the folder above
 // its package, class and private folders; a folder whose source files are all private is not a search folder. Skipped:
 // hidden files and folders, links to folders, plain folders within package, class and private ones. `kelFolders` are
 // relative to the tree; they may be hidden or lie within a package, and are not searched.
 // Errors: std::system_error when the tree itself cannot be read.
 [[nodiscard]] TreeSurvey surveyTree(const std::string& tree, const std::vector<std::string>& kelFolders,
-                                    const FileTree& files);
+                                    const FileTree& files,
+                                    const std::vector<std::string>& extensions = defaultExtensions());
 
 } // namespace tessgen::standalone

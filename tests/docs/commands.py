@@ -38,6 +38,7 @@ def commands(text):
 
 def run(command, folder):
     environment = {key: value for key, value in os.environ.items() if not re.match("KELWHICH|NO_COLOR|FORCE_COLOR", key)}
+    environment["KELWHICH_SUGGEST_MS"] = "600000"  # also beside other work
     environment["PATH"] = f"{folder}/bin:{environment['PATH']}"
     done = subprocess.run(["bash", "-c", command], cwd=f"{folder}/world", env=environment, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)

@@ -27,8 +27,8 @@ trap 'rm -rf "$top"' EXIT
 mkdir "$top/bin" "$top/tmp" "$top/record"
 ln -s "$program" "$top/bin/kelwhich"
 PATH=$top/bin:$PATH
-unset KELWHICH_INSTALLATION KELWHICH_SUGGEST_MS KELWHICH_PROGRESS_MS NO_COLOR FORCE_COLOR
-export TERM=xterm LC_ALL=C.UTF-8 SHELL=/bin/sh HOME=$top/tmp
+unset KELWHICH_INSTALLATION KELWHICH_PROGRESS_MS NO_COLOR FORCE_COLOR
+export KELWHICH_SUGGEST_MS=600000 TERM=xterm LC_ALL=C.UTF-8 SHELL=/bin/sh HOME=$top/tmp
 
 cp -r "$example" "$top/tmp/world"
 rm -f "$top/tmp/world/"*.cdb

@@ -102,16 +102,27 @@ const std::vector<Case> cases = {
     {[](Patient& p) {
          p.tree.link("/k", "opt/orvak/kel");
          p.tree.add("/opt/orvak/kel/sub", FileTree::Kind::folder);
-         p.installation.searchPath = {"/opt/orvak/kel/+p/@C", "/k", "/opt/orvak/kel/sub"};
+         p.installation.searchPath = {"/opt/orvak/kel/+p/@C", "/k", "/opt/orvak/kel/sub", "/opt/orvak/library"};
      },
      {"kel-folder-on-search-path: searchPath[0] /opt/orvak/kel/+p/@C and kelPath[0] /opt/orvak/kel",
       "kel-folder-on-search-path: searchPath[1] /k and kelPath[0] /opt/orvak/kel"}},
+    {[](Patient& p) {
+         for (const char* file : {"f.vk", "later/+p/f.vk", "kel/sub/f.vk", ".git/f.vk", "docs/f.md", "l/f.vk"}) {
+             p.add(absolutePath(file, "/opt/orvak"));
+         }
+         p.add("/opt/packages/later/f.vk");
+         p.tree.link("/linked", "opt/orvak/l");
+         p.search({"/linked", "/opt/orvak/kel/sub", "/opt/orvak/later"});
+     },
+     {"folder-not-searched: /opt/orvak"}},
     {[](Patient& p) {
          for (const char* file :
               {"library_drafts/a.vk", "library_own/a.vk", "library_own_too/a.vk", "library/sub/sub.vk",
                "library/subset/sub.vk", "library.vkx", "../packages-old/kel/f.vk", "../packages.vk"}) {
              p.add(absolutePath(file, "/opt/orvak"));
          }
+         p.search({"/opt/orvak", "/opt/orvak/library/sub", "/opt/orvak/library/subset", "/opt/orvak/library_drafts",
+                   "/opt/orvak/library_own", "/opt/orvak/library_own_too"});
          p.tree.link("/opt/orvak/library2", "../../w");
          p.tree.link("/opt/orvak/library3.vk", "../../w/f.vk");
          p.installation.sourceCode.insert(p.installation.sourceCode.end(), {{"library_own"}, {"library", "sub"}});
