@@ -22,7 +22,7 @@ int batch(const Request& request) {
     while (const auto name = lines.next()) {
         std::string text;
         try {
-            resolver.dropCache();
+            resolver.refresh();
             auto answer = answerTo(*name, resolver, request);
             outcome.addAnswer(*name, !answer.candidates.empty());
             applySelection(answer, request);

@@ -1,6 +1,7 @@
 #include "cli/installation/ResolverSession.hpp"
 
 #include "cli/installation/ManifestLookup.hpp"
+#include "cli/output/Console.hpp"
 #include "cli/recording/Recording.hpp"
 #include "cli/recording/Replay.hpp"
 #include "standalone/manifest/Installation.hpp"
@@ -26,9 +27,8 @@ standalone::Installation installationOf(const Replay& replay) {
     return installation;
 }
 
-void openSession(const Request& request, const Replay* replay, standalone::View view) {
-    keepUntilExit(replay != nullptr ? std::make_unique<standalone::Session>(installationOf(*replay))
-                                    : std::make_unique<standalone::Session>(findManifest(request), view));
+std::unique_ptr<standalone::Session> openAgain(const InstallationWatch& watch) {
+    return std::make_unique<standalone::Session>(standalone::Installation(watch.installation()));
 }
 
 Collaborators realCollaborators() {
@@ -40,12 +40,24 @@ Collaborators realCollaborators() {
 
 ResolverSession::ResolverSession(const Request& request, standalone::View view)
     : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr) {
-    openSession(request, replay_.get(), view);
+    if (replay_) {
+        session_ = std::make_unique<standalone::Session>(installationOf(*replay_));
+    } else if (request.action == Action::batch) {
+        session_ = openAgain(watch_.emplace(findManifest(request)));
+    } else {
+        session_ = std::make_unique<standalone::Session>(findManifest(request), view);
+    }
     if (request.record) {
         recording_ = std::make_shared<Recording>(*request.record);
     }
     dropCache();
     files_ = collaborators().fileSystem;
+}
+
+ResolverSession::~ResolverSession() {
+    if (session_) {
+        keepUntilExit(std::move(session_));
+    }
 }
 
 Collaborators ResolverSession::collaborators() const {
@@ -58,6 +70,20 @@ void ResolverSession::dropCache() {
     resolver_ = std::make_unique<const kelwhich::KELWhichResolver>(
         std::move(collaborators.which), std::move(collaborators.metadata),
         std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(collaborators.fileSystem)));
+}
+
+void ResolverSession::refresh() {
+    if (watch_->isManifestChanged()) {
+        reportErrorInLine("note:", watch_->installation().manifest + ": changed; start kelwhich batch again to use it");
+    }
+    if (watch_->isDataReplaced()) {
+        session_.reset();
+    }
+    if (!session_) {
+        session_ = openAgain(*watch_); // a process can have one
+        files_ = collaborators().fileSystem;
+    }
+    dropCache();
 }
 
 bool ResolverSession::isMissing(const kelwhich::Explanation::Candidate& candidate) const {

@@ -1,15 +1,17 @@
 // The resolver of one request: over the request's installation, recorded if the request says so, or over a recording.
 //
 // Threads: those of KELWhichResolver over such collaborators.
-// Lifetime: answers of the disk are cached until `dropCache`. The installation stays open until the process ends, so a
-// process has one ResolverSession.
+// Lifetime: answers of the disk are cached until `dropCache` or `refresh`. The installation stays open until the
+// process ends, so a process has one ResolverSession.
 #pragma once
 
+#include "cli/installation/InstallationWatch.hpp"
 #include "cli/options/CommandLine.hpp"
 #include "standalone/Session.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
 #include <memory>
+#include <optional>
 
 namespace tessgen::cli {
 
@@ -34,7 +36,7 @@ public:
     explicit ResolverSession(const Request& request, standalone::View view = standalone::View::live);
     ResolverSession(const ResolverSession&) = delete;
     ResolverSession& operator=(const ResolverSession&) = delete;
-    ~ResolverSession() = default;
+    ~ResolverSession();
 
     const kelwhich::KELWhichResolver& operator*() const { return *resolver_; }
     const kelwhich::KELWhichResolver* operator->() const { return resolver_.get(); }
@@ -44,6 +46,11 @@ public:
 
     // Forgets the cached answers of the disk, so that the next question asks it again.
     void dropCache();
+
+    // For `batch`, before each question: does `dropCache`, and when the support store or the search index was replaced,
+    // opens the installation anew with them. Its manifest is not read again; that it changed is reported, once.
+    // Errors: those of Session; the next call tries again.
+    void refresh();
 
     [[nodiscard]] bool isRecorded() const { return recording_ != nullptr; }
 
@@ -57,6 +64,8 @@ public:
 private:
     [[nodiscard]] Collaborators collaborators() const;
 
+    std::optional<InstallationWatch> watch_;       // in `batch`
+    std::unique_ptr<standalone::Session> session_; // none while the installation cannot be opened anew
     std::shared_ptr<const Replay> replay_;
     std::shared_ptr<Recording> recording_;
     std::unique_ptr<const kelwhich::KELWhichResolver> resolver_;
