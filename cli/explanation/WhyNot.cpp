@@ -269,7 +269,7 @@ private:
         const auto& name = nameToExplain();
         const auto known = resolver_->findByPath(path_);
         if (session.files.kindOf(inUTF8(path_)) != standalone::FileTree::Kind::file) {
-            add("there is no such file");
+            add(standalone::absenceOf(inUTF8(path_)));
         }
         if (!known) {
             add("it has no support record, and only a record leads to a KEL path file");

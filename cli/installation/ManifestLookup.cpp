@@ -59,14 +59,14 @@ std::string_view distrustOf(const std::string& manifest) {
     if (lstat(manifest.c_str(), &file) != 0 || stat(standalone::absolutePath("..", manifest).c_str(), &folder) != 0) {
         return ""; // nothing can be read there
     }
-    const auto self = geteuid();
-    if (file.st_uid != self) {
+    const auto isTrusted = [](uid_t owner) { return owner == geteuid() || owner == 0; }; // root can do anything anyway
+    if (!isTrusted(file.st_uid)) {
         return "belongs to another user";
     }
     if (!S_ISLNK(file.st_mode) && isWritableByOthers(file)) {
         return "can be written to by others";
     }
-    if ((folder.st_uid != self && folder.st_uid != 0) || isWritableByOthers(folder)) {
+    if (!isTrusted(folder.st_uid) || isWritableByOthers(folder)) {
         return "lies in a folder that others can write to";
     }
     std::error_code dangling;
@@ -95,8 +95,7 @@ FoundManifest findManifestAndSource(const Request& request) {
     auto found = lookUp(request);
     if (const auto distrust = distrustOf(found);
         !distrust.empty() && !request.quiet && !std::exchange(isReported, true)) {
-        reportErrorInLine("note:",
-                          fmt::format("{} {}; if you trust it, name it with --installation", found.path, distrust));
+        reportNote(fmt::format("{} {}; if you trust it, name it with --installation", found.path, distrust));
     }
     return found;
 }

@@ -171,6 +171,7 @@ private:
             request_.action = row->action;
             given.erase(given.begin(), given.begin() + (row->secondWord.empty() ? 1 : 2));
         } else if (const auto words = commandsBeginning(given.front()); !words.empty()) {
+            refuseSecondWord(given);
             refuse(fmt::format("'{0}' is the first word of a command: '{1}'; for the name use: kelwhich -- {0}",
                                given.front(), fmt::join(words, "', '")));
         } else {

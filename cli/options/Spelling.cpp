@@ -63,6 +63,19 @@ std::vector<std::string> commandsLike(std::string_view word) {
     return nearest(word, words);
 }
 
+void refuseSecondWord(const std::vector<std::string>& words) {
+    std::vector<std::string_view> seconds;
+    for (const auto& row : commandTable) {
+        if (row.word == words.front()) {
+            seconds.push_back(row.secondWord);
+        }
+    }
+    if (const auto meant = words.size() > 1 ? nearest(words[1], seconds) : std::vector<std::string>(); !meant.empty()) {
+        const auto before = words.front() + " ";
+        refuseWord("command", before + words[1], {before + fmt::format("{}", fmt::join(meant, " or " + before))});
+    }
+}
+
 std::string topicOf(const std::vector<std::string>& words, bool mustBeCommand) {
     if (words.empty()) {
         return "";

@@ -18,6 +18,10 @@ std::vector<std::string> optionsLike(std::string_view word);
 // The first words of commands that are nearest to `word`. Empty when none is near.
 std::vector<std::string> commandsLike(std::string_view word);
 
+// Says which command of two words was meant, if the second word is nearly one's; the first one is a command's.
+// Errors: std::runtime_error then.
+void refuseSecondWord(const std::vector<std::string>& words);
+
 // The command or group of commands that `words` begin with; empty, which means the overview, for any other words.
 // Errors: std::runtime_error when they begin with nothing such, but nearly do or `mustBeCommand` says that they must.
 std::string topicOf(const std::vector<std::string>& words, bool mustBeCommand);

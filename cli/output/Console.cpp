@@ -82,12 +82,12 @@ void writePending(std::string_view key, std::string_view value) noexcept {
     }
 }
 
-// The object of an error without its closing braces.
-std::string openJSONError(std::string_view members, std::string_view message) {
-    return fmt::format(R"({{"schema":"kelwhich/1",{}"error":{{"message":{})", members, printJSONString(message));
+// The object of an error or a note without its closing braces.
+std::string openJSON(std::string_view members, std::string_view message, std::string_view kind = "error") {
+    return fmt::format(R"({{"schema":"kelwhich/1",{}"{}":{{"message":{})", members, kind, printJSONString(message));
 }
 
-// `openObject`: from `openJSONError`; used when errors are JSON.
+// `openObject`: from `openJSON`; used when errors are JSON.
 void writeNow(std::string_view text, std::string_view openObject) {
     writePending("", "");
     const auto style = outputStyle(!errors.inJSON && isColoured(STDERR_FILENO));
@@ -132,7 +132,7 @@ void writeOut(std::string_view text) {
 
 void reportError(std::string_view message) {
     if (errors.inJSON) {
-        auto text = openJSONError("", message);
+        auto text = openJSON("", message);
         writePending("", "");
         errors.pending = std::move(text);
         errors.isPending = true;
@@ -143,7 +143,7 @@ void reportError(std::string_view message) {
 
 void reportErrorAbout(std::string_view query, std::string_view message) {
     if (errors.inJSON) {
-        writeNow("", openJSONError(fmt::format(R"("query":{},)", printJSONString(query)), message));
+        writeNow("", openJSON(fmt::format(R"("query":{},)", printJSONString(query)), message));
     } else {
         writeNow(fmt::format("{}: {}", shownName(query), message), "");
     }
@@ -151,7 +151,11 @@ void reportErrorAbout(std::string_view query, std::string_view message) {
 
 void reportErrorInLine(std::string_view place, std::string_view message) {
     const auto text = fmt::format("{} {}", place, message);
-    writeNow(text, errors.inJSON ? openJSONError("", text) : "");
+    writeNow(text, errors.inJSON ? openJSON("", text) : "");
+}
+
+void reportNote(std::string_view message) {
+    writeNow(fmt::format("note: {}", message), errors.inJSON ? openJSON("", message, "note") : "");
 }
 
 std::string shownName(std::string_view name) {

@@ -32,6 +32,9 @@ void reportError(std::string_view message);
 void reportErrorAbout(std::string_view query, std::string_view message);
 void reportErrorInLine(std::string_view place, std::string_view message);
 
+// Something to know that is no error; as JSON {"schema":"kelwhich/1","note":{"message":...}}. Written at once.
+void reportNote(std::string_view message);
+
 // A name as errors show it: in quotes; a name longer than 200 bytes is replaced by its length.
 std::string shownName(std::string_view name);
 

@@ -8,7 +8,9 @@
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -135,6 +137,11 @@ std::vector<std::string> filesIn(const std::vector<std::string>& folders, std::u
     return paths;
 }
 
+std::string absenceOf(const std::string& path) {
+    std::error_code unknown;
+    return std::filesystem::is_symlink(path, unknown) ? "it is a link that leads nowhere" : "there is no such file";
+}
+
 std::u16string definedName(const std::u16string& path) {
     return kelwhich::qualifiedNameForPath(path);
 }
@@ -156,7 +163,7 @@ NotFound whyNotFound(const std::string& path, std::u16string_view name, const Se
         return {{"it is not a regular file"}, {}, 0};
     }
     if (!kind) {
-        result.reasons.emplace_back("there is no such file");
+        result.reasons.push_back(absenceOf(path));
     }
     const auto fileName = path.substr(path.rfind('/') + 1);
     const bool isWhole = asked.find('/') != std::string::npos && (path.ends_with("/" + asked) || asked.front() == '/');

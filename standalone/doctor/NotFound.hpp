@@ -29,6 +29,9 @@ struct NotFound {
 [[nodiscard]] std::vector<std::string> filesIn(const std::vector<std::string>& folders, std::u16string_view name,
                                                const Installation& installation, const FileTree& files);
 
+// Why there is no file at `path`, which does not exist.
+[[nodiscard]] std::string absenceOf(const std::string& path);
+
 // Lexical: the name that a file defines; a name without "/" is one already.
 [[nodiscard]] std::u16string definedName(const std::u16string& path);
 

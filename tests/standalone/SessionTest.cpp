@@ -69,8 +69,10 @@ TEST(NotFound, SaysWhatKeepsANameFromAFile) {
                              "lib/+p/@C/m.vk", "lib/a.b.vk"}) {
         folder.write(file);
     }
+    std::filesystem::create_symlink("nowhere", folder.path("lib/l.vk"));
     const Session session(folder.path());
     const auto cases = rowsOf(R"(lib/f.vk f =>
+lib/l.vk l => it is a link that leads nowhere;
 lib lib => it is not a regular file;
 lib/f f => there is no such file; it has no extension; it is not found as f: ask for /lib/f;
 lib/+p/g.vk p/g => it is not found as p/g: it defines p.g;
