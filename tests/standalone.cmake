@@ -10,6 +10,7 @@ add_unit_tests(
   standalone/GoldenFilesTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
+  standalone/InstallationNewsTest.cpp
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
   standalone/RealFileTreeTest.cpp

@@ -47,6 +47,7 @@ int config(const Request& request);
 
 // Writes a manifest for a tree of source files, and with --records also records for its KEL files.
 int init(const Request& request);
+int updateInstallation(const Request& request); // the form of init with --update
 
 // Prints the findings about the installation; exitNo when there are any.
 int doctor(const Request& request);

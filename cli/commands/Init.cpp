@@ -1,4 +1,5 @@
 #include "cli/commands/Commands.hpp"
+#include "cli/commands/InitTree.hpp"
 #include "cli/options/NextCommand.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
@@ -8,19 +9,14 @@
 #include "standalone/manifest/ManifestFile.hpp"
 #include "standalone/manifest/TreeSurvey.hpp"
 #include "standalone/text/PathText.hpp"
-#include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
-#include <system_error>
 #include <vector>
 
 namespace tessgen::cli {
@@ -30,75 +26,13 @@ namespace {
 using nlohmann::ordered_json;
 using standalone::TreeSurvey;
 
-constexpr const char* storeName = "support.cdb";
-constexpr const char* recordsName = "support.jsonl";
-
 struct OutputFiles {
     std::string manifest;
     std::string records;
 };
 
-bool isThere(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-}
-
-// Without links, as the manifest's folder is resolved when it is read.
-std::string realFolder(const std::string& folder) {
-    std::error_code error;
-    auto real = std::filesystem::canonical(folder, error).string();
-    if (error) {
-        throw std::runtime_error(fmt::format("{}: {}", folder, error.message()));
-    }
-    if (!std::filesystem::is_directory(real, error)) {
-        throw std::runtime_error(folder + ": is not a folder");
-    }
-    if (!standalone::isUTF8(real)) {
-        throw std::runtime_error(real + ": the path is not UTF-8, so a manifest there could not name its files");
-    }
-    return real;
-}
-
-// The folders relative to the tree, in the order given, each once.
-std::vector<std::string> relativeFolders(const std::vector<std::string>& folders, const std::string& tree) {
-    std::vector<std::string> relative;
-    for (const auto& folder : folders) {
-        if (const auto meant = standalone::joinPath(tree, folder); !isThere(folder) && isThere(meant)) {
-            throw std::runtime_error(fmt::format("{}: no such folder; did you mean {}?", folder, meant));
-        }
-        const auto real = realFolder(folder);
-        const auto above = standalone::joinPath(tree, "");
-        if (real != tree && !real.starts_with(above)) {
-            throw std::runtime_error(fmt::format("{}: is not below {}", folder, tree));
-        }
-        auto path = real == tree ? "." : real.substr(above.size());
-        if (std::find(relative.begin(), relative.end(), path) == relative.end()) {
-            relative.push_back(std::move(path));
-        }
-    }
-    return relative;
-}
-
-// Such a folder would match no file: a file's package, class and private folders are removed before its folder is
-// compared.
-void refuseNestedFolders(const std::vector<std::string>& kelFolders) {
-    for (const auto& folder : kelFolders) {
-        if (standalone::isPackageClassOrPrivate(std::string_view(folder).substr(folder.rfind('/') + 1))) {
-            throw std::runtime_error(folder + ": is a package, class or private folder; name the folder above it");
-        }
-    }
-}
-
 [[noreturn]] void refuseToReplace(const std::string& file) {
-    throw std::runtime_error(file + ": already exists; use --force to replace it");
-}
-
-// What a link leads to may belong to something else, so --force does not go through links.
-void refuseLink(const std::string& file) {
-    std::error_code absent;
-    if (std::filesystem::is_symlink(file, absent)) {
-        throw std::runtime_error(file + ": is a link; remove it, and a new file is written in its place");
-    }
+    throw std::runtime_error(file + ": already exists; use --update to add what is new, or --force to replace it");
 }
 
 void refuseIfKept(const std::string& file, bool force) {
@@ -106,6 +40,14 @@ void refuseIfKept(const std::string& file, bool force) {
     if (!force && isThere(file)) {
         refuseToReplace(file);
     }
+}
+
+std::string recordsFor(const TreeSurvey& survey) {
+    std::string lines;
+    for (const auto& file : survey.kelFiles) {
+        lines += recordLine(file);
+    }
+    return lines;
 }
 
 std::string manifestFor(const TreeSurvey& survey, const std::vector<std::string>& sourceCode, bool hasRecords) {
@@ -117,25 +59,6 @@ std::string manifestFor(const TreeSurvey& survey, const std::vector<std::string>
     manifest["kelPath"] = survey.kelFolders;
     manifest["sourceCode"] = sourceCode;
     return printJSONDocument(manifest);
-}
-
-// One line per KEL file, with every flag set: files of the code generator are usually supported.
-std::string recordsFor(const TreeSurvey& survey) {
-    std::string lines;
-    for (const auto& file : survey.kelFiles) {
-        const ordered_json record{{"path", file}, {"supportFlags", std::vector<bool>(6, true)}};
-        lines += printJSON(record) + '\n';
-    }
-    return lines;
-}
-
-void reportSkipped(const TreeSurvey& survey) {
-    for (const auto& path : survey.notUTF8) {
-        reportError(fmt::format("skipped, its name is not UTF-8: {}", path));
-    }
-    for (const auto& folder : survey.unreadable) {
-        reportError(fmt::format("skipped: {}", folder));
-    }
 }
 
 void commit(standalone::AtomicFile& output, const std::string& file, bool force) {
@@ -195,6 +118,9 @@ std::string summary(const OutputFiles& files, const TreeSurvey& survey, const Re
 } // namespace
 
 int init(const Request& request) {
+    if (request.update) {
+        return updateInstallation(request);
+    }
     const auto tree = realFolder(request.operands.front());
     const OutputFiles files{standalone::joinPath(tree, standalone::manifestName),
                             standalone::joinPath(tree, recordsName)};
@@ -203,10 +129,9 @@ int init(const Request& request) {
         refuseIfKept(files.records, request.force);
     }
     const auto sourceCode = relativeFolders(request.sourceCodeFolders, tree);
-    const auto kelFolders = relativeFolders(request.kelFolders, tree);
-    refuseNestedFolders(kelFolders);
+    const auto kelFolders = relativeKELFolders(request.kelFolders, tree);
     const auto survey = standalone::surveyTree(tree, kelFolders, standalone::RealFileTree());
-    reportSkipped(survey);
+    reportSkipped(survey.notUTF8, survey.unreadable);
     if (survey.searchFolders.empty() && survey.kelFiles.empty() && !survey.unreadable.empty()) {
         throw std::runtime_error(fmt::format("{}: its contents could not be read; nothing is written", tree));
     }
@@ -221,11 +146,7 @@ int init(const Request& request) {
     writeFiles(files, manifestFor(survey, sourceCode, request.records),
                request.records ? std::optional(recordsFor(survey)) : std::nullopt, request.force);
     writeOut(summary(files, survey, request));
-    if (!survey.unreadable.empty()) {
-        reportError(fmt::format("{} could not be read and were left out", counted(survey.unreadable.size(), "folder")));
-        return exitPartial;
-    }
-    return exitYes;
+    return exitCodeFor(survey.unreadable);
 }
 
 } // namespace tessgen::cli

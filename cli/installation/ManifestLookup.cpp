@@ -100,13 +100,19 @@ FoundManifest findManifestAndSource(const Request& request) {
     return found;
 }
 
-std::string findManifestToWriteBy(const Request& request) {
-    auto found = lookUp(request);
-    if (const auto distrust = distrustOf(found); !distrust.empty()) {
+void requireTrusted(const std::string& manifest) {
+    if (const auto distrust = distrustOf(manifest); !distrust.empty()) {
         throw std::runtime_error(
             fmt::format("{}: {}, so it does not decide where to write; if you trust it, name it with "
                         "--installation",
-                        found.path, distrust));
+                        manifest, distrust));
+    }
+}
+
+std::string findManifestToWriteBy(const Request& request) {
+    auto found = lookUp(request);
+    if (found.source == ManifestSource::nearest) {
+        requireTrusted(found.path);
     }
     return std::move(found.path);
 }

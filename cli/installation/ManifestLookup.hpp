@@ -28,6 +28,9 @@ std::string findManifest(const Request& request);
 // Errors: those of findManifestAndSource; the user did not name the manifest, and another user may have put it there.
 std::string findManifestToWriteBy(const Request& request);
 
+// Errors: std::runtime_error when another user may have put this manifest, which the user did not name, where it is.
+void requireTrusted(const std::string& manifest);
+
 // The store that the request names, else the one of the installation.
 // Errors: std::runtime_error when the installation has none.
 std::string findStore(const Request& request);

@@ -197,6 +197,7 @@ private:
                 fmt::format("--replay and --{} cannot be combined", request_.installation ? "installation" : "record"));
         }
         checkWhich();
+        checkInit();
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
         if (request_.from) {
@@ -227,6 +228,15 @@ private:
         }
         if (forms.size() > 1) {
             refuse(fmt::format("{} cannot be combined", fmt::join(forms, " and ")));
+        }
+    }
+
+    void checkInit() const {
+        if (request_.update && (request_.force || !request_.sourceCodeFolders.empty())) {
+            refuse(fmt::format("--update and --{} cannot be combined", request_.force ? "force" : "source-code"));
+        }
+        if (request_.action == Action::init && request_.installation && !request_.update) {
+            refuse("--installation can be used with 'init' only after --update");
         }
     }
 

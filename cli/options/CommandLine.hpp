@@ -27,6 +27,7 @@ struct Request {
     std::vector<std::string> kelFolders;        // init
     std::vector<std::string> sourceCodeFolders; // init
     bool records = false;
+    bool update = false;
     bool force = false;
     bool first = false; // only the preferred candidate
     bool quiet = false; // only the exit code

@@ -45,7 +45,7 @@ constexpr auto commands = std::to_array<CommandRow>({
 });
 
 constexpr auto options = std::to_array<OptionRow>({
-    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::init) & ~bit(Action::help),
+    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::help),
      "use this manifest, or the one in this folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr,
@@ -84,6 +84,9 @@ constexpr auto options = std::to_array<OptionRow>({
      Completes::folders},
     {"records", 0, nullptr, bit(Action::init), "also write support.jsonl, with a record for each KEL file",
      [](Request& request, const char*) { request.records = true; }},
+    {"update", 0, nullptr, bit(Action::init),
+     "add new folders and KEL files to the manifest and to support.jsonl; change and remove nothing",
+     [](Request& request, const char*) { request.update = true; }},
     {"force", 0, nullptr, bit(Action::init), "replace existing files",
      [](Request& request, const char*) { request.force = true; }},
     {"color", 0, "WHEN", everyCommand,

@@ -1,0 +1,195 @@
+#include "cli/commands/Commands.hpp"
+#include "cli/commands/InitTree.hpp"
+#include "cli/installation/ManifestLookup.hpp"
+#include "cli/options/NextCommand.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
+#include "standalone/files/AtomicFile.hpp"
+#include "standalone/files/RealFileTree.hpp"
+#include "standalone/json/JsonEdit.hpp"
+#include "standalone/json/JsonInput.hpp"
+#include "standalone/manifest/InstallationNews.hpp"
+#include "standalone/manifest/ManifestFile.hpp"
+#include "standalone/store/SupportRecords.hpp"
+#include "standalone/text/PathText.hpp"
+#include "standalone/text/Text.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+std::string contentOf(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::string content{std::istreambuf_iterator<char>(in), {}};
+    if (!in) {
+        throw std::runtime_error(file + ": cannot be read");
+    }
+    return content;
+}
+
+// A file that is written anew with some more text.
+class AmendedFile {
+public:
+    // Errors: those of AtomicFile; it is a link or cannot be read.
+    explicit AmendedFile(const std::string& file) : file_(file) {
+        refuseLink(file);
+        output_.emplace(file, standalone::anyFile);
+        old_ = isThere(file) ? contentOf(file) : "";
+    }
+
+    [[nodiscard]] const std::string& old() const { return old_; }
+
+    void write(const std::string& content) { output_->append(content); }
+
+    // Errors: also when the file is another one than was read.
+    void commit() {
+        if ((isThere(file_) ? contentOf(file_) : "") != old_) {
+            throw std::runtime_error(file_ + ": was changed meanwhile, and is as it was; run the command again");
+        }
+        output_->commit();
+    }
+
+private:
+    std::string file_;
+    std::optional<standalone::AtomicFile> output_;
+    std::string old_;
+};
+
+// The paths of the files that have a record.
+// Errors: std::runtime_error for a malformed line.
+std::set<std::string> recordedFiles(const std::string& records, const std::string& file, const std::string& root) {
+    std::set<std::string> paths;
+    std::size_t number = 0;
+    for (const auto& line : standalone::split(records, '\n')) {
+        ++number;
+        if (line.find_first_not_of(" \t\r") != std::string::npos) {
+            const auto record = standalone::readLine(fmt::format("{}:{}:", file, number),
+                                                     [&] { return standalone::readSupportRecord(line, root); });
+            paths.insert(inUTF8(record.entry.path));
+        }
+    }
+    return paths;
+}
+
+// What is added to the manifest, and to the records: none when there is no file of records.
+struct Additions {
+    standalone::InstallationNews news;
+    std::vector<std::string> stores; // the store of new records, when the manifest names none
+
+    [[nodiscard]] bool toManifest() const {
+        return !news.searchFolders.empty() || !news.kelFolders.empty() || !stores.empty();
+    }
+    [[nodiscard]] bool toRecords() const { return !news.kelFiles.empty(); }
+};
+
+std::string amendedManifest(std::string text, const Additions& added) {
+    const auto quoted = [](const std::vector<std::string>& folders) {
+        std::vector<std::string> values;
+        std::transform(folders.begin(), folders.end(), std::back_inserter(values), printJSONString);
+        return values;
+    };
+    text = standalone::withElements(std::move(text), "searchPath", quoted(added.news.searchFolders));
+    text = standalone::withElements(std::move(text), "kelPath", quoted(added.news.kelFolders));
+    for (const auto& store : added.stores) {
+        text = standalone::withMember(std::move(text), "supportStore", printJSONString(store));
+    }
+    return text;
+}
+
+std::string amendedRecords(std::string text, const Additions& added) {
+    text += text.empty() || text.ends_with('\n') ? "" : "\n";
+    for (const auto& file : added.news.kelFiles) {
+        text += recordLine(file);
+    }
+    return text;
+}
+
+// What is added to a file, each under its title.
+void appendAdded(std::string& text, const std::string& title, const std::vector<std::string>& paths) {
+    for (const auto& path : paths) {
+        fmt::format_to(std::back_inserter(text), "  {}{}\n", title, escaped(path));
+    }
+}
+
+std::string summary(const Additions& added, const std::string& manifest, const std::string& records) {
+    std::string text;
+    if (added.toManifest() || !added.toRecords()) {
+        text = fmt::format("{}: {}\n", escaped(manifest), added.toManifest() ? "added" : "nothing to add");
+        appendAdded(text, "searchPath: ", added.news.searchFolders);
+        appendAdded(text, "kelPath: ", added.news.kelFolders);
+        appendAdded(text, "supportStore: ", added.stores);
+    }
+    if (added.toRecords()) {
+        fmt::format_to(std::back_inserter(text),
+                       "{}: added; each is marked as supported: edit supportFlags where that is wrong\n",
+                       escaped(records));
+        appendAdded(text, "", added.news.kelFiles);
+    }
+    return text;
+}
+
+std::string storeCommand(const Request& request, const std::string& records) {
+    const auto program =
+        request.installation ? thisProgram(request) : "kelwhich -i " + shellWord(request.operands.front());
+    return fmt::format("next:\n  {} store build {}\n", program, shellWord(records));
+}
+
+} // namespace
+
+int updateInstallation(const Request& request) {
+    const auto& folder = request.operands.front();
+    const auto tree = realFolder(folder);
+    if (!request.installation) {
+        const auto nearest = standalone::joinPath(tree, standalone::manifestName);
+        requireTrusted(nearest);
+        refuseLink(nearest);
+    }
+    const auto installation = standalone::readInstallation(request.installation.value_or(folder));
+    const auto records = standalone::joinPath(tree, recordsName);
+    const bool hasRecords = request.records || isThere(records);
+    AmendedFile manifestFile(installation.manifest);
+    std::optional<AmendedFile> recordsFile;
+    std::set<std::string> recorded;
+    if (hasRecords) {
+        recordsFile.emplace(records);
+        recorded = recordedFiles(recordsFile->old(), records, installation.root);
+    }
+    Additions added{standalone::newsIn(tree, relativeKELFolders(request.kelFolders, tree), installation, recorded,
+                                       standalone::RealFileTree(), standalone::realPath),
+                    {}};
+    reportSkipped(added.news.notUTF8, added.news.unreadable);
+    std::string next;
+    if (!hasRecords && added.toRecords()) {
+        added.news.kelFiles.clear();
+        next = "KEL files are found by their support records; use --records to write a first version\n";
+    } else if (added.toRecords()) {
+        added.stores.assign(installation.supportStore ? 0 : 1, storeName);
+        recordsFile->write(amendedRecords(recordsFile->old(), added));
+        next = storeCommand(request, records);
+    }
+    if (added.toManifest()) {
+        manifestFile.write(amendedManifest(manifestFile.old(), added));
+        manifestFile.commit();
+    }
+    if (added.toRecords()) {
+        recordsFile->commit();
+    }
+    writeOut(summary(added, installation.manifest, records) + next);
+    return exitCodeFor(added.news.unreadable);
+}
+
+} // namespace tessgen::cli
