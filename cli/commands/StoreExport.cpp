@@ -26,7 +26,11 @@ void exportRecords(const standalone::SupportStore& store, const Write& write) {
     std::string lines;
     try {
         store.forEachRecord([&](const standalone::SupportRecord& record) {
-            lines.append(escapedJSON(standalone::writeSupportRecord(record, root))).append(1, '\n');
+            const auto line = escapedJSON(standalone::writeSupportRecord(record, root));
+            if (line.size() > standalone::LineReader::longestLine) {
+                throw std::runtime_error("a record makes a line of more than 1 MiB, which no build reads");
+            }
+            lines.append(line).append(1, '\n');
             if (lines.size() >= blockSize) {
                 write(lines);
                 lines.clear();

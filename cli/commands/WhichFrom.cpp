@@ -21,15 +21,15 @@ namespace tessgen::cli {
 namespace {
 
 using standalone::LineReader;
+using standalone::LineTooLong;
 
 class FileAnswering {
 public:
-    FileAnswering(const Request& request, const ResolverSession& resolver, LineReader& lines)
+    FileAnswering(const Request& request, ResolverSession& resolver, LineReader& lines)
         : request_(request), lines_(lines), resolver_(resolver), progress_("names", lines.size()) {}
 
     int answerAll() {
-        while (const auto line = nextLine()) {
-            answer(*line);
+        while (answerNext()) {
             if (out_.size() >= blockSize) {
                 flush();
             }
@@ -53,6 +53,20 @@ private:
     static constexpr std::size_t cacheLimit = std::size_t{1} << 26U; // bytes
     // Bytes of heap that an entry takes besides its texts; 136 to 180 were measured.
     static constexpr std::size_t entrySize = 180;
+    static constexpr std::size_t resolverLimit = std::size_t{1} << 25U; // bytes of its cache, roughly
+
+    bool answerNext() {
+        try {
+            const auto line = nextLine();
+            if (line) {
+                answer(*line);
+            }
+            return line.has_value();
+        } catch (const LineTooLong&) {
+            addFailure(LineTooLong::message);
+            return true;
+        }
+    }
 
     // Writes what is answered before it may wait for more names.
     std::optional<std::string_view> nextLine() {
@@ -74,14 +88,30 @@ private:
             applySelection(answer, request_);
             made.text = rendered(answer);
             add(name, made);
+            boundResolver(name.size() + made.text.size());
             if (cachedBytes_ < cacheLimit) {
                 cachedBytes_ += entrySize + name.size() + made.text.size() + made.unmet.size();
                 cache_.emplace(name, made); // copied, since a copy has no spare capacity
             }
         } catch (const std::exception& error) {
-            progress_.clear();
-            reportErrorInLine(lines_.place(), errorMessage(error));
-            outcome_.addFailure();
+            addFailure(errorMessage(error));
+            boundResolver(name.size());
+        }
+    }
+
+    void addFailure(std::string_view message) {
+        progress_.clear();
+        reportErrorInLine(lines_.place(), message);
+        outcome_.addFailure();
+    }
+
+    // The library's caches only grow, so after many names a resolver with empty ones takes over.
+    void boundResolver(std::size_t textSize) {
+        constexpr std::size_t utf16 = 2; // bytes a byte; a name and the paths of its candidates may each be asked for
+        resolverBytes_ += entrySize + 2 * utf16 * textSize;
+        if (resolverBytes_ >= resolverLimit) {
+            resolver_.dropCache();
+            resolverBytes_ = 0;
         }
     }
 
@@ -106,7 +136,7 @@ private:
 
     const Request& request_;
     LineReader& lines_;
-    const ResolverSession& resolver_;
+    ResolverSession& resolver_;
     Progress progress_;
     const bool showsProgress_ = !outputIsTerminal(); // on a terminal the answers themselves show it
     const bool isColoured_ = outputIsColoured();
@@ -117,6 +147,7 @@ private:
     // `cacheLimit` bytes are held.
     std::unordered_map<std::string, CachedAnswer, standalone::TextHash> cache_;
     std::size_t cachedBytes_ = 0;
+    std::size_t resolverBytes_ = 0; // of its cache since it was empty, roughly
 };
 
 } // namespace
@@ -125,7 +156,7 @@ int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
     const char end = request.null ? '\0' : '\n';
     auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
-    const ResolverSession resolver(request, standalone::View::snapshot);
+    ResolverSession resolver(request, standalone::View::snapshot);
     return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines)).answerAll();
 }
 

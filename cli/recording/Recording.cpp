@@ -118,6 +118,9 @@ void Recording::write() {
     file_.append(headLine({installation.sourceCode, installation.searchPath}) + '\n');
     for (const auto* const answers : inOrder_) {
         for (const auto& line : answers->lines) {
+            if (line.size() > standalone::LineReader::longestLine) {
+                file_.fail("an answer makes a line of more than 1 MiB, which no recording holds");
+            }
             file_.append(line + '\n');
         }
     }

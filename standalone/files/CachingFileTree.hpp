@@ -1,5 +1,4 @@
 // Caches the answers of another file tree, so that the disk stays as it was when each path was first asked for.
-//
 // Threads: any, at the same time; the other tree is asked while a lock is held.
 // Lifetime: the other tree outlives it.
 #pragma once
@@ -22,7 +21,8 @@ namespace tessgen::standalone {
 class CachingFileTree final : public FileTree {
 public:
     // The cache keeps the `wanted` entries of a folder; no later question may want others.
-    CachingFileTree(const FileTree& tree, EntryFilter wanted);
+    // About `limit` bytes are cached, not counting what `entriesBy` lists; further paths are asked for each time.
+    CachingFileTree(const FileTree& tree, EntryFilter wanted, std::size_t limit = std::size_t{1} << 26U);
 
     // Errors: those of the other tree; the same path then fails with the same error each time.
     [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
@@ -43,22 +43,27 @@ private:
     // For each entry one byte for its kind, then its name, then a NUL.
     using Listing = std::string_view;
 
+    enum class Growth { limited, unlimited };
+
+    // `ask(isKept)` answers; it must not keep what is not kept.
     template <typename Answer, typename Ask>
-    const std::optional<Answer>& cached(Cache<Answer>& cache, std::string_view path, Ask ask) const;
+    std::optional<Answer> cached(Cache<Answer>& cache, std::string_view path, Growth growth, Ask ask) const;
     // `fresh` becomes the answer of `tree` when it is asked.
-    const std::optional<Listing>& listing(const FileTree& tree, const std::string& folder,
-                                          std::optional<std::vector<Entry>>& fresh) const;
+    std::optional<Listing> listing(const FileTree& tree, const std::string& folder, Growth growth,
+                                   std::optional<std::vector<Entry>>& fresh) const;
     Listing store(const std::vector<Entry>& entries) const;
     std::string_view store(std::string_view text) const;
 
     const FileTree* tree_;
     const EntryFilter wanted_;
     static constexpr std::size_t usualCount = 2048; // of folders
-    // Key: the path, exactly. Kept: every answer, and every std::system_error. Dropped: with the tree. Growth: one
-    // entry a path. Threads: guarded by `lock_`, which is held while the other tree answers.
+    // Key: the path, exactly. Kept: every answer, and every std::system_error, up to the limit. Dropped: with the tree.
+    // Growth: one entry a path. Threads: guarded by `lock_`, which is held while the other tree answers.
     mutable std::pmr::monotonic_buffer_resource memory_; // of the paths and the listings as well
     mutable Cache<Listing> listings_{usualCount, &memory_};
     mutable Cache<Kind> kinds_{&memory_};
+    const std::size_t limit_;
+    mutable std::size_t bytes_ = 0; // of what counts for the limit
     mutable std::mutex lock_;
 };
 

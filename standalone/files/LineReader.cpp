@@ -29,12 +29,10 @@ LineReader LineReader::ofStandardInput(char end) {
 }
 
 std::optional<std::string_view> LineReader::next() {
-    auto end = buffer_.find(end_, begin_);
-    while (end == std::string::npos && !isAtEnd_) {
-        const auto looked = buffer_.size() - begin_;
-        readBlock();
-        end = buffer_.find(end_, looked);
+    if (std::exchange(skips_, false)) {
+        skipRest();
     }
+    const auto end = endOfLine();
     if (begin_ == buffer_.size()) {
         return std::nullopt;
     }
@@ -43,6 +41,9 @@ std::optional<std::string_view> LineReader::next() {
     begin_ += length;
     ++number_;
     bytes_ += length;
+    if (line.size() > longestLine + (end == std::string::npos ? 0 : 1)) {
+        throw LineTooLong(place());
+    }
     if (end_ == '\0') {
         return line.substr(0, line.size() - (end == std::string::npos ? 0 : 1));
     }
@@ -50,6 +51,34 @@ std::optional<std::string_view> LineReader::next() {
         line.remove_prefix(byteOrderMark.size());
     }
     return line.substr(0, line.find_last_not_of("\r\n") + 1);
+}
+
+std::size_t LineReader::endOfLine() {
+    auto end = buffer_.find(end_, begin_);
+    while (end == std::string::npos && !isAtEnd_) {
+        const auto looked = buffer_.size() - begin_;
+        if (looked > longestLine) {
+            ++number_;
+            skips_ = true;
+            throw LineTooLong(place());
+        }
+        readBlock();
+        end = buffer_.find(end_, looked);
+    }
+    return end;
+}
+
+void LineReader::skipRest() {
+    auto end = std::string::npos;
+    do {
+        end = buffer_.find(end_, begin_);
+        const auto skipped = (end == std::string::npos ? buffer_.size() : end + 1) - begin_;
+        begin_ += skipped;
+        bytes_ += skipped;
+        if (end == std::string::npos && !isAtEnd_) {
+            readBlock();
+        }
+    } while (end == std::string::npos && begin_ < buffer_.size());
 }
 
 void LineReader::readBlock() {

@@ -6,10 +6,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace tessgen::standalone {
+
+// A line that is longer than any that is read.
+class LineTooLong final : public std::runtime_error {
+public:
+    static constexpr const char* message = "the line is longer than 1 MiB";
+
+    explicit LineTooLong(const std::string& place) : std::runtime_error(place + " " + message) {}
+};
 
 class LineReader {
 public:
@@ -20,8 +29,11 @@ public:
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
-    // The next line, of any length, without its end; nothing at the end of the file. Where lines end with '\n', also
-    // without '\r's before it, and without a byte-order mark before the first line. Valid until the next call.
+    static constexpr std::size_t longestLine = std::size_t{1} << 20U; // bytes before its end
+
+    // The next line without its end; nothing at the end of the file. Where lines end with '\n', also without '\r's
+    // before it, and without a byte-order mark before the first line. Valid until the next call.
+    // Errors: LineTooLong, as soon as that is known; the next call then returns the line after it.
     std::optional<std::string_view> next();
 
     // In bytes; empty when the file is not a regular one.
@@ -37,6 +49,9 @@ public:
 private:
     explicit LineReader(char end) : end_(end) {}
 
+    // Where the line ends in the buffer, which is read on until it does; npos at the end of the file.
+    std::size_t endOfLine();
+    void skipRest();
     void readBlock();
     [[noreturn]] void fail(const char* what) const;
 
@@ -47,6 +62,7 @@ private:
     std::string buffer_; // the current line up to `begin_`, then what was read after it
     std::size_t begin_ = 0;
     bool isAtEnd_ = false;
+    bool skips_ = false; // what is left of a line that was too long
     std::uint64_t number_ = 0;
     std::uint64_t bytes_ = 0;
 };

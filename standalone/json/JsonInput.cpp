@@ -142,15 +142,32 @@ void check(std::string_view text) {
 // Right for JSON; for other texts the numbers mean nothing.
 struct Shape {
     std::size_t keys = 0;
-    std::size_t depth = 0; // of nested lists and objects
+    std::size_t depth = 0;      // of nested lists and objects
+    std::size_t separators = 0; // commas, colons and opening brackets
+    bool isWhole = true;        // false when they are too many; then it is the shape up to `end`
+    std::size_t end = 0;
 };
 
-Shape shapeOf(std::string_view text) {
+// Errors: JsonSyntaxError where a run is too long.
+Shape shapeOf(std::string_view text, const JsonLimits& limits) {
     Shape shape;
     std::size_t open = 0;
+    std::size_t last = 0;  // what ends a text, a number or white space
     bool isInside = false; // of quotes
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
+        const bool separates = !isInside && (c == ',' || c == ':' || c == '{' || c == '[');
+        if (i - last > limits.run) {
+            throw syntaxError(text, last,
+                              "a text, a number or white space of more than " + std::to_string(limits.run) + " bytes");
+        }
+        if (shape.separators > limits.values) {
+            shape.isWhole = false;
+            shape.end = i;
+            break;
+        }
+        shape.separators += separates ? 1U : 0U;
+        last = separates || c == '"' ? i : last;
         if (c == '"') {
             isInside = !isInside;
         } else if (isInside) {
@@ -185,13 +202,18 @@ TextPlace lineAndColumn(std::string_view text, std::size_t byte) {
     return {static_cast<std::size_t>(line), before.size() - (before.rfind('\n') + 1) + 1};
 }
 
-json parseJson(std::string_view text) {
-    if (const auto byte = text.find('\0'); byte != std::string_view::npos) { // the parser would stop there
+json parseJson(std::string_view whole, const JsonLimits& limits) {
+    const auto end = whole.find_last_not_of(" \t\r\n") + 1;
+    const auto text = whole.size() - end > limits.run ? whole.substr(0, end) : whole; // blanks after it do no harm
+    if (const auto byte = text.find('\0'); byte != std::string_view::npos) {          // the parser would stop there
         throw syntaxError(text, byte, "not valid JSON in UTF-8: the character 0");
     }
-    const auto shape = shapeOf(text);
+    const auto shape = shapeOf(text, limits);
     if (shape.depth > JsonCheck::deepest) {
         check(text);
+    }
+    if (!shape.isWhole) {
+        throw syntaxError(text, shape.end, "more than " + std::to_string(limits.values) + " keys and values");
     }
     try {
         auto parsed = json::parse(text);

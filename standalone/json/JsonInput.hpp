@@ -44,10 +44,16 @@ public:
     bool isUnknownKey;
 };
 
-// Reads one JSON value that fills `text`. A byte-order mark before it is skipped.
+// What a text may hold at most, so that memory follows its size: a parsed value takes many times the bytes of its text.
+struct JsonLimits {
+    std::size_t values = std::string_view::npos; // keys, lists and objects count, too
+    std::size_t run = std::string_view::npos;    // bytes of one text, number or white space
+};
+
+// Reads one JSON value that fills the text. A byte-order mark before it is skipped.
 // Errors: JsonSyntaxError: malformed, not UTF-8, a key twice in one object, a number out of range, lists and objects
-// nested more than 100 deep.
-[[nodiscard]] nlohmann::json parseJson(std::string_view text);
+// nested more than 100 deep, a limit exceeded.
+[[nodiscard]] nlohmann::json parseJson(std::string_view whole, const JsonLimits& limits = {});
 
 // Returns what `read()` makes of the line of JSON at `place` ("FILE:NUMBER:").
 // Errors: those of `read`, after the place.

@@ -30,16 +30,18 @@ const std::string& readText(const json* value, const std::string& place, const c
     return *text;
 }
 
-// `read(element, place)` of each element; empty when the key is missing.
+// `read(element, place)` of each element; empty when the key is missing. Drops each element once it is read, so that a
+// long list is not held twice.
 template <typename Read>
-auto readList(const json& object, const std::string& key, Read read) {
+auto readList(json& object, const std::string& key, Read read) {
     std::vector<decltype(read(object, key))> list;
-    if (const json* value = findValue(object, key)) {
+    if (const auto value = object.find(key); value != object.end()) {
         if (!value->is_array()) {
-            failAtKey(key, "a list", value);
+            failAtKey(key, "a list", &*value);
         }
-        for (const json& element : *value) {
+        for (json& element : *value) {
             list.push_back(read(element, elementOf(key, list.size())));
+            element = nullptr;
         }
     }
     return list;
@@ -84,7 +86,7 @@ std::string readExtension(const json& value, const std::string& place) {
     return extension;
 }
 
-std::vector<std::string> readExtensions(const json& manifest) {
+std::vector<std::string> readExtensions(json& manifest) {
     constexpr const char* key = "extensions";
     const json* value = findValue(manifest, key);
     if (value == nullptr) {
@@ -97,7 +99,8 @@ std::vector<std::string> readExtensions(const json& manifest) {
     std::unordered_set<std::string_view, TextHash> known;
     for (std::size_t index = 0; index < extensions.size(); ++index) {
         if (!known.insert(extensions[index]).second) {
-            failAtKey(elementOf(key, index), "no extension twice", &(*value)[index]);
+            const json twice = extensions[index];
+            failAtKey(elementOf(key, index), "no extension twice", &twice);
         }
     }
     return extensions;
@@ -154,7 +157,7 @@ void refuseClashes(const Installation& read, const json& manifest) {
     }
 }
 
-Installation readManifest(const json& manifest, const std::string& path) {
+Installation readManifest(json manifest, const std::string& path) {
     if (!manifest.is_object()) {
         failAtKey("", "an object with the keys of a manifest", &manifest);
     }
@@ -214,9 +217,11 @@ std::vector<std::string> defaultExtensions() {
 }
 
 Installation readInstallation(const std::string& fileOrFolder) {
+    // More than any installation needs; a wrong file then costs at most four times its size.
+    constexpr JsonLimits limits{.values = 100'000, .run = std::size_t{1} << 16U};
     const ManifestFile file = readManifestFile(fileOrFolder);
     try {
-        return readManifest(parseJson(file.text), file.path);
+        return readManifest(parseJson(file.text, limits), file.path);
     } catch (const JsonSyntaxError& error) {
         throw errorAt({error.line, error.column}, file, error);
     } catch (const JsonKeyError& error) {

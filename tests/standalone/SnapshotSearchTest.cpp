@@ -1,5 +1,6 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
+#include "standalone/files/CachingFileTree.hpp"
 #include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 #include "tests/support/SupportStores.hpp"
@@ -11,6 +12,8 @@
 #include <cstddef>
 #include <random>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -142,6 +145,26 @@ TEST(SnapshotSearch, HasEverySymbolOnce) {
     auto symbols = SnapshotSearch(world, tree).symbols();
     std::sort(symbols.begin(), symbols.end());
     EXPECT_EQ(symbols, split("C C.C C.g f g k m p.D p.D.D p.D.h", ' '));
+}
+
+TEST(CachingFileTree, AsksForEachPathOnceUntilItIsFull) {
+    MemoryFileTree disk;
+    disk.add("/a/f.vk", FileTree::Kind::file);
+    disk.add("/c/f.vk", FileTree::Kind::file);
+    disk.fail("/b", EACCES);
+    const EntryFilter all{[](std::string_view /*name*/) { return true; }};
+    for (const bool isFull : {false, true}) {
+        const CachingFileTree files(disk, all, isFull ? 0 : 1000);
+        static_cast<void>(disk.takeQuestions());
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(files.entriesBy(disk, "/a")->size(), 1U); // a snapshot is always kept
+            EXPECT_EQ(files.entries("/c", all)->size(), 1U);
+            EXPECT_EQ(files.entries("/c", {[](std::string_view name) { return name == "g"; }})->size(), 0U);
+            EXPECT_EQ(files.kindOf("/a/f.vk"), FileTree::Kind::file);
+            EXPECT_THROW(files.kindOf("/b"), std::system_error);
+        }
+        EXPECT_EQ(disk.takeQuestions().size(), isFull ? 9U : 4U);
+    }
 }
 
 } // namespace
