@@ -112,7 +112,7 @@ quiet cmake --build "$tmp/document/build"
 diff <("$tmp/document/build/consumer" "$world") <(printf '2\n0\n2\n')
 
 echo "== consumers by pkg-config"
-installed() { PKG_CONFIG_LIBDIR=$libdir/pkgconfig PKG_CONFIG_SYSROOT_DIR=$tmp/root pkg-config --cflags --libs "$@"; }
+installed() { PKG_CONFIG_LIBDIR=$libdir/pkgconfig pkg-config --cflags --libs "$@"; }
 read -ra flags < <(installed kelwhich kelwhich-standalone)
 "$cxx" -std=c++20 "$embedding/own_resolver.cpp" -o "$tmp/own_resolver" "${flags[@]}" -Wl,-rpath,"$libdir"
 expect_own_resolver "$tmp/own_resolver"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages, unpacks them, runs the program, builds and runs a consumer.
+# Installs the program as the README says; makes the Debian packages, has lintian check them, unpacks them, runs the
+# program, builds and runs a consumer.
 # Usage: scripts/check-packages.sh [--clean-root]
 # --clean-root installs them in a new Debian 12 instead, which shows that their dependencies are enough. That needs root
 # (for chroot) and the network.
@@ -7,8 +8,6 @@
 umask 022
 [ "${1-}" != --clean-root ] || [ "$(id -u)" -eq 0 ] || { echo "check-packages.sh: --clean-root needs root" >&2; exit 2; }
 scripts/setup.sh gates
-scripts/package.sh
-
 top=$(mktemp -d -p "${TMPDIR:-/var/tmp}")
 root=$top/root
 trap 'rm -rf "$top"' EXIT
@@ -20,14 +19,28 @@ quiet() { # COMMAND...: prints what it prints only if it fails
   "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
   rm "$log"
 }
+check_completions() { # ROOT: bash, zsh and fish look into the folder that holds theirs, which is installed below ROOT
+  local folders found file
+  folders=$(
+    zsh -fc 'print -l $fpath'
+    HOME=/ env -u XDG_DATA_DIRS fish -c 'printf "%s\n" $fish_complete_path'
+    printf '%s/bash-completion/completions\n' /usr/local/share /usr/share # without XDG_DATA_DIRS
+  )
+  mapfile -t found < <(find "$1" -name _kelwhich -o -name kelwhich.fish -o -path '*/completions/kelwhich')
+  [ ${#found[@]} -eq 3 ] || { echo "check-packages.sh: not one completion for each shell: ${found[*]}" >&2; return 1; }
+  for file in "${found[@]#"$1"}"; do
+    grep -qxF "${file%/*}" <<<"$folders" || { echo "check-packages.sh: no shell looks for $file" >&2; return 1; }
+  done
+}
 try_program() { # ROOT WORLD: the program alone, and a copy of the example
   local share=$1/usr/share kelwhich=$1/usr/bin/kelwhich
   cp -r "$share/doc/kelwhich/examples/installation" "$2"
   "$kelwhich" store build -i "$2" "$2/support.jsonl"
   "$kelwhich" -i "$2" sum legacy | tee "$2/answer"
   grep -q "^  1  KEL built-in  *supported  sum$" "$2/answer"
-  ls -l "$share/man/man1/kelwhich.1" "$share/zsh/vendor-completions/_kelwhich" \
-    "$share/fish/vendor_completions.d/kelwhich.fish" "$share/kelwhich/"*.schema.json
+  ls -l "$share/man/man1/kelwhich.1.gz" "$share/zsh/vendor-completions/_kelwhich" \
+    "$share/fish/vendor_completions.d/kelwhich.fish" "$share/kelwhich/"*.schema.json \
+    "$share/doc/kelwhich/"{README,CHANGELOG,docs/program}.md "$share/doc/kelwhich/copyright"
   # shellcheck disable=SC1091
   (. "$share/bash-completion/completions/kelwhich" && complete -p kelwhich)
 }
@@ -43,15 +56,28 @@ try_library() { # ROOT WORLD: consumers of the library, built in the folder of t
   [ "$(head -n 1 "$2/answer")" = "KELPath $2/host/kel/modern.vk" ]
 }
 
+echo "== the installation of the README, after the demo"
+rm -rf build/release/cli/generated
+quiet scripts/demo.sh
+read -ra step < <(grep -o 'cmake --install [^`]*' README.md)
+quiet env DESTDIR="$top/local" "${step[@]}"
+"$top/local$(sed -n 's/^CMAKE_INSTALL_PREFIX:PATH=//p' build/release/CMakeCache.txt)/bin/kelwhich" --version
+check_completions "$top/local"
+
+scripts/package.sh
+echo "== lintian"
+lintian --allow-root --fail-on error,warning build/package/*.deb
+
 if [ "${1-}" != --clean-root ]; then
   for package in build/package/*.deb; do dpkg-deb -x "$package" "$root"; done
   echo "== the program alone"
   try_program "$root" "$top/world"
+  check_completions "$root"
   echo "== the library, and a consumer of it"
   libdir=$(dirname "$(find "$root" -name libkelwhich.so)")
   (
     cd examples
-    export PKG_CONFIG_LIBDIR=$libdir/pkgconfig PKG_CONFIG_SYSROOT_DIR=$root LD_LIBRARY_PATH=$libdir
+    export PKG_CONFIG_LIBDIR=$libdir/pkgconfig LD_LIBRARY_PATH=$libdir
     try_library "$root" "$top/world"
   )
   echo "== the unpacked packages work"

@@ -5,7 +5,7 @@
 
 scripts/setup.sh build
 echo "== building the program into build/release"
-build release kelwhich_program
+build release kelwhich_program kelwhich_page_files # all that the README installs
 
 program=build/release/cli/kelwhich
 example=examples/installation

@@ -10,7 +10,7 @@ packages=(
 test_packages=(time libcdb-dev libgtest-dev libgmock-dev strace python3-jsonschema patch groff-base zsh fish)
 bench_packages=(time git python3 libbenchmark-dev gnu-which zsh fd-find strace valgrind)
 package_packages=(dpkg-dev)
-gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck shellcheck python3 git pkgconf debootstrap)
+gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck shellcheck python3 git pkgconf debootstrap lintian)
 
 case "${1:-build}" in
   build) ;;
