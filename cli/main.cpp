@@ -37,6 +37,8 @@ int run(const Request& request) {
         return exitYes;
     case Action::init:
         return init(request);
+    case Action::completeName:
+        return completeName(request);
     case Action::doctor:
         return doctor(request);
     case Action::help:

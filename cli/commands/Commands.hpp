@@ -49,6 +49,9 @@ int config(const Request& request);
 int init(const Request& request);
 int updateInstallation(const Request& request); // the form of init with --update
 
+// Prints the names that begin as the operand does, for the completions of shells.
+int completeName(const Request& request);
+
 // Prints the findings about the installation; exitNo when there are any.
 int doctor(const Request& request);
 

@@ -18,11 +18,19 @@ namespace {
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
 
+constexpr CommandRow hiddenCommand = {
+    Action::completeName,
+    hiddenWord,
+    "",
+    "BEGINNING",
+    Operands::one,
+    "print the names that begin like this and that no shell needs to quote, for the completions of shells"};
+
 constexpr auto commands = std::to_array<CommandRow>({
     {Action::which, "which", "", "NAME...", Operands::names,
-     "print the candidates of each name, the preferred one first (\"which\" may be omitted)"},
+     "print the candidates of each name, the preferred one first (\"which\" may be omitted)", Completes::names},
     {Action::explain, "explain", "", "NAME...", Operands::names,
-     "print why the candidates of each name are ranked as they are"},
+     "print why the candidates of each name are ranked as they are", Completes::names},
     {Action::batch, "batch", "", "", Operands::none,
      "answer each name on standard input, one per line, as soon as it is read; with --json print one line per name"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
@@ -42,6 +50,7 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::doctor, "doctor", "", "", Operands::none, "print what is wrong with the installation and what to do"},
     {Action::help, "help", "", "[COMMAND]", Operands::optional, "print the overview, or the help of a command",
      Completes::commands},
+    hiddenCommand,
 });
 
 constexpr auto options = std::to_array<OptionRow>({
@@ -112,15 +121,15 @@ bool OptionRow::belongsToAll() const {
     return std::all_of(commandTable.begin(), commandTable.end(), [&](const auto& row) { return belongsTo(row); });
 }
 
-const std::span<const CommandRow> commandTable = commands;
+const std::span<const CommandRow> commandTable = std::span(commands).first<commands.size() - 1>();
 const std::span<const OptionRow> optionTable = options;
 
 const CommandRow* findCommand(std::span<const std::string> words) {
-    const auto row = std::find_if(commandTable.begin(), commandTable.end(), [&](const auto& command) {
+    const auto* const row = std::find_if(commands.begin(), commands.end(), [&](const auto& command) {
         return !words.empty() && command.word == words[0]
                && (command.secondWord.empty() || (words.size() > 1 && command.secondWord == words[1]));
     });
-    return row == commandTable.end() ? nullptr : &*row;
+    return row == commands.end() ? nullptr : row;
 }
 
 std::vector<std::string> commandsBeginning(std::string_view word) {

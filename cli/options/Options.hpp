@@ -24,6 +24,7 @@ enum class Action : unsigned {
     init,
     batch,
     doctor,
+    completeName,
     help, // also by --help
     version
 };
@@ -40,7 +41,7 @@ enum class Operands {
 };
 
 // What a shell completes for an operand or for the argument of an option.
-enum class Completes { files, folders, commands, nothing };
+enum class Completes { files, folders, commands, names, nothing };
 
 struct CommandRow {
     Action action;
@@ -68,11 +69,12 @@ struct OptionRow {
     [[nodiscard]] bool belongsToAll() const;
 };
 
-// The first command is the default.
+// The first command is the default. The hidden one, which the completions of shells run, is not among them.
+inline constexpr std::string_view hiddenWord = "__complete";
 extern const std::span<const CommandRow> commandTable;
 extern const std::span<const OptionRow> optionTable;
 
-// The command that `words` begin with; null when there is none.
+// The command that `words` begin with, the hidden one included; null when there is none.
 const CommandRow* findCommand(std::span<const std::string> words);
 
 // The commands of two words that begin with `word`, as text; empty when there are none.

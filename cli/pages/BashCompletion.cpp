@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 namespace {
 
-// The value of `offer`: compgen's option for files or folders, or the words themselves.
+// The value of `offer`: compgen's option for files or folders, "names", or the words themselves.
 std::string offer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return quoted(choices);
@@ -15,6 +15,7 @@ std::string offer(Completes completes, std::string_view choices = {}) {
     return completes == Completes::files      ? "-f"
            : completes == Completes::folders  ? "-d"
            : completes == Completes::commands ? quoted(wordsOfCommands(" "))
+           : completes == Completes::names    ? "names"
                                               : "";
 }
 
@@ -29,9 +30,13 @@ std::string optionsOf(const CommandRow& command) {
 std::string caseOf(const CommandRow& row) {
     const auto pattern =
         row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
-    const auto operand = takesFile(row) ? fmt::format("[[ $count != {} ]] || offer={}\n            ", wordCount(row),
-                                                      offer(row.completes))
-                                        : "";
+    std::string operand;
+    if (row.takes != Operands::none) {
+        operand = fmt::format("offer={}\n            ", offer(row.completes));
+        if (row.takes != Operands::names) {
+            operand.insert(0, fmt::format("[[ $count != {} ]] || ", wordCount(row)));
+        }
+    }
     return fmt::format("        {})\n            {}options={}\n            ;;\n", pattern, operand, optionsOf(row));
 }
 
@@ -40,11 +45,13 @@ std::string caseOf(const CommandRow& row) {
 std::string bashCompletion() {
     std::string text = R"(# bash completion for kelwhich
 _kelwhich() {
-    local word=${COMP_WORDS[COMP_CWORD]} seen=() ended= argument= offer= options= count i
+    local word=${COMP_WORDS[COMP_CWORD]} seen=() ended= argument= offer= options= isFirst= manifest=() count i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; i++)); do
         if [[ $argument ]]; then
-            [[ ${COMP_WORDS[i]} == = ]] || argument= offer=
+            [[ ${COMP_WORDS[i]} != = ]] || continue
+            [[ $argument != installation ]] || manifest=(-i "${COMP_WORDS[i]/#\~\//$HOME/}")
+            argument= offer=
         elif [[ $ended ]]; then
             seen+=("${COMP_WORDS[i]}")
         else
@@ -56,7 +63,7 @@ _kelwhich() {
 )";
     for (const auto& row : optionTable) {
         if (row.argument != nullptr) {
-            text += fmt::format("            {}) argument=1 offer={} ;;\n", spellings(row, " | "),
+            text += fmt::format("            {}) argument={} offer={} ;;\n", spellings(row, " | "), row.name,
                                 offer(row.completes, row.choices));
         }
     }
@@ -70,8 +77,8 @@ _kelwhich() {
         case "${seen[0]-} ${seen[1]-}" in
         ' ')
 )";
-    text += fmt::format("            offer={}\n            options={}\n            ;;\n", quoted(wordsOfCommands(" ")),
-                        optionsOf(commandTable.front()));
+    text += fmt::format("            offer={} isFirst=1\n            options={}\n            ;;\n",
+                        quoted(wordsOfCommands(" ")), optionsOf(commandTable.front()));
     for (const auto& row : commandTable) {
         text += caseOf(row);
     }
@@ -80,21 +87,27 @@ _kelwhich() {
             text += fmt::format("        '{} ') offer={} ;;\n", first->word, quoted(secondWords(*first, " ")));
         }
     }
-    text += fmt::format("        *) options={} ;;\n", optionsOf(commandTable.front()));
+    text += fmt::format("        *) offer=names options={} ;;\n", optionsOf(commandTable.front()));
     text += R"(        esac
-        [[ $word != -* || $ended ]] || offer=$options
+        [[ $word != -* || $ended ]] || offer=$options isFirst=
     fi
     [[ $word != = ]] || word=
     case $offer in
+    names) ;;
     -?)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen "$offer" -- "$word")
         ;;
     ?*) mapfile -t COMPREPLY < <(compgen -W "$offer" -- "$word") ;;
     esac
-}
+    if [[ $offer == names || ($isFirst && $word) ]]; then
+        mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <()";
+    text += fmt::format(R"(kelwhich {} "${{manifest[@]}}" -- "$word" 2>/dev/null)
+    fi
+}}
 complete -F _kelwhich kelwhich
-)";
+)",
+                        hiddenWord);
     return text;
 }
 

@@ -29,6 +29,7 @@ std::string offer(Completes completes, std::string_view choices = {}) {
     return completes == Completes::files      ? " -r -F"
            : completes == Completes::folders  ? " -x -a '(__fish_complete_directories)'"
            : completes == Completes::commands ? fmt::format(" -x -a '{}'", wordsOfCommands(" "))
+           : completes == Completes::names    ? " -a '(__kelwhich_names)'"
                                               : " -x";
 }
 
@@ -72,9 +73,25 @@ function __kelwhich_seen -a pattern count
     contains -- "$seen[1]" '' {}; or set -p seen which
     string match -q -- $pattern "$seen[1] $seen[2]"; and test -z "$count" -o "$count" = (count $seen)
 end
+function __kelwhich_names
+    set -l manifest
+    set -l words (commandline -opc)
+    for i in (seq (count $words))
+        switch $words[$i]
+            case --
+                break
+            case -i --installation
+                set manifest -i $words[(math $i + 1)]
+            case '--installation=*'
+                set manifest -i (string replace -- --installation= '' $words[$i])
+        end
+    end
+    kelwhich {} $manifest -- (commandline -ct) 2>/dev/null
+end
 complete -c kelwhich -f
 )",
-                            spellingsWithArgument(" "), wordsOfCommands(" "));
+                            spellingsWithArgument(" "), wordsOfCommands(" "), hiddenWord);
+    text += complete("__kelwhich_seen ' '; and test -n (commandline -ct)", offer(Completes::names));
     for (const auto* const row : firstWords()) {
         text += complete("__kelwhich_seen ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
         for (const auto* const below : commandsBelow(*row)) {
@@ -83,8 +100,8 @@ complete -c kelwhich -f
         }
     }
     for (const auto& row : commandTable) {
-        if (takesFile(row) && row.completes != Completes::nothing) {
-            text += complete(whenCommand(row, wordCount(row)),
+        if (row.takes != Operands::none && row.completes != Completes::nothing) {
+            text += complete(whenCommand(row, row.takes == Operands::names ? 0 : wordCount(row)),
                              row.completes == Completes::files ? " -F" : offer(row.completes));
         }
     }

@@ -23,6 +23,7 @@ std::string action(Completes completes, std::string_view choices = {}) {
     return completes == Completes::files      ? "_files"
            : completes == Completes::folders  ? "_files -/"
            : completes == Completes::commands ? "_kelwhich_commands"
+           : completes == Completes::names    ? "_kelwhich_names"
                                               : " ";
 }
 
@@ -46,17 +47,18 @@ std::string specsOf(const CommandRow& command) {
 }
 
 std::string caseOf(const CommandRow& row) {
-    std::string operands = row.secondWord.empty() ? "'1: : '" : "'1: : ' '2: : '";
+    const bool mayBeLeftOut = &row == &commandTable.front();
+    std::string operands = mayBeLeftOut ? "" : row.secondWord.empty() ? " '1: : '" : " '1: : ' '2: : '";
     if (takesFile(row)) {
         const auto spec = fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes));
         operands.append(" ").append(quoted(spec));
     }
     if (row.takes == Operands::names) {
-        operands += " '*: : '";
+        operands.append(" ").append(quoted(fmt::format("*:{}:{}", described(row.operands), action(row.completes))));
     }
     const auto pattern =
         row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
-    return fmt::format("    {})\n        _arguments -s -S {}{}\n        ;;\n", pattern, operands, specsOf(row));
+    return fmt::format("    {})\n        _arguments -s -S{}{}\n        ;;\n", pattern, operands, specsOf(row));
 }
 
 // A zsh function that describes `words`.
@@ -83,11 +85,21 @@ std::string zshCompletion() {
         text += second.empty() ? "" : function(fmt::format("_kelwhich_{}", row->word), second);
     }
     text += function("_kelwhich_commands", first);
-    text += fmt::format(R"(_kelwhich() {{
-    local -a seen
+    text +=
+        fmt::format(R"zsh(_kelwhich_names() {{
+    local -a names=(${{(f)"$(kelwhich {} $manifest -- "$PREFIX" 2>/dev/null)"}})
+    compadd "$@" -a names
+}}
+_kelwhich_words() {{
+    _kelwhich_commands
+    [[ -z $PREFIX ]] || _kelwhich_names
+}}
+_kelwhich() {{
+    local -a seen manifest
     local argument i
     for ((i = 2; i < CURRENT; i++)); do
         if [[ -n $argument ]]; then
+            [[ $argument != (-i|--installation) ]] || manifest=(-i ${{~${{(Q)words[i]}}}})
             argument=
             continue
         fi
@@ -96,7 +108,8 @@ std::string zshCompletion() {
             (( $#seen )) || seen=(which) # only names follow
             break
             ;;
-        {}) argument=1 ;;
+        {}) argument=$words[i] ;;
+        --installation=*) manifest=(-i ${{(Q)words[i]#*=}}) ;;
         -*) ;;
         *) seen+=($words[i]) ;;
         esac
@@ -107,10 +120,10 @@ std::string zshCompletion() {
     esac
     case "$seen[1] $seen[2]" in
     ' ')
-        _arguments -s -S '1: :_kelwhich_commands'{}
+        _arguments -s -S '1: :_kelwhich_words'{}
         ;;
-)",
-                        spellingsWithArgument(" | "), wordsOfCommands(" | "), specsOf(commandTable.front()));
+)zsh",
+                    hiddenWord, spellingsWithArgument(" | "), wordsOfCommands(" | "), specsOf(commandTable.front()));
     for (const auto& row : commandTable) {
         text += caseOf(row);
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -91,6 +92,15 @@ std::vector<std::string> SpellingSuggestions::similarTo(std::string_view name) c
     for (auto& [distance, known] : found) {
         names.push_back(std::move(known));
     }
+    return names;
+}
+
+std::vector<std::string> SpellingSuggestions::beginningWith(std::string_view beginning) const {
+    std::vector<std::string> names;
+    std::copy_if(names_.begin(), names_.end(), std::back_inserter(names),
+                 [&](const std::string& name) { return name.starts_with(beginning); });
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }
 

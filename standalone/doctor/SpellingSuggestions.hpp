@@ -1,4 +1,4 @@
-// Suggests names of an installation for a misspelt one.
+// Suggests names of an installation for a misspelt one, or for the beginning of one.
 //
 // Threads: const operations may be called concurrently.
 #pragma once
@@ -30,6 +30,9 @@ public:
     // first, equally near ones ordered as text; as many as are found before the deadline.
     //   "z" -> "p.q.z"
     [[nodiscard]] std::vector<std::string> similarTo(std::string_view name) const;
+
+    // The names that begin with `beginning`, in the order of their bytes.
+    [[nodiscard]] std::vector<std::string> beginningWith(std::string_view beginning) const;
 
 private:
     Clock::time_point deadline_;
