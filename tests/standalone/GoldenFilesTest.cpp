@@ -1,10 +1,10 @@
 // Files in the present version of each format, checked in: they are read, and written to the byte. A layout that
 // changes without its version fails here; with it, the files of the new version are missing.
-#include "tests/support/GoldenFiles.hpp"
 #include "standalone/database/DatabaseWriter.hpp"
 #include "standalone/index/SearchIndexCheck.hpp"
 #include "standalone/index/SearchIndexFormat.hpp"
 #include "standalone/store/SupportStoreFormat.hpp"
+#include "tests/support/StoreDatabases.hpp"
 #include "tests/support/SupportStores.hpp"
 
 #include <filesystem>

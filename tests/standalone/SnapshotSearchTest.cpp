@@ -31,25 +31,22 @@ public:
         tree.clear();
         for (auto count = 20 + below(20); count > 0; --count) {
             const std::string folder = folderPath();
-            switch (below(8)) {
-            case 0:
-                tree.add(folder + "/" + any("f.vk @f +q private g.a.vk"), FileTree::Kind::other);
-                break;
-            case 1: { // a link instead of a folder or a file
+            const auto choice = below(8);
+            if (choice == 0) { // a link instead of a folder or a file
                 const std::string path = folder + "/" + any("f.vk f.vk @f @C +q +p private g.vk");
                 tree.link(path, any(". .. /one /two/@C /one/f.vk nowhere +p @f"));
                 if (mayFail && below(4) == 0) {
                     tree.fail(path, EACCES);
                 }
-                break;
-            }
-            default:
+            } else if (choice == 1) {
+                tree.add(folder + "/" + any("f.vk @f +q private g.a.vk"), FileTree::Kind::other);
+            } else {
                 tree.add(folder + "/" + any("f f f g g q C @f +q  \xFF g.h")
                              + any(".vk .vk .vk .vkx .a.vk .txt  .vk.vk"),
                          FileTree::Kind::file);
             }
             if (mayFail && below(40) == 0) {
-                tree.fail(below(2) == 0 ? folder : folder + "/" + any("f.vk @f @C +q +p private"), EACCES);
+                tree.fail(folder, EACCES);
             }
         }
     }

@@ -37,11 +37,6 @@ inline std::string shown(const standalone::SupportStore::Record& record) {
 
 using Shown = std::vector<std::string>;
 
-inline Shown byPath(const standalone::SupportStore& store, const std::string& path) {
-    const auto record = store.findByPath(standalone::toUTF16(path).value());
-    return record ? Shown{shown(*record)} : Shown{};
-}
-
 inline Shown bySymbol(const standalone::SupportStore& store, const std::string& name) {
     Shown lines;
     for (const auto& record : store.findBySymbol(standalone::toUTF16(name).value())) {
@@ -68,11 +63,6 @@ inline std::string openingError(const std::string& file, const std::string& root
 inline std::string contentOf(const std::string& file) {
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline std::size_t entriesIn(const TemporaryFolder& folder) {
-    const std::filesystem::directory_iterator entries(folder.path());
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
 // A table of lines "LEFT => RIGHT".
