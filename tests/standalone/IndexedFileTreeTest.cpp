@@ -22,6 +22,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <ios>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -70,24 +71,24 @@ Installation installationIn(const TemporaryFolder& folder) {
     return installation;
 }
 
-// The places of every name, or the error, in the live view and in a snapshot.
+// The places of every name, or the error, in the live view, then in a snapshot.
 std::vector<std::string> answers(const Installation& installation, const FileTree& files) {
     std::vector<std::string> lines;
-    const NameSearch live(installation, files);
-    const SnapshotSearch snapshot(installation, files);
-    const auto ask = [&lines](const auto& search, const char* name) {
-        std::string line;
-        const auto error = test::errorOf([&] {
-            for (const auto& place : search.find(toUTF16(name).value())) {
-                line += toUTF8(place.line).value() + " ";
-            }
-        });
-        lines.push_back(error == "no error" ? line : error);
+    const auto askAll = [&lines](auto search) {
+        for (const char* name : {"f", "g", "C", "C.f", "p.f", "p.C.g", "p.q.f", "none"}) {
+            std::string line;
+            const auto error = test::errorOf([&] {
+                for (const auto& place : search().find(toUTF16(name).value())) {
+                    line += toUTF8(place.line).value() + " ";
+                }
+            });
+            lines.push_back(error == "no error" ? line : error);
+        }
     };
-    for (const char* name : {"f", "g", "C", "C.f", "p.f", "p.C.g", "p.q.f", "none"}) {
-        ask(live, name);
-        ask(snapshot, name);
-    }
+    askAll([&] { return NameSearch(installation, files); });
+    askAll([snapshot = std::optional<SnapshotSearch>(), &installation, &files]() mutable -> const SnapshotSearch& {
+        return snapshot ? *snapshot : snapshot.emplace(installation, files);
+    });
     return lines;
 }
 
@@ -287,17 +288,19 @@ TEST(SearchIndex, NeverGivesAnotherAnswerWhenDamaged) {
     std::size_t damages = 0;
     std::size_t errors = 0;
     test::forEachDamage(file, {0x01, 0xFF}, [&](std::size_t /*at*/, const std::string& what) {
-        const auto error = test::errorOf([&] { // the first, of the file or of an answer
+        std::vector<std::string> given;
+        const auto error = test::errorOf([&] {
             const SearchIndex index(file);
-            const auto given = answers(installation, IndexedFileTree(&index, disk));
-            const auto [other, as] = std::mismatch(given.begin(), given.end(), expected.begin());
-            if (other != given.end()) {
-                throw std::runtime_error(*other);
-            }
+            given = answers(installation, IndexedFileTree(&index, disk));
         });
-        EXPECT_TRUE(error == "no error" || error.starts_with(file + ": is ")) << what << ": " << error;
+        bool isTold = error != "no error";
+        EXPECT_TRUE(!isTold || error.starts_with(file + ": is ")) << what << ": " << error;
+        for (std::size_t i = 0; i < given.size(); ++i) {
+            EXPECT_TRUE(given[i] == expected[i] || given[i].starts_with(file + ": is ")) << what << ": " << given[i];
+            isTold |= given[i] != expected[i];
+        }
         ++damages;
-        errors += error == "no error" ? 0U : 1U;
+        errors += isTold ? 1U : 0U;
         bool isFound = true; // also when the file does not open
         test::errorOf([&] { isFound = checkSearchIndex(file).damages > 0; });
         EXPECT_TRUE(isFound) << what;
