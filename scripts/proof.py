@@ -57,9 +57,10 @@ ROWS = [
     Row("failing allocations of the stand-alone host", **unit("standalone_tests", "HostSweep.OfEveryAllocation"),
         figure=r"sweep: (\d+) failing", fault="memory that is out is answered with an empty list", limit=600,
         path="standalone/Session.cpp",
-        old="    return NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);",
-        new="    try {\n        return NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);\n    }"
-            " catch (const std::bad_alloc&) {\n        return {};\n    }"),
+        old="    auto places = NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);",
+        new="    std::vector<FoundPlace> places;\n    try {\n"
+            "        places = NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);\n    }"
+            " catch (const std::bad_alloc&) {\n    }"),
     Row("failing questions to collaborators and host", **unit("library_tests", "FaultSweep.OfEveryQuestion"),
         figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no", limit=300,
         path="adaptors/CachedFileSystemAdaptor.cpp", old="{ return inner_->exists(path); }",
@@ -78,7 +79,7 @@ ROWS = [
     Row("faults of system calls in look-ups", **faults("lookup"),
         figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole", limit=1800,
         path="standalone/files/RealFileTree.cpp",
-        old="errno == ENOENT ? 0 : errno;", new="errno == ENOENT ? 0 : 0;", prints=r"wrong: .* of getdents64: exit code 0"),
+        old="size < 0 && errno != ENOENT", new="size < 0 && errno == 0", prints=r"wrong: .* of getdents64: exit code 0"),
     Row("kills and errors of system calls in store builds", **faults("store-build"),
         figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen", limit=1800,
         path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_.get()) != 0", new="fsync(descriptor_.get()) > 0",

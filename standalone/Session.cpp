@@ -55,6 +55,15 @@ Installation withRoots(Installation installation) {
     return installation;
 }
 
+// What was found below a root that is gone, or that another folder took the place of, is no answer.
+void requireSameRoot(const Installation& installation, const DirectoryHandle& top) {
+    if (!top.isAtItsPath()) {
+        requireFolder(installation, "root", installation.root);
+        throw std::runtime_error(installation.manifest + ": key \"root\": another folder took the place of "
+                                 + installation.root + ": try again");
+    }
+}
+
 std::optional<SearchIndex> openIndex(const Installation& installation) {
     const auto& file = installation.searchIndex;
     return file && RealFileTree().kindOf(*file) ? std::optional<SearchIndex>(std::in_place, *file) : std::nullopt;
@@ -81,6 +90,7 @@ SessionState::SessionState(Installation opened, View view)
         const DirectoryHandle top(installation.root);
         const RealFileTree now(&top);
         snapshotSearch.emplace(installation, files, IndexedFileTree(pointerTo(index), now, &top));
+        requireSameRoot(installation, top);
     }
 }
 
@@ -90,7 +100,9 @@ std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
     }
     const DirectoryHandle top(installation.root); // most of the search path lies in it
     const RealFileTree now(&top);
-    return NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);
+    auto places = NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);
+    requireSameRoot(installation, top);
+    return places;
 }
 
 const SessionState& currentSession() {

@@ -5,6 +5,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -22,7 +23,22 @@ int openWithoutLinks(const std::string& path) {
 } // namespace
 
 DirectoryHandle::DirectoryHandle(const std::string& path)
-    : above_(joinPath(path, "")), folder_(openWithoutLinks(path)) {}
+    : path_(path), above_(joinPath(path, "")), folder_(openWithoutLinks(path)) {
+    if (!folder_.isOpen()) {
+        identity_ = identityOf({AT_FDCWD, path_.c_str()}, 0);
+    }
+}
+
+std::optional<DirectoryHandle::Identity> DirectoryHandle::identityOf(const PathAt& path, int flags) {
+    struct stat status {};
+    return fstatat(path.folder, path.path, &status, flags) == 0 ? std::optional(Identity(status.st_dev, status.st_ino))
+                                                                : std::nullopt;
+}
+
+bool DirectoryHandle::isAtItsPath() const {
+    const auto own = folder_.isOpen() ? identityOf({folder_.get(), ""}, AT_EMPTY_PATH) : identity_;
+    return own && own == identityOf({AT_FDCWD, path_.c_str()}, 0);
+}
 
 // A path that is too long for the system as a whole is not walked in part either. The folder itself is not below it.
 PathAt DirectoryHandle::to(const std::string& path) const {

@@ -1,13 +1,16 @@
 // A folder held open, so that the system walks only the rest of the path to what lies below it.
 //
 // The handle stays with the folder even if its path leads elsewhere later. So hold it while one name is searched or one
-// snapshot is taken, and no longer. It occupies one descriptor of the process.
-// Threads: any, at the same time.
+// snapshot is taken, and no longer; `isAtItsPath` then says whether the whole paths would have led to the same. It
+// occupies one descriptor of the process. Threads: any, at the same time.
 #pragma once
 
 #include "standalone/files/Descriptor.hpp"
 
+#include <optional>
 #include <string>
+#include <sys/types.h>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -28,9 +31,17 @@ public:
     // The walk to `path`, which is absolute and outlives it.
     [[nodiscard]] PathAt to(const std::string& path) const;
 
+    // Whether the path leads to the folder to which it led when this was made; false when that was none.
+    [[nodiscard]] bool isAtItsPath() const;
+
 private:
+    using Identity = std::pair<dev_t, ino_t>;
+    static std::optional<Identity> identityOf(const PathAt& path, int flags);
+
+    std::string path_;
     std::string above_; // what paths below the folder begin with
     Descriptor folder_;
+    std::optional<Identity> identity_; // of a folder that is not held
 };
 
 // The walk from `top`, or the whole one when `top` is null.

@@ -27,6 +27,8 @@ std::string_view adviceOn(int error) {
     case EMFILE:
     case ENFILE:
         return "; raise the limit of open files (ulimit -n)";
+    case EAGAIN:
+        return "; it keeps changing: try again, or keep fewer files in it";
     case EIO:
         return "; check the disk";
     default:

@@ -2,6 +2,7 @@
 
 #include "standalone/files/Descriptor.hpp"
 #include "standalone/files/FileErrors.hpp"
+#include "standalone/files/ListingCheck.hpp"
 #include "standalone/text/PathText.hpp"
 
 #include <array>
@@ -24,16 +25,18 @@ namespace {
 
 using Kind = FileTree::Kind;
 
-// Calls `visit` for every entry of an open folder. Returns the system's error number, or 0. Not readdir, which
-// allocates and asks for the folder's status each time.
+// Calls `visit` for every entry of an open folder. Returns how many reads held entries. Not readdir, which allocates
+// and asks for the folder's status each time. Errors: DiskError.
 template <typename Visit>
-int forEachEntry(const Descriptor& folder, Visit visit) {
+int forEachEntry(const Descriptor& folder, const std::string& path, Visit visit) {
     alignas(dirent64) std::array<char, 32768> block; // NOLINT(*-member-init): filled by the system
-    while (true) {
+    for (int reads = 0;; ++reads) {
         const auto size = syscall(SYS_getdents64, folder.get(), block.data(), block.size());
+        if (size < 0 && errno != ENOENT) { // a folder removed in the meantime holds nothing
+            throw DiskError(errno, path);
+        }
         if (size <= 0) {
-            // A folder removed in the meantime holds nothing.
-            return size == 0 || errno == ENOENT ? 0 : errno;
+            return reads;
         }
         for (long place = 0; place < size;) {
             const auto& entry = *reinterpret_cast<const dirent64*>(&block[static_cast<std::size_t>(place)]);
@@ -100,6 +103,24 @@ void failUnlessAbsent(const std::string& path) {
     }
 }
 
+// Adds the wanted entries of an open folder. Returns how many reads held entries.
+// Errors: DiskError.
+int addEntries(const Descriptor& opened, const std::string& folder, const EntryFilter& wanted,
+               std::vector<FileTree::Entry>& found) {
+    constexpr std::size_t usualCount = 32;
+    found.reserve(usualCount);
+    return forEachEntry(opened, folder, [&](const dirent64& entry) {
+        const std::string_view name = entry.d_name;
+        if (name == "." || name == ".." || !wanted.accepts(name)) {
+            return;
+        }
+        if (isTooLong(folder.size() + (folder.ends_with('/') ? 0 : 1) + name.size())) {
+            throw DiskError(ENAMETOOLONG, joinPath(folder, name));
+        }
+        found.push_back({std::string(name), kindOfEntry(opened, entry)});
+    });
+}
+
 struct FreeText {
     void operator()(char* text) const noexcept { std::free(text); } // NOLINT: the C library allocates it
 };
@@ -111,32 +132,27 @@ std::optional<std::vector<FileTree::Entry>> RealFileTree::list(const std::string
     if (holdsNUL(folder)) {
         return std::nullopt;
     }
-    const PathAt walk = walkFrom(top_, folder);
-    const Descriptor opened(openat(walk.folder, walk.path, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
-    if (!opened.isOpen()) {
-        failUnlessAbsent(folder);
-        return std::nullopt;
-    }
-    if (status != nullptr && !readStatus(opened.get(), *status)) {
-        throw DiskError(errno, folder);
-    }
-    std::vector<Entry> found;
-    constexpr std::size_t usualCount = 32;
-    found.reserve(usualCount);
-    const int error = forEachEntry(opened, [&](const dirent64& entry) {
-        const std::string_view name = entry.d_name;
-        if (name == "." || name == ".." || !wanted.accepts(name)) {
-            return;
+    constexpr int mostTries = 5;
+    ListingCheck check;
+    for (int tries = 0; tries < mostTries; ++tries) {
+        check.start();
+        const PathAt walk = walkFrom(top_, folder);
+        const Descriptor opened(openat(walk.folder, walk.path, O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+        if (!opened.isOpen()) {
+            failUnlessAbsent(folder);
+            return std::nullopt;
         }
-        if (isTooLong(folder.size() + (folder.ends_with('/') ? 0 : 1) + name.size())) {
-            throw DiskError(ENAMETOOLONG, joinPath(folder, name));
+        if (status != nullptr && !readStatus(opened.get(), *status)) {
+            throw DiskError(errno, folder);
         }
-        found.push_back({std::string(name), kindOfEntry(opened, entry)});
-    });
-    if (error != 0) {
-        throw DiskError(error, folder);
+        std::vector<Entry> found;
+        const int reads = addEntries(opened, folder, wanted, found);
+        if (reads <= 1 || check.isUnchanged(opened.get(), folder)) {
+            return found;
+        }
+        check.wait();
     }
-    return found;
+    throw DiskError(EAGAIN, folder);
 }
 
 std::optional<std::vector<FileTree::Entry>> RealFileTree::entries(const std::string& folder,

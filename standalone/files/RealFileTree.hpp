@@ -1,6 +1,7 @@
 // The machine's disk as a file tree, read at each call.
 //
-// Errors: DiskError.
+// A large folder that changes while it is listed is listed again, a few times.
+// Errors: DiskError; its code is EAGAIN for a folder that keeps changing.
 #pragma once
 
 #include "standalone/files/DirectoryHandle.hpp"

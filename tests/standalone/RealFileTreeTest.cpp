@@ -4,13 +4,14 @@
 #include "standalone/search/SnapshotSearch.hpp"
 #include "tests/support/SupportStores.hpp"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <climits>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <tuple>
 #include <unistd.h>
@@ -79,6 +80,47 @@ TEST(RealFileTree, RefusesPathsThatAreTooLongForTheSystem) {
         EXPECT_EQ(errorOf([&] { static_cast<void>(search.find(u"g.vkx/")); }), folder + "/g.vkx/" + why);
         EXPECT_EQ(errorOf([&] { static_cast<void>(tree.entries(folder + "/@Class", all)); }), folder + "/@Class" + why);
         EXPECT_EQ(errorOf([&] { static_cast<void>(realPath(folder + "/g.vkx")); }), folder + "/g.vkx" + why);
+    }
+}
+
+// A predicate sees each name while the folder is read, and so can change the folder just then.
+TEST(RealFileTree, ListsALargeFolderAsItIsAtOneMoment) {
+    const TemporaryFolder top;
+    const std::string pad(200, 'n');
+    for (int i = 0; i < 400; ++i) {
+        top.write("large/" + std::to_string(i) + pad);
+    }
+    for (const int changes : {0, 1, 1000}) {
+        int seen = 0;
+        const EntryFilter changing{[&](std::string_view /*name*/) {
+            if (++seen % 200 == 1 && seen / 200 < changes) { // at the first entry, and at some others
+                std::filesystem::rename(top.path("large/0" + pad), top.path("large/renamed"));
+                std::filesystem::rename(top.path("large/renamed"), top.path("large/0" + pad));
+            }
+            return true;
+        }};
+        if (changes == 1000) {
+            EXPECT_THAT(errorOf([&] { static_cast<void>(RealFileTree().entries(top.path("large"), changing)); }),
+                        testing::HasSubstr("it keeps changing"));
+        } else {
+            EXPECT_EQ(RealFileTree().entries(top.path("large"), changing)->size(), 400U);
+            EXPECT_GE(seen, 400 * (1 + changes)); // read again after a change
+        }
+    }
+}
+
+TEST(DirectoryHandle, KnowsWhetherItsPathLeadsToItStill) {
+    const TemporaryFolder top;
+    top.makeFolder("a");
+    top.link("link", "a");
+    const DirectoryHandle handles[] = {DirectoryHandle(top.path("a")), DirectoryHandle(top.path("link"))};
+    EXPECT_FALSE(DirectoryHandle(top.path("none")).isAtItsPath());
+    for (const bool isThere : {true, false}) {
+        for (const auto& handle : handles) {
+            EXPECT_EQ(handle.isAtItsPath(), isThere);
+        }
+        std::filesystem::rename(top.path("a"), top.path("b"));
+        top.makeFolder("a");
     }
 }
 
