@@ -3,6 +3,7 @@
 #include "host/Paths.hpp"
 
 #include <algorithm>
+#include <compare>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -35,15 +36,15 @@ std::vector<Answered> answerOf(const Explanation& explanation) {
     return answer;
 }
 
-// The first key in which two candidates of one resolution differ; none when a redirect puts one before the other.
+// The first key in which two candidates of one resolution differ, at the latest the order of gathering; none when a
+// redirect puts one before the other.
 std::optional<Key> keyBetween(const Answered& first, const Answered& other) {
     if (first.resolution != other.resolution) {
         return std::nullopt;
     }
-    const auto* const key = std::find_if(Explanation::keys.begin(), Explanation::keys.end(), [&](Key k) {
-        return std::is_neq(Explanation::compare(k, *first.candidate, *other.candidate));
+    return *std::find_if(Explanation::keys.begin(), Explanation::keys.end(), [&](Key key) {
+        return std::is_neq(Explanation::compare(key, *first.candidate, *other.candidate));
     });
-    return key == Explanation::keys.end() ? Key::gathered : *key;
 }
 
 // "your wave.vk", "the built-in sum"

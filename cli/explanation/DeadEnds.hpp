@@ -44,7 +44,7 @@ private:
     using Clock = standalone::SpellingSuggestions::Clock;
 
     std::vector<std::string> similarTo(const std::string& name);
-    std::vector<std::string> unrecordedAs(const std::u16string& name) const;
+    [[nodiscard]] std::vector<std::string> unrecordedAs(const std::u16string& name) const;
     const std::vector<std::string>& unsearchedFolders();
 
     const Request& request_;
