@@ -7,6 +7,7 @@
 #include "standalone/doctor/UnsearchedFolders.hpp"
 #include "standalone/files/BoundedFileTree.hpp"
 #include "standalone/services/SessionState.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <fmt/format.h>
 
@@ -28,6 +29,15 @@ std::vector<std::string> kelFolders() {
         }
     }
     return folders;
+}
+
+// Adds what nobody finds to the manifest and the records.
+std::string updateCommand(const Request& request) {
+    const auto& installation = standalone::currentSession().installation;
+    const auto folder = standalone::absolutePath("..", installation.manifest);
+    const bool isInFolder = standalone::joinPath(installation.root, "").starts_with(standalone::joinPath(folder, ""));
+    return thisProgram(request) + (isInFolder || request.installation ? "" : " -i " + shellWord(installation.manifest))
+           + " init --update " + shellWord(isInFolder ? folder : installation.root);
 }
 
 } // namespace
@@ -152,6 +162,9 @@ std::string DeadEnds::nextSteps(const std::string& name, const DeadEnd& deadEnd,
         return explainCommand(request_, fmt::format("--why-not {} ", path), name);
     };
     const auto& file = !deadEnd.unrecorded.empty() ? deadEnd.unrecorded : deadEnd.unsearched;
+    if (request_.whyNot) { // whose answer leads on
+        return text + (file.empty() && folders.empty() ? "" : "next: " + updateCommand(request_) + "\n");
+    }
     return text + "next: "
            + (!file.empty()              ? whyNot(shellWord(file.front()))
               : !deadEnd.similar.empty() ? thisProgram(request_) + " " + nameWord(deadEnd.similar.front())
