@@ -40,8 +40,8 @@ std::string nearestManifest() {
         }
         if (folder == folder.parent_path()) {
             throw std::runtime_error(
-                fmt::format("no installation.json in {} or above; go to a folder that has one, name "
-                            "one with --installation, or set KELWHICH_INSTALLATION",
+                fmt::format("no installation.json in {} or above; make one with: kelwhich init FOLDER; or go to a "
+                            "folder that has one, name one with --installation, or set KELWHICH_INSTALLATION",
                             start.string()));
         }
     }

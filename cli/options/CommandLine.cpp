@@ -207,7 +207,9 @@ private:
             return;
         }
         if (given == 0 && (takes == Operands::names || takes == Operands::one)) {
-            refuse(fmt::format("{} is missing", command_->operands), adviceForName());
+            refuse(fmt::format("{} is missing{}", command_->operands,
+                               isCommandGiven_ ? fmt::format(" after '{}'", command_->words()) : ""),
+                   adviceForName());
         }
         if (given > 0 && takes == Operands::none) {
             refuse(fmt::format("'{}' takes no operand, but got '{}'", command_->words(), request_.operands.front()),
