@@ -1,5 +1,6 @@
 #include "cli/options/Help.hpp"
 
+#include "cli/options/CommandDetails.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
@@ -51,23 +52,22 @@ void appendWrapped(std::string& out, std::string_view text, std::size_t indent) 
     out += '\n';
 }
 
-template <typename Row>
-void append(std::string& text, const Row& row) {
-    const auto left = "  " + spelled(row);
+void append(std::string& text, const std::string& words, std::string_view help) {
+    const auto left = "  " + words;
     text += left;
     if (left.size() + 2 > helpColumn) {
         text += '\n';
     }
-    appendWrapped(text, row.help, helpColumn);
+    appendWrapped(text, help, helpColumn);
 }
 
-// Appends a title and the options that `isShown` selects; nothing when there are none.
-template <typename IsShown>
-void appendOptions(std::string& text, const std::string& title, IsShown isShown) {
+// Appends a title and the options of `command` that are of every command, or those that are not; nothing when there are
+// none.
+void appendOptions(std::string& text, const std::string& title, const CommandRow& command, bool ofEveryCommand) {
     std::string list;
     for (const auto& row : optionTable) {
-        if (isShown(row)) {
-            append(list, row);
+        if (row.belongsTo(command) && row.belongsToAll() == ofEveryCommand) {
+            append(list, spelled(row), helpOf(row, command));
         }
     }
     if (!list.empty()) {
@@ -76,9 +76,20 @@ void appendOptions(std::string& text, const std::string& title, IsShown isShown)
 }
 
 void appendOptionsOf(std::string& text, const CommandRow& command) {
-    appendOptions(text, fmt::format("Options of {}", command.words()),
-                  [&](const OptionRow& row) { return row.belongsTo(command) && !row.belongsToAll(); });
-    appendOptions(text, "Options of every command", [](const OptionRow& row) { return row.belongsToAll(); });
+    appendOptions(text, fmt::format("Options of {}", command.words()), command, false);
+    appendOptions(text, "Options of every command", command, true);
+}
+
+void appendDetails(std::string& text, const CommandDetails& details) {
+    text += details.columns.empty() ? "" : "\nColumns:\n";
+    for (const auto& column : details.columns) {
+        append(text, std::string(column.word), column.meaning);
+    }
+    text += "\nExamples:\n";
+    for (const auto& example : details.examples) {
+        text += fmt::format("  {}\n", example.command); // alone in its line, to be copied
+        appendWrapped(text, example.purpose, 6);
+    }
 }
 
 std::string overview() {
@@ -87,7 +98,7 @@ std::string overview() {
     appendWrapped(text, purpose, 0);
     text += "\nCommands (see kelwhich COMMAND --help):\n";
     for (const auto& row : commandTable) {
-        append(text, row);
+        append(text, spelled(row), row.help);
     }
     appendOptionsOf(text, commandTable.front());
     for (const auto& section : helpSections) {
@@ -99,11 +110,14 @@ std::string overview() {
     return text;
 }
 
-std::string helpOf(const CommandRow& command) {
+std::string wholeHelpOf(const CommandRow& command) {
     std::string text = fmt::format("Usage: kelwhich {} [OPTION...]{}{}\n\n", command.words(),
                                    command.operands.empty() ? "" : " ", command.operands);
     appendWrapped(text, sentence(command.help), 0);
     appendOptionsOf(text, command);
+    if (const auto* const details = findDetails(command)) {
+        appendDetails(text, *details);
+    }
     return text;
 }
 
@@ -133,13 +147,13 @@ std::string helpText(std::string_view topic) {
     }
     const auto words = standalone::split(topic, ' ');
     if (const auto* const command = findCommand(words)) {
-        return helpOf(*command);
+        return wholeHelpOf(*command);
     }
     auto text = fmt::format(
         "Usage: kelwhich {} COMMAND [OPTION...] ...\n\nCommands (see kelwhich {} COMMAND --help):\n", topic, topic);
     for (const auto& row : commandTable) {
         if (row.word == topic) {
-            append(text, row);
+            append(text, spelled(row), row.help);
         }
     }
     return text;
