@@ -31,6 +31,12 @@ std::vector<std::string> kelFolders() {
     return folders;
 }
 
+// `lib/wave.vk` means `wave`, the name that such a file defines; every other text means itself.
+std::string nameMeantBy(const std::string& text) {
+    const bool isFile = standalone::hasExtension(text, standalone::currentSession().installation.extensions);
+    return isFile ? inUTF8(standalone::definedName(parseName(standalone::joinPath("/", text)))) : text;
+}
+
 // Adds what nobody finds to the manifest and the records.
 std::string updateCommand(const Request& request) {
     const auto& installation = standalone::currentSession().installation;
@@ -109,8 +115,13 @@ std::vector<std::string> DeadEnds::similarTo(const std::string& name) {
     if (!suggestions_) {
         suggestions_.emplace(standalone::currentSession(), *deadline_);
     }
+    const auto meant = nameMeantBy(name);
+    auto names = suggestions_->similarTo(meant);
+    if (meant != name) {
+        names.insert(names.begin(), meant);
+    }
     std::vector<std::string> similar;
-    for (auto& known : suggestions_->similarTo(name)) {
+    for (auto& known : names) {
         if (similar.size() == most || Clock::now() >= *deadline_) {
             break;
         }
