@@ -16,7 +16,7 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr auto environment = std::to_array<Term>({
+constexpr auto variables = std::to_array<Term>({
     {"KELWHICH_INSTALLATION", "the manifest, or the folder that holds it, where --installation does not name one"},
     {"KELWHICH_SUGGEST_MS", "how long to look for similar names, in milliseconds; 50 by default, 0 for never"},
     {"KELWHICH_PROGRESS_MS", "how long work takes before it shows its progress, in milliseconds; 500 by default"},
@@ -140,7 +140,7 @@ std::string manPage() {
             page += linePage(line);
         }
     }
-    return page + termsPage("ENVIRONMENT", environment) + termsPage("FILES", files) + examplesPage();
+    return page + termsPage("ENVIRONMENT", variables) + termsPage("FILES", files) + examplesPage();
 }
 
 } // namespace tessgen::cli

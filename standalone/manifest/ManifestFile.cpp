@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -104,7 +105,10 @@ ManifestFile readManifestFile(const std::string& fileOrFolder) {
     }
     const InputFile given(fileOrFolder);
     if (!given.isThere()) {
-        throw failure(fileOrFolder, std::string("no such file or folder: a manifest (") + manifestName
+        std::error_code unknown;
+        const bool isLink = std::filesystem::is_symlink(fileOrFolder, unknown);
+        throw failure(fileOrFolder, std::string(isLink ? "a link that leads nowhere" : "no such file or folder")
+                                        + ": a manifest (" + manifestName
                                         + "), or the folder that holds it, is expected");
     }
     if (const mode_t mode = given.mode(); !S_ISDIR(mode)) {

@@ -187,6 +187,7 @@ const std::vector<Case> cases = {
          }
          p.add("/w/two.vk");
          p.record(R"("path": "/w/two.vk", "name": ["one", "two"], "unsupportedSymbols": ["three", "two"])");
+         p.record(R"("path": "sum", "builtin": true, "unsupportedSymbols": ["sum"])"); // without effect
          p.record(R"("path": "/w/f.vk", "redirect": true, "symbol": "gone")");
          p.record(R"("path": "/w/@C/f.vk", "redirect": true, "symbol": "gone")");
      },
