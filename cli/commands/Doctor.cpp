@@ -32,7 +32,8 @@ standalone::DiagnosisInput diagnosisInput(const ResolverSession& resolver) {
             session.store ? &*session.store : nullptr,
             standalone::realPath,
             [&resolver](const std::u16string& name) { return !resolver->resolve(name).empty(); },
-            session.index ? &*session.index : nullptr};
+            session.index ? &*session.index : nullptr,
+            standalone::isLinkCircle};
 }
 
 // For each diagnostic: its code, message and advice, then its places. Findings of one diagnostic are adjacent.

@@ -62,6 +62,9 @@ constexpr auto texts = std::to_array<DiagnosticText>({
      "Support for a package's file is looked up under the path below root that it replaces, so this record supports "
      "nothing.",
      "Give the record the path below root, and rebuild the store."},
+    {"stand-in-is-circle",
+     "The support packages' stand-in for the record's file is a circle of links, so each name of the record fails.",
+     "Correct the link, or remove it."},
     {"record-refuses-itself", "A name that leads to the record is one of its unsupportedSymbols.",
      "Remove the name from unsupportedSymbols, unless the file is to come last."},
     {"redirect-to-nothing", "The name that the redirect leads to has no candidate.",

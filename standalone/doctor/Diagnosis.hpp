@@ -38,6 +38,7 @@ enum class Diagnostic {
     kelFileWithoutRecord,
     recordWithoutFile,
     recordInPackageRoot,
+    standInIsCircle,
     recordRefusesItself,
     redirectToNothing,
     searchIndexMissing,
@@ -68,6 +69,7 @@ struct DiagnosisInput {
     std::function<std::optional<std::string>(const std::string& path)> realPath; // on the same disk as `files`
     std::function<bool(const std::u16string& name)> resolves;                    // whether a name has a candidate
     const SearchIndex* index = nullptr;                                          // may be null
+    std::function<bool(const std::string& path)> isCircle = {};                  // as isLinkCircle; may be empty
 };
 
 // All findings, grouped by diagnostic. A folder that cannot be read is a finding, and the rest is still diagnosed.

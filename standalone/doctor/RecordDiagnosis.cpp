@@ -41,7 +41,14 @@ private:
     void checkFile(const std::u16string& path) {
         bool isThere = isFile(path);
         if (packages_) {
-            isThere = isThere || isFile(kelwhich::replacePrefix(path, root_, *packages_));
+            const auto standIn = kelwhich::replacePrefix(path, root_, *packages_);
+            if (standIn != path) {
+                const bool isReplaced = isFile(standIn);
+                isThere = isThere || isReplaced;
+                if (!isReplaced) {
+                    checkCircle(standIn);
+                }
+            }
             const bool holdsRoot = kelwhich::beginsWith(root_, *packages_); // then the root is at fault, and reported
             if (!holdsRoot && kelwhich::beginsWith(path, *packages_)) {
                 report(Diagnostic::recordInPackageRoot, path);
@@ -70,6 +77,13 @@ private:
             state->second = Folder::unreadable;
         }
         return found || state->second == Folder::unreadable;
+    }
+
+    // The library asks the disk for a stand-in, and there a circle is an error.
+    void checkCircle(const std::u16string& path) {
+        if (input_.isCircle && input_.isCircle(toUTF8(path).value_or(""))) {
+            report(Diagnostic::standInIsCircle, path);
+        }
     }
 
     void checkUnsupported(const SupportRecord& record) {

@@ -178,6 +178,11 @@ std::optional<Kind> RealFileTree::kindOf(const std::string& path) const {
     return kindOfMode(status.st_mode);
 }
 
+bool isLinkCircle(const std::string& path) {
+    struct stat status {};
+    return !holdsNUL(path) && stat(path.c_str(), &status) != 0 && errno == ELOOP;
+}
+
 std::optional<std::string> realPath(const std::string& path) {
     if (holdsNUL(path)) {
         return std::nullopt;

@@ -43,6 +43,9 @@ private:
     const DirectoryHandle* top_;
 };
 
+// Whether links on the way to the path lead in a circle, or are too many. A file tree takes such a path for absent.
+[[nodiscard]] bool isLinkCircle(const std::string& path);
+
 // The path of the same place on the disk without links; nothing when nothing is there.
 [[nodiscard]] std::optional<std::string> realPath(const std::string& path);
 

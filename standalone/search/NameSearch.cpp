@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -128,9 +129,26 @@ private:
 
     void addFiles(const std::string& folder, const Entries& entries, Places& places) const {
         for (const std::string& fileName : fileNames_) {
-            if (leadsTo(Kind::file, files_, folder, findEntry(entries, fileName))) {
-                addFile(joinPath(folder, fileName), places);
+            const Entry* const entry = findEntry(entries, fileName);
+            if (entry != nullptr && entry->kind != Kind::folder) {
+                const std::string path = joinPath(folder, fileName);
+                if (isFile(path, entry->kind)) {
+                    addFile(path, places);
+                }
             }
+        }
+    }
+
+    // Another file may be mounted over the one that is listed. In a folder that may be listed but not entered, what is
+    // listed counts.
+    bool isFile(const std::string& path, Kind listed) const {
+        try {
+            return files_.kindOf(path) == Kind::file;
+        } catch (const std::system_error& error) {
+            if (listed == Kind::link || error.code() != std::errc::permission_denied) {
+                throw;
+            }
+            return listed == Kind::file;
         }
     }
 

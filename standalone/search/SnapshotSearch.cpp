@@ -1,5 +1,6 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
+#include "standalone/files/MountPoints.hpp"
 #include "standalone/search/SearchForms.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
@@ -9,6 +10,8 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
+#include <set>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -231,8 +234,17 @@ private:
         return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
     }
 
+    // An entry over which something may be mounted counts as a link, so that the disk is asked what is there.
     [[nodiscard]] std::optional<std::vector<Entry>> list(const std::string& folder) const {
-        return search_.files_.entriesBy(disk_, folder);
+        auto entries = search_.files_.entriesBy(disk_, folder);
+        if (entries) {
+            for (Entry& entry : *entries) {
+                if (entry.kind != Kind::folder && mounted_.contains(entry.name)) {
+                    entry.kind = Kind::link;
+                }
+            }
+        }
+        return entries;
     }
 
     // Runs `read`. On std::system_error marks all names with the first part of `names` ("": all plain names) as
@@ -252,6 +264,7 @@ private:
 
     const std::vector<std::string>& extensions_;
     std::vector<std::uint32_t> firstPlaces_; // of each extension among them
+    const std::set<std::string> mounted_ = namesOfMountPoints();
     const FileTree& disk_;
     SnapshotSearch& search_;
 };

@@ -60,8 +60,13 @@ struct Patient {
             }
             return name == u"modern";
         };
-        const DiagnosisInput examined{installation, tree, withStore ? &store : nullptr,
-                                      [this](const std::string& path) { return tree.realPath(path); }, resolves};
+        const DiagnosisInput examined{installation,
+                                      tree,
+                                      withStore ? &store : nullptr,
+                                      [this](const std::string& path) { return tree.realPath(path); },
+                                      resolves,
+                                      nullptr,
+                                      [](const std::string& path) { return path.ends_with("/round.vk"); }};
         Strings lines;
         for (const Finding& finding : diagnose(examined)) {
             lines.push_back(std::string(textOf(finding.diagnostic).code) + ": " + finding.place);
@@ -185,6 +190,8 @@ const std::vector<Case> cases = {
               {"library/lost.vk", "none/lost.vk", "library", "/f.vk", "/opt/packages/kel/decode.vk"}) {
              p.record(R"("path": ")" + std::string(path) + '"');
          }
+         p.add("/opt/orvak/library/round.vk");
+         p.record(R"("path": "library/round.vk")");
          p.add("/w/two.vk");
          p.record(R"("path": "/w/two.vk", "name": ["one", "two"], "unsupportedSymbols": ["three", "two"])");
          p.record(R"("path": "sum", "builtin": true, "unsupportedSymbols": ["sum"])"); // without effect
@@ -193,8 +200,9 @@ const std::vector<Case> cases = {
      },
      {"record-without-file: /opt/orvak/library/lost.vk", "record-without-file: /opt/orvak/none/lost.vk",
       "record-without-file: /opt/orvak/library", "record-without-file: /f.vk",
-      "record-in-package-root: /opt/packages/kel/decode.vk", "record-refuses-itself: /w/two.vk, two",
-      "redirect-to-nothing: /w/f.vk, gone", "redirect-to-nothing: /w/@C/f.vk, gone"}},
+      "record-in-package-root: /opt/packages/kel/decode.vk", "stand-in-is-circle: /opt/packages/library/round.vk",
+      "record-refuses-itself: /w/two.vk, two", "redirect-to-nothing: /w/f.vk, gone",
+      "redirect-to-nothing: /w/@C/f.vk, gone"}},
 };
 
 TEST(Diagnosis, FindsEachFaultAndNothingElse) {

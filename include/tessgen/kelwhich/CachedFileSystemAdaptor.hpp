@@ -2,7 +2,8 @@
 // unchanged.
 //
 // Threads: any, at the same time. The wrapped file system is called once per path and once per root; calls of `exists`
-// come one at a time. It is called while a lock is held: nested adaptors lock outer before inner.
+// come one at a time. It is called while a lock is held: nested adaptors lock outer before inner. A wrapped
+// file system must not ask the adaptor that is asking it: such a call never returns.
 // Lifetime: owns what it wraps.
 #pragma once
 

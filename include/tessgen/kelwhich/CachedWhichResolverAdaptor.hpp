@@ -1,7 +1,9 @@
 // Caches the answers of another WhichResolver. Keep it only while the host may be taken as unchanged.
 //
 // Threads: any, at the same time. The wrapped resolver is called once per name, one call at a time, while a lock is
-// held: nested adaptors lock outer before inner. Lifetime: owns what it wraps.
+// held: nested adaptors lock outer before inner. A wrapped resolver must not ask the adaptor that is asking it: such a
+// call never returns.
+// Lifetime: owns what it wraps.
 #pragma once
 
 #include "tessgen/kelwhich/TextHash.hpp"

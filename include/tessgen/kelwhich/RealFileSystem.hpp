@@ -29,8 +29,10 @@ public:
 
     RealFileSystem();
 
-    // Follows links. False for a relative or empty path, even if the working folder has such a file.
-    // Errors: std::filesystem::filesystem_error when the system cannot find out.
+    // Follows links. False for a relative or empty path, even if the working folder has such a file. A path with a NUL
+    // counts only up to it, since the system reads no further.
+    // Errors: std::filesystem::filesystem_error when the system cannot find out, and for a path with a lone surrogate,
+    // which no disk holds. Where "/" is not first, that is false as well.
     [[nodiscard]] bool exists(const std::u16string& path) const override;
     [[nodiscard]] std::u16string orvakroot() const override;
     // Asks the host on every call.

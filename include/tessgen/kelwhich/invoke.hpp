@@ -14,7 +14,8 @@ namespace tessgen::kelwhich {
 // Threads: any thread that has an engine of the host.
 // Errors: those of `kelwhich` and of the host's array services, unchanged; std::logic_error when the name is no text.
 // Arrays that were made and not yet written to `outputs` are then released. `outputs[0]` is written only when it is
-// complete, and stays written when the kinds fail.
+// complete, and stays written when the kinds fail. No handle is checked: a null one goes to the host's array services
+// as it is, and `inputs` or `outputs` that are null end the process.
 KELWHICH_EXPORT void invoke(int outputCount, qxArray** outputs, int inputCount, qxArray** inputs);
 
 } // namespace tessgen::kelwhich
