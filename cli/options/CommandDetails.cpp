@@ -89,7 +89,7 @@ constexpr auto helpExamples = std::to_array<Example>({
     {"kelwhich help store build", "print the help of one command"},
 });
 
-constexpr auto details = std::to_array<CommandDetails>({
+constexpr auto detailsTable = std::to_array<CommandDetails>({
     {Action::which, whichColumns, whichExamples},
     {Action::explain, explainColumns, explainExamples},
     {Action::batch, batchColumns, batchExamples},
@@ -112,7 +112,7 @@ struct OwnHelp {
 };
 
 // For options that do different things for different commands.
-constexpr auto ownHelp = std::to_array<OwnHelp>({
+constexpr auto ownHelpTable = std::to_array<OwnHelp>({
     {Action::which, "json", "print one JSON document; with --from one line per name; errors are JSON, too"},
     {Action::batch, "json", "print one line of JSON per name; errors are JSON, too"},
     {Action::storeBuild, "output", "write the store to this file, not to the manifest's supportStore"},
@@ -122,16 +122,16 @@ constexpr auto ownHelp = std::to_array<OwnHelp>({
 } // namespace
 
 const CommandDetails* findDetails(const CommandRow& command) {
-    const auto* const found = std::find_if(details.begin(), details.end(),
+    const auto* const found = std::find_if(detailsTable.begin(), detailsTable.end(),
                                            [&](const CommandDetails& d) { return d.action == command.action; });
-    return found == details.end() ? nullptr : found;
+    return found == detailsTable.end() ? nullptr : found;
 }
 
 std::string_view helpOf(const OptionRow& row, const CommandRow& command) {
-    const auto* const found = std::find_if(ownHelp.begin(), ownHelp.end(), [&](const OwnHelp& own) {
+    const auto* const found = std::find_if(ownHelpTable.begin(), ownHelpTable.end(), [&](const OwnHelp& own) {
         return own.action == command.action && own.option == row.name;
     });
-    return found == ownHelp.end() ? row.help : found->help;
+    return found == ownHelpTable.end() ? row.help : found->help;
 }
 
 } // namespace tessgen::cli
