@@ -46,11 +46,11 @@ try_program() { # ROOT WORLD: the program alone, and a copy of the example
 }
 try_library() { # ROOT WORLD: consumers of the library, built in the folder of the examples
   local flags
-  read -ra flags < <(pkg-config --cflags --libs kelwhich kelwhich-standalone)
+  read -ra flags <<<"$(pkg-config --cflags --libs kelwhich kelwhich-standalone)"
   g++ -std=c++20 embedding/own_resolver.cpp -o "$2/own_resolver" "${flags[@]}"
   "$2/own_resolver" "$2" "$2/packages/kel/encode.vk" encode | tee "$2/answer"
   [ "$(cat "$2/answer")" = "0 $2/packages/kel/encode.vk" ]
-  read -ra flags < <(pkg-config --cflags --libs kelwhich-standalone)
+  read -ra flags <<<"$(pkg-config --cflags --libs kelwhich-standalone)"
   g++ -std=c++20 embedding/load_gateway.cpp -o "$2/load_gateway" "${flags[@]}"
   "$2/load_gateway" libkelwhich.so.0 "$2" legacy | tee "$2/answer"
   [ "$(head -n 1 "$2/answer")" = "KELPath $2/host/kel/modern.vk" ]
