@@ -20,6 +20,8 @@ namespace tessgen::standalone {
 
 namespace {
 
+constexpr std::uint32_t pointerCount = databaseHeaderSize / databasePointerSize;
+
 // The system's message and what to do.
 std::string errorText(int error) {
     return std::generic_category().message(error).append(adviceOn(error));
@@ -199,12 +201,11 @@ DatabaseSearch::DatabaseSearch(const DatabaseFile& file, std::string_view key) :
         return; // no entry has such a key
     }
     hash_ = databaseHashOf(key_);
-    constexpr std::uint32_t pointers = databaseHeaderSize / databasePointerSize;
-    const auto pointer = file.bytes(hash_ % pointers * databasePointerSize, databasePointerSize);
+    const auto pointer = file.bytes(hash_ % pointerCount * databasePointerSize, databasePointerSize);
     unseen_ = numberFrom(pointer.substr(databasePointerSize / 2));
     if (unseen_ > 0) {
         table_ = file.bytes(numberFrom(pointer), unseen_ * databaseSlotSize);
-        next_ = std::size_t{hash_ / pointers % unseen_} * databaseSlotSize;
+        next_ = std::size_t{hash_ / pointerCount % unseen_} * databaseSlotSize;
     }
 }
 
@@ -223,25 +224,29 @@ std::optional<DatabaseEntry> DatabaseSearch::nextUnchecked() {
         std::memcpy(slot.data(), &table_[next_], sizeof slot);
         next_ = next_ + databaseSlotSize == table_.size() ? 0 : next_ + databaseSlotSize;
         const auto [hash, position] = slot;
-        if (position == 0) { // an empty slot ends the search
+        if (position == 0 && hash == 0) { // an empty slot ends the search
             unseen_ = 0;
             break;
+        }
+        if (position == 0 || hash % pointerCount != hash_ % pointerCount) {
+            file_->failDamaged("a hash table holds what does not belong in it");
         }
         if (hash != hash_) {
             continue;
         }
         const auto header = file_->bytes(position, databaseEntryHeaderSize);
         const auto length = std::uint64_t{numberFrom(header)} + numberFrom(header.substr(databaseEntryHeaderSize / 2));
-        if (numberFrom(header) != key_.size()) {
-            continue;
-        }
         if (length > databaseSizeLimit) {
             file_->failOutside();
         }
         const auto entry = file_->bytes(position + databaseEntryHeaderSize, static_cast<std::uint32_t>(length));
-        if (entry.starts_with(key_)) {
+        if (numberFrom(header) == key_.size() && entry.starts_with(key_)) {
             --unseen_;
             return file_->entryIn(entry, numberFrom(header));
+        }
+        // Another key with the same hash, or a damaged entry or slot that would hide the one with this key.
+        if (databaseHashOf(file_->checkedEntry(entry, numberFrom(header)).key) != hash_) {
+            file_->failDamaged("a hash table leads to another entry");
         }
     }
     return std::nullopt;

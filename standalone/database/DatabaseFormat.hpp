@@ -8,7 +8,7 @@
 // The last entry, with the key "I", describes the file: magic text, version, number of records, root, and in some kinds
 // the common prefix of all paths. A number has 32 bits; a text is the number of its UTF-16 code units, then the units;
 // a list is the number of its texts, then the texts. All are little-endian. A damaged byte never alters an entry whose
-// checksum is verified; a damaged key or table may hide one.
+// checksum is verified. A look-up reports damage that would hide one, except in the upper three bytes of a slot's hash.
 #pragma once
 
 #include "standalone/database/Checksum.hpp"
