@@ -19,6 +19,8 @@ int run(const Request& request) {
         return batch(request);
     case Action::explain:
         return explain(request);
+    case Action::provides:
+        return provides(request);
     case Action::storeBuild:
         return storeBuild(request);
     case Action::storeInfo:

@@ -24,6 +24,9 @@ int batch(const Request& request);
 // Prints why the candidates of every name are ranked as they are, all at once.
 int explain(const Request& request);
 
+// Prints the names that reach every file, all at once.
+int provides(const Request& request);
+
 // Builds the support store.
 int storeBuild(const Request& request);
 

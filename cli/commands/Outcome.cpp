@@ -18,7 +18,7 @@ void Outcome::addAnswer(std::string_view name, bool hasCandidates, std::string_v
     ++(hasCandidates ? unmet_ : empty_);
     if (firstReason_.empty()) {
         firstReason_ = hasCandidates ? fmt::format("{}: {}", shownName(name), unmet)
-                                     : fmt::format("no candidate for {}", shownName(name));
+                                     : fmt::format("{} for {}", subject_.lacking, shownName(name));
     }
 }
 
@@ -30,7 +30,7 @@ void Outcome::addFailure(const std::string& name, const std::exception& error) {
 int Outcome::exitCode(bool isQuiet) const {
     if (failed_ > 0) {
         if (asked() > 1 || reportsErrorsInJSON()) { // in text, the only name's own error is the last line
-            reportError(fmt::format("{} of {} names not answered", failed_, asked()));
+            reportError(fmt::format("{} of {} {} not answered", failed_, asked(), subject_.many));
         }
         return answered_ == 0 ? exitFailed : exitPartial;
     }
@@ -39,8 +39,8 @@ int Outcome::exitCode(bool isQuiet) const {
     }
     if (!isQuiet) {
         reportError(empty_ + unmet_ == 1 ? firstReason_
-                    : unmet_ == 0        ? fmt::format("no candidate for {} of {} names", empty_, asked())
-                    : empty_ == 0        ? fmt::format("{} of {} names do not meet --require", unmet_, asked())
+                    : unmet_ == 0 ? fmt::format("{} for {} of {} {}", subject_.lacking, empty_, asked(), subject_.many)
+                    : empty_ == 0 ? fmt::format("{} of {} names do not meet --require", unmet_, asked())
                                   : fmt::format("no candidate for {} of {} names, and {} do not meet --require", empty_,
                                                 asked(), unmet_));
     }

@@ -1,4 +1,4 @@
-// Counts answered and failed names, and derives the exit code from them.
+// Counts answered and failed names, or files, and derives the exit code from them.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +10,16 @@ namespace tessgen::cli {
 
 class Outcome {
 public:
+    // What is asked about, in its messages, and what it can lack.
+    struct Subject {
+        std::string_view many;
+        std::string_view lacking;
+    };
+    static constexpr Subject names = {"names", "no candidate"};
+    static constexpr Subject files = {"files", "no plain or dotted name"};
+
+    explicit Outcome(Subject subject = names) : subject_(subject) {}
+
     // `unmet`: why the answer does not meet the requirement; empty when it does.
     void addAnswer(std::string_view name, bool hasCandidates, std::string_view unmet = "");
     // Reports a name that could not be answered.
@@ -22,6 +32,7 @@ public:
     [[nodiscard]] int exitCode(bool isQuiet = false) const;
 
 private:
+    Subject subject_;
     std::size_t answered_ = 0;
     std::size_t failed_ = 0;
     std::size_t empty_ = 0;   // answered without a candidate

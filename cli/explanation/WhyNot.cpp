@@ -1,6 +1,7 @@
 #include "cli/explanation/WhyNot.hpp"
 
 #include "cli/explanation/ExplanationWording.hpp"
+#include "cli/explanation/GivenPath.hpp"
 #include "cli/explanation/Supposition.hpp"
 #include "cli/output/Escape.hpp"
 #include "standalone/doctor/NotFound.hpp"
@@ -18,11 +19,9 @@
 #include <algorithm>
 #include <compare>
 #include <cstddef>
-#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -33,33 +32,6 @@ namespace {
 using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Resolution = Explanation::Resolution;
-
-// `path` without "." and "..", absolute if the working folder is known.
-std::u16string absolute(const std::string& path) {
-    std::error_code unknown;
-    const auto folder = std::filesystem::current_path(unknown);
-    const auto text = unknown && !path.starts_with('/') ? path : standalone::absolutePath(path, folder.string());
-    return standalone::toUTF16(text).value_or(parseName(path));
-}
-
-// The same entry of the same folder, without links on the way to the folder. A file that is a link stays itself.
-std::string withoutFolderLinks(const std::string& path) {
-    const auto slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return path;
-    }
-    const auto folder = standalone::realPath(path.substr(0, slash + 1));
-    return folder ? standalone::joinPath(*folder, path.substr(slash + 1)) : path;
-}
-
-// Whether a candidate, whose folder need not be readable, is that file.
-bool isPlace(const std::string& candidate, const std::string& place) {
-    try {
-        return withoutFolderLinks(candidate) == place;
-    } catch (const std::system_error&) {
-        return candidate == place;
-    }
-}
 
 std::string joined(const std::vector<std::string>& texts) {
     std::string list;

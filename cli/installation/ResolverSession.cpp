@@ -74,7 +74,7 @@ void ResolverSession::dropCache() {
 
 void ResolverSession::refresh() {
     if (watch_->isManifestChanged()) {
-        reportErrorInLine("note:", watch_->installation().manifest + ": changed; start kelwhich batch again to use it");
+        reportNote(watch_->installation().manifest + ": changed; start kelwhich batch again to use it");
     }
     if (watch_->isDataReplaced()) {
         session_.reset();

@@ -38,6 +38,16 @@ constexpr auto explainExamples = std::to_array<Example>({
     {"kelwhich explain --why-not host/kel/wave.vk wave", "print what keeps this file from being the first"},
 });
 
+constexpr auto providesColumns = std::to_array<Term>({
+    {"name", "has the file among its candidates"},
+    {"rank, kind", "of the file there, as for kelwhich which"},
+    {"last column", "what led to it: a support record or the host; after: the candidates before it"},
+    {"with \"/\"", "the usual names with a \"/\" that lead to it"},
+});
+constexpr auto providesExamples = std::to_array<Example>({
+    {"kelwhich provides host/kel/wave.vk", "print the names that lead to this file"},
+});
+
 constexpr auto batchColumns = std::to_array<Term>({
     {"(empty line)", "the end of an answer; each has the columns of kelwhich which"},
 });
@@ -92,6 +102,7 @@ constexpr auto helpExamples = std::to_array<Example>({
 constexpr auto detailsTable = std::to_array<CommandDetails>({
     {Action::which, whichColumns, whichExamples},
     {Action::explain, explainColumns, explainExamples},
+    {Action::provides, providesColumns, providesExamples},
     {Action::batch, batchColumns, batchExamples},
     {Action::storeBuild, {}, buildExamples},
     {Action::storeInfo, infoColumns, infoExamples},

@@ -31,6 +31,8 @@ constexpr auto commands = std::to_array<CommandRow>({
      "print the candidates of each name, the preferred one first (\"which\" may be omitted)", Completes::names},
     {Action::explain, "explain", "", "NAME...", Operands::names,
      "print why the candidates of each name are ranked as they are", Completes::names},
+    {Action::provides, "provides", "", "FILE...", Operands::names,
+     "print the names that lead to each file, with its rank there and what comes before it"},
     {Action::batch, "batch", "", "", Operands::none,
      "answer each name on standard input, one per line, as soon as it is read; with --json print one line per name"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
@@ -58,7 +60,8 @@ constexpr auto options = std::to_array<OptionRow>({
      "use this manifest, or the one in this folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr,
-     asksNames | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config) | bit(Action::doctor),
+     asksNames | bit(Action::provides) | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config)
+         | bit(Action::doctor),
      "print JSON instead of text, errors included", [](Request& request, const char*) { request.json = true; }},
     {"from", 'f', "FILE", bit(Action::which),
      "read names from the lines of a file (- for standard input); with --json print one line per name",

@@ -24,6 +24,7 @@ enum class Action : unsigned {
     init,
     batch,
     doctor,
+    provides,
     completeName,
     help, // also by --help
     version

@@ -93,24 +93,6 @@ std::optional<std::string> missingFolder(const std::string& path, const std::str
     return contains(searched, folder) ? std::nullopt : std::optional(std::move(folder));
 }
 
-// Names that may lead to the file, those that a person would use first.
-std::vector<std::string> namesOf(const std::u16string& path, const Installation& installation) {
-    const auto text = inUTF8(path);
-    const auto below = [&](const std::string& folder) { return text.substr(joinPath(folder, "").size()); };
-    const auto stemOf = [](const std::string& name) { return name.substr(0, name.rfind('.')); };
-    auto dotted = stemOf(below(rootFolderOf(path))); // a method of a class in a package: "+p/@C/m" is p.C.m
-    std::erase_if(dotted, [](char c) { return c == '+' || c == '@'; });
-    std::replace(dotted.begin(), dotted.end(), '/', '.');
-    std::vector<std::string> names = {inUTF8(kelwhich::qualifiedNameForPath(path)), dotted};
-    for (const auto& folder : installation.searchPath) {
-        if (isBelow(text, folder)) {
-            names.insert(names.end(), {stemOf(below(folder)), below(folder)});
-        }
-    }
-    names.push_back(text);
-    return names;
-}
-
 // The advice for a file that is found under the name `known`, but not as `asked`.
 std::string otherName(const std::u16string& path, const std::string& asked, const std::string& known) {
     const auto defined = inUTF8(kelwhich::qualifiedNameForPath(path));
@@ -140,6 +122,23 @@ std::vector<std::string> filesIn(const std::vector<std::string>& folders, std::u
 std::string absenceOf(const std::string& path) {
     std::error_code unknown;
     return std::filesystem::is_symlink(path, unknown) ? "it is a link that leads nowhere" : "there is no such file";
+}
+
+std::vector<std::string> usualNames(const std::u16string& path, const Installation& installation) {
+    const auto text = inUTF8(path);
+    const auto below = [&](const std::string& folder) { return text.substr(joinPath(folder, "").size()); };
+    const auto stemOf = [](const std::string& name) { return name.substr(0, name.rfind('.')); };
+    auto dotted = stemOf(below(rootFolderOf(path))); // a method of a class in a package: "+p/@C/m" is p.C.m
+    std::erase_if(dotted, [](char c) { return c == '+' || c == '@'; });
+    std::replace(dotted.begin(), dotted.end(), '/', '.');
+    std::vector<std::string> names = {inUTF8(kelwhich::qualifiedNameForPath(path)), dotted};
+    for (const auto& folder : installation.searchPath) {
+        if (isBelow(text, folder)) {
+            names.insert(names.end(), {stemOf(below(folder)), below(folder)});
+        }
+    }
+    names.push_back(text);
+    return names;
 }
 
 std::u16string definedName(const std::u16string& path) {
@@ -182,7 +181,7 @@ NotFound whyNotFound(const std::string& path, std::u16string_view name, const Se
     const auto placeAs = [&](const std::string& text) { return placeOf(units, search.find(*toUTF16(text))); };
     auto place = placeAs(asked);
     if (!place) {
-        for (const auto& other : namesOf(units, supposed)) { // the last one, the path itself, is always found
+        for (const auto& other : usualNames(units, supposed)) { // the last one, the path itself, is always found
             place = placeAs(other);
             if (place) {
                 result.reasons.push_back(otherName(units, asked, other));

@@ -32,6 +32,9 @@ struct NotFound {
 // Why there is no file at `path`, which does not exist.
 [[nodiscard]] std::string absenceOf(const std::string& path);
 
+// Names that may lead to a file, those that a person would use first; the path itself is the last.
+[[nodiscard]] std::vector<std::string> usualNames(const std::u16string& path, const Installation& installation);
+
 // Lexical: the name that a file defines; a name without "/" is one already.
 [[nodiscard]] std::u16string definedName(const std::u16string& path);
 

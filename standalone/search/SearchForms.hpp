@@ -8,6 +8,7 @@
 
 #include <array>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -29,6 +30,10 @@ inline constexpr std::array dottedForms = {SearchForm::ownClass, SearchForm::fol
 constexpr std::span<const SearchForm> searchForms(bool isDotted) {
     return isDotted ? std::span<const SearchForm>(dottedForms) : std::span<const SearchForm>(plainForms);
 }
+
+// Lexical: the form by which a symbol (UTF-8) leads to a file that it does lead to.
+//   "f", "/w/@C/f.vk" -> otherClasses
+[[nodiscard]] SearchForm formOf(std::string_view symbol, std::string_view path);
 
 // The entries that are named like class folders, in the order of their UTF-16 code units. Left out are names that are
 // not UTF-8.

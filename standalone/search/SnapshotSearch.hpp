@@ -37,6 +37,9 @@ public:
     // Every symbol that has a file, once.
     [[nodiscard]] std::vector<std::string> symbols() const { return index_.symbols(); }
 
+    // Whether these are all: no folder was unreadable, and no package is reached through more than one link.
+    [[nodiscard]] bool isComplete() const { return !allIncomplete_ && incomplete_.empty(); }
+
 private:
     friend class SearchPathWalk;
 
