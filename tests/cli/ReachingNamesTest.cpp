@@ -25,7 +25,7 @@ using standalone::split;
 // A small installation made by chance, in which names collide as often as possible; and the paths of its files.
 class InstallationMaker {
 public:
-    InstallationMaker(unsigned seed, const TemporaryFolder& folder) : random_(seed), folder_(folder) {
+    InstallationMaker(unsigned seed, const TemporaryFolder& folder) : random_(seed) {
         folder.write("h/installation.json",
                      R"({"supportPackageRoot": "../s", "searchPath": ["a", "b", "../s/a", "a"], "kelPath": ["k"],
                          "sourceCode": ["a"], "supportStore": "support.cdb", "builtins": [{"name": "f"}]})");
@@ -64,7 +64,6 @@ private:
     }
 
     std::mt19937 random_;
-    const TemporaryFolder& folder_;
 };
 
 std::vector<std::u16string> plainAndDottedNames() {
