@@ -63,8 +63,7 @@ private:
         const DistinctCandidates* list;
         // Not `noexcept`, so that the table keeps the hash.
         std::size_t operator()(std::size_t place) const {
-            const auto& result = list->at(place);
-            return keyedHash(result.path) + static_cast<std::size_t>(result.type);
+            return keyedHash(list->at(place).path); // few paths come with two types
         }
     };
     struct Equal {
