@@ -86,7 +86,7 @@ public:
     [[nodiscard]] std::vector<WhichResult> resolve(const std::u16string& name) const;
 
     // The candidates of `resolve` with the reasons. Calls the collaborators as `resolve` does, in the same order. Keeps
-    // the repeats too, some 300 bytes each: 2,000 redirects to a name of 2,000 candidates take more than a gigabyte.
+    // the repeats too, 160 bytes and its texts each: 2,000 redirects to a name of 2,000 candidates take 640 MB or more.
     [[nodiscard]] Explanation explain(const std::u16string& name) const;
 
 private:
