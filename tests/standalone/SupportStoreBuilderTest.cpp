@@ -57,8 +57,8 @@ TEST(SupportStoreBuilder, NamesTheLineAndWhatWasExpected) {
 {"path": "a", "unsupportedSymbols": [""]} => : key "unsupportedSymbols[0]": expected a text that is not empty, found "")~");
     const TemporaryFolder folder;
     for (const auto& [line, expected] : cases) {
-        EXPECT_EQ(errorOf([&] { buildStore(folder, "{\"path\": \"f.vk\"}\n\n" + line + "\n"); }),
-                  folder.path("records.jsonl:3") + expected);
+        const auto records = "{\"path\": \"f.vk\"}\n\n" + line + "\n";
+        EXPECT_EQ(errorOf([&] { buildStore(folder, records); }), folder.path("records.jsonl:3") + expected);
     }
 }
 
