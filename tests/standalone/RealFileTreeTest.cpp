@@ -104,7 +104,7 @@ TEST(RealFileTree, ListsALargeFolderAsItIsAtOneMoment) {
                         testing::HasSubstr("it keeps changing"));
         } else {
             EXPECT_EQ(RealFileTree().entries(top.path("large"), changing)->size(), 400U);
-            EXPECT_GE(seen, 400 * (1 + changes)); // read again after a change
+            EXPECT_GE(seen, 399 * (1 + changes)); // read again after a change, which may have hidden one entry
         }
     }
 }
