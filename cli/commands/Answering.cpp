@@ -56,16 +56,16 @@ void noteOnWorkingFolder(const std::string& name, const std::vector<std::string>
     if (isSymbol) {
         const auto file = parseName(std::filesystem::absolute(name, unknown).string());
         const bool isSource = standalone::hasExtension(name, standalone::currentSession().installation.extensions);
-        reportError(fmt::format("note: '{}' is a file in the working folder, not a name{}", name,
-                                isSource ? fmt::format("; a name has no extension: {} {}", thisProgram(request),
-                                                       nameWord(inUTF8(standalone::definedName(file))))
-                                         : ""));
+        reportNote(fmt::format("'{}' is a file in the working folder, not a name{}", name,
+                               isSource ? fmt::format("; a name has no extension: {} {}", thisProgram(request),
+                                                      nameWord(inUTF8(standalone::definedName(file))))
+                                        : ""));
     } else if (std::none_of(paths.begin(), paths.end(), [&](const std::string& path) {
                    return std::filesystem::equivalent(name, path, unknown);
                })) {
-        reportError(fmt::format("note: '{}' also names a file in the working folder, but names are resolved below the "
-                                "folders of the search path; for that file use its absolute path",
-                                name));
+        reportNote(fmt::format("'{}' also names a file in the working folder, but names are resolved below the "
+                               "folders of the search path; for that file use its absolute path",
+                               name));
     }
 }
 
@@ -95,8 +95,8 @@ void applySelection(Answer& answer, const Request& request) {
 void noteOnName(const Request& request, const ResolverSession& resolver) {
     try {
         if (!request.onlyWord.empty() && !resolver->resolve(parseName(request.onlyWord)).empty()) {
-            reportError(fmt::format("note: '{0}' is a command; for the candidates of the name use: kelwhich -- {0}",
-                                    request.onlyWord));
+            reportNote(fmt::format("'{0}' is a command; for the candidates of the name use: kelwhich -- {0}",
+                                   request.onlyWord));
         }
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the command does its work all the same
     }

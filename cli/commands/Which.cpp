@@ -19,8 +19,8 @@ namespace {
 
 void warnOfMistypedCommand(const std::string& word) {
     if (const auto meant = commandsLike(word); !meant.empty()) {
-        reportError(fmt::format("note: '{}' is not a command and was resolved as a name; did you mean {}?", word,
-                                fmt::join(meant, " or ")));
+        reportNote(fmt::format("'{}' is not a command and was resolved as a name; did you mean {}?", word,
+                               fmt::join(meant, " or ")));
     }
 }
 
