@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -68,10 +67,10 @@ std::vector<std::string> relativeKELFolders(const std::vector<std::string>& fold
     return relative;
 }
 
-void refuseLink(const std::string& file) {
+void refuseLink(const std::string& file, std::string_view advice) {
     std::error_code absent;
     if (std::filesystem::is_symlink(file, absent)) {
-        throw std::runtime_error(file + ": is a link; remove it, and a new file is written in its place");
+        throw std::runtime_error(fmt::format("{}: is a link; {}", file, advice));
     }
 }
 
@@ -92,7 +91,7 @@ int exitCodeFor(const std::vector<std::string>& unreadable) {
     if (unreadable.empty()) {
         return exitYes;
     }
-    reportError(fmt::format("{} could not be read and were left out", counted(unreadable.size(), "folder")));
+    reportError(fmt::format("left out {} that could not be read", counted(unreadable.size(), "folder")));
     return exitPartial;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::cli {
@@ -26,7 +27,7 @@ std::vector<std::string> relativeFolders(const std::vector<std::string>& folders
 std::vector<std::string> relativeKELFolders(const std::vector<std::string>& folders, const std::string& tree);
 
 // Errors: std::runtime_error when the file is a link: what it leads to may belong to something else.
-void refuseLink(const std::string& file);
+void refuseLink(const std::string& file, std::string_view advice = "remove it, and a new file is written in its place");
 
 // The first record of a KEL file, with every flag set: files of the code generator are usually supported.
 std::string recordLine(const std::string& file);

@@ -148,20 +148,29 @@ std::string storeCommand(const Request& request, const std::string& records) {
     return fmt::format("next:\n  {} store build {}\n", program, shellWord(records));
 }
 
+// Errors: std::runtime_error: the folder's manifest is absent, is a link, or may be another user's.
+void requireOwnManifest(const std::string& manifest, const std::string& folder) {
+    if (!isThere(manifest)) {
+        throw std::runtime_error(
+            fmt::format("{}: there is no manifest; make one with: kelwhich init {}", manifest, shellWord(folder)));
+    }
+    requireTrusted(manifest);
+    refuseLink(manifest, "name the manifest that it leads to with --installation");
+}
+
 } // namespace
 
 int updateInstallation(const Request& request) {
     const auto& folder = request.operands.front();
     const auto tree = realFolder(folder);
     if (!request.installation) {
-        const auto nearest = standalone::joinPath(tree, standalone::manifestName);
-        requireTrusted(nearest);
-        refuseLink(nearest);
+        requireOwnManifest(standalone::joinPath(tree, standalone::manifestName), folder);
     }
-    const auto installation = standalone::readInstallation(request.installation.value_or(folder));
+    const auto manifest = request.installation.value_or(folder);
+    AmendedFile manifestFile(standalone::readInstallation(manifest).manifest);
+    const auto installation = standalone::readInstallation(manifest); // as it is now that no other update can change it
     const auto records = standalone::joinPath(tree, recordsName);
     const bool hasRecords = request.records || isThere(records);
-    AmendedFile manifestFile(installation.manifest);
     std::optional<AmendedFile> recordsFile;
     std::set<std::string> recorded;
     if (hasRecords) {
