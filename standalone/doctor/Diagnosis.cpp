@@ -56,7 +56,7 @@ constexpr auto texts = std::to_array<DiagnosticText>({
     {"kel-file-without-record", "Only a record leads to a KEL path file, so no name can reach this one.",
      "Add a record for it and rebuild the store, or remove the file."},
     {"record-without-file",
-     "The file is neither below root nor in the support packages, yet the record can still make it a candidate.",
+     "There is no such file, nor its stand-in in the support packages; the record can still make it a candidate.",
      "Correct the record's path or remove the record, and rebuild the store."},
     {"record-in-package-root",
      "Support for a package's file is looked up under the path below root that it replaces, so this record supports "
