@@ -18,7 +18,7 @@ public:
     static constexpr Subject names = {"names", "no candidate"};
     static constexpr Subject files = {"files", "no plain or dotted name"};
 
-    explicit Outcome(Subject subject = names) : subject_(subject) {}
+    explicit Outcome(const Subject& subject = names) : subject_(subject) {}
 
     // `unmet`: why the answer does not meet the requirement; empty when it does.
     void addAnswer(std::string_view name, bool hasCandidates, std::string_view unmet = "");

@@ -76,7 +76,10 @@ std::string asText(const Reached& reached, const Request& request, const Style& 
         text += fmt::format("  {:<{}}  {:>{}}  {:<{}}  {}\n", escaped(reaching.name), nameWidth, reaching.rank,
                             rankWidth, kindWords(reaching.result.type), widestKindWords, escaped(wordsOf(reaching)));
     }
-    if (reached.names.empty()) {
+    if (reached.isMissing) {
+        text += reached.names.empty() ? "  there is no such file\n"
+                                      : "  there is no such file; only a record leads to it\n";
+    } else if (reached.names.empty()) {
         text += fmt::format("  no plain or dotted name; for the reasons: {} explain --why-not {} NAME\n",
                             thisProgram(request), shellWord(reached.file));
     }
@@ -108,7 +111,11 @@ nlohmann::ordered_json asJSON(const Reached& reached) {
     for (const auto& reaching : reached.names) {
         names.push_back(asJSON(reaching));
     }
-    return {{"file", reached.file}, {"names", std::move(names)}, {"paths", reached.paths}};
+    nlohmann::ordered_json object{{"file", reached.file}, {"names", std::move(names)}, {"paths", reached.paths}};
+    if (reached.isMissing) {
+        object["missing"] = true;
+    }
+    return object;
 }
 
 } // namespace

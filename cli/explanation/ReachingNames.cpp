@@ -6,7 +6,9 @@
 #include "standalone/text/Text.hpp"
 
 #include <algorithm>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace tessgen::cli {
@@ -66,7 +68,9 @@ Reached ReachingNames::find(const std::string& file) {
         });
         path = found.empty() ? path : found.front().result.path;
     }
-    return {file, std::move(found), pathsFor(path)};
+    std::error_code unknown;
+    const auto kind = std::filesystem::symlink_status(inUTF8(path), unknown).type();
+    return {file, std::move(found), pathsFor(path), kind == std::filesystem::file_type::not_found};
 }
 
 template <typename Predicate>

@@ -33,6 +33,7 @@ struct Reached {
     std::string file;                // as given
     std::vector<ReachingName> names; // sorted by name, then by rank
     std::vector<std::string> paths;  // names with "/" that reach it: the usual ones, of many
+    bool isMissing;                  // there is no such file
 };
 
 class ReachingNames {

@@ -28,7 +28,8 @@ unsearchedFolders(const Installation& installation, const FileTree& files,
     const auto& packages = installation.supportPackageRoot;
     const auto packaged = packages ? std::optional(joinPath(real(*packages), "")) : std::nullopt;
     std::vector<std::string> found;
-    for (const auto& folder : surveyTree(root, {}, files, installation.extensions).searchFolders) {
+    const auto survey = surveyTree(root, {}, files, installation.extensions);
+    for (const auto& folder : survey.searchFolders) {
         auto path = folder == "." ? root : joinPath(root, folder);
         if (!known.contains(path) && !(packaged && joinPath(path, "").starts_with(*packaged))) {
             found.push_back(std::move(path));

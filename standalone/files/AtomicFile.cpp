@@ -109,7 +109,7 @@ const char* adviceFor(int error) {
         return "; files may not grow that large here: raise the limit (ulimit -f)";
     case EACCES:
     case EROFS:
-        return "; its folder cannot be written to: write to another one";
+        return "; its folder cannot be written to: change its permissions, or write elsewhere";
     default:
         return "";
     }
