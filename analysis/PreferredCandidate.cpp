@@ -1,11 +1,12 @@
 #include "analysis/PreferredCandidate.hpp"
 
+#include "analysis/Answer.hpp"
 #include "host/Paths.hpp"
 
 #include <algorithm>
-#include <compare>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessgen::analysis {
@@ -17,49 +18,23 @@ using Candidate = Explanation::Candidate;
 using Key = Explanation::Key;
 using Question = Explanation::Source::Question;
 
-// A candidate of the answer, and the resolution that lists it.
-struct Answered {
-    const Candidate* candidate;
-    const Explanation::Resolution* resolution;
+struct Rule {
+    std::string_view code;
+    Level level;
+    std::string_view advice;
 };
 
-// In the order of the answer.
-std::vector<Answered> answerOf(const Explanation& explanation) {
-    std::vector<Answered> answer;
-    for (const auto& resolution : explanation.resolutions) {
-        for (const auto& candidate : resolution.candidates) {
-            if (!candidate.repeat) {
-                answer.push_back({&candidate, &resolution});
-            }
-        }
-    }
-    return answer;
-}
-
-// The first key in which two candidates of one resolution differ, at the latest the order of gathering; none when a
-// redirect puts one before the other.
-std::optional<Key> keyBetween(const Answered& first, const Answered& other) {
-    if (first.resolution != other.resolution) {
-        return std::nullopt;
-    }
-    return *std::find_if(Explanation::keys.begin(), Explanation::keys.end(), [&](Key key) {
-        return std::is_neq(Explanation::compare(key, *first.candidate, *other.candidate));
-    });
-}
-
-// "your wave.vk", "the built-in sum"
-std::u16string subject(const Candidate& candidate) {
-    using Type = kelwhich::WhichResultType;
-    const auto& [path, type] = candidate.result;
-    if (type != Type::KELPath && type != Type::ORVAKPath) {
-        return u"the built-in " + path;
-    }
-    return (candidate.isUser() ? u"your " : u"") + std::u16string(kelwhich::fileName(path));
-}
-
-std::u16string counted(std::size_t number, const std::u16string& noun) {
-    const auto digits = std::to_string(number);
-    return std::u16string(digits.begin(), digits.end()) + u" " + noun + (number == 1 ? u"" : u"s");
+// A finding of the preferred candidate, with another one unless that is null.
+Finding found(const Rule& rule, const Explanation& explanation, const Answered& first, const Answered* other,
+              std::u16string message) {
+    return {rule.code,
+            rule.level,
+            explanation.name,
+            first.candidate->result.path,
+            other != nullptr ? other->candidate->result.path : u"",
+            other != nullptr ? keyBetween(first, *other) : std::nullopt,
+            std::move(message),
+            rule.advice};
 }
 
 // What gave the order in which both were found.
@@ -70,22 +45,63 @@ std::u16string orderOf(const Candidate& first, const Candidate& second) {
                                               : u"the order of the records";
 }
 
+std::u16string whyUnsupported(const Answered& answered) {
+    using Support = Explanation::Support;
+    switch (answered.candidate->support) {
+    case Support::hostBuiltin:
+        return u", like every host built-in";
+    case Support::noRecord:
+        return u": it has no record";
+    case Support::noFlag:
+        return u": its record sets no flag";
+    default:
+        return u": its record lists " + answered.resolution->name + u" as unsupported";
+    }
+}
+
 } // namespace
+
+std::optional<Finding> noCandidate(const Explanation& explanation) {
+    if (!answerOf(explanation).empty()) {
+        return std::nullopt;
+    }
+    const auto& dropped = explanation.resolutions.back().dropped; // of the name itself
+    std::u16string message = u"nothing is found under this name";
+    if (!dropped.empty()) {
+        message = std::u16string(kelwhich::fileName(dropped.front().result.path))
+                  + (dropped.front().rule == Explanation::DropRule::hostFile
+                         ? u" has a record, but the host does not find it"
+                         : u" lies in a private folder, which a name without \"/\" does not reach");
+    }
+    return Finding{"no-candidate",
+                   Level::error,
+                   explanation.name,
+                   {},
+                   dropped.empty() ? u"" : dropped.front().result.path,
+                   {},
+                   std::move(message),
+                   "Correct the name, define it, or put the folder of its definition on the search path."};
+}
+
+std::optional<Finding> unsupported(const Explanation& explanation, Level level) {
+    const auto answer = answerOf(explanation);
+    if (answer.empty() || answer.front().candidate->isSupported()) {
+        return std::nullopt;
+    }
+    return found({"unsupported", level,
+                  "Use a supported definition; or, if code can be generated for this one, correct its record."},
+                 explanation, answer.front(), nullptr,
+                 subject(*answer.front().candidate) + u" is not supported" + whyUnsupported(answer.front()));
+}
 
 std::optional<Finding> missingFile(const Explanation& explanation, bool preferredExists) {
     const auto answer = answerOf(explanation);
     if (preferredExists || answer.empty()) {
         return std::nullopt;
     }
-    const auto& candidate = *answer.front().candidate;
-    return Finding{"missing-file",
-                   Level::error,
-                   explanation.name,
-                   candidate.result.path,
-                   {},
-                   {},
-                   subject(candidate) + u" does not exist, and only its record leads to it",
-                   "Create the file; or remove its record, and rebuild the store."};
+    return found({"missing-file", Level::error, "Create the file; or remove its record, and rebuild the store."},
+                 explanation, answer.front(), nullptr,
+                 subject(*answer.front().candidate) + u" does not exist, and only its record leads to it");
 }
 
 std::optional<Finding> hidesSupported(const Explanation& explanation) {
@@ -95,16 +111,30 @@ std::optional<Finding> hidesSupported(const Explanation& explanation) {
     if (first == answer.begin() || first == answer.end()) {
         return std::nullopt;
     }
-    const auto& candidate = *answer.front().candidate;
     const auto hidden = static_cast<std::size_t>(std::count_if(first, answer.end(), isSupported));
-    return Finding{"hides-supported",
-                   Level::warning,
-                   explanation.name,
-                   candidate.result.path,
-                   first->candidate->result.path,
-                   keyBetween(answer.front(), *first),
-                   subject(candidate) + u" comes before " + counted(hidden, u"supported definition"),
-                   "If a supported one is meant, rename the first, or take its folder off the search path."};
+    return found({"hides-supported", Level::warning,
+                  "If a supported one is meant, rename the first, or take its folder off the search path."},
+                 explanation, answer.front(), &*first,
+                 subject(*answer.front().candidate) + u" comes before " + counted(hidden, u"supported definition"));
+}
+
+std::optional<Finding> hidesHost(const Explanation& explanation) {
+    const auto answer = answerOf(explanation);
+    if (answer.empty() || !answer.front().candidate->isUser()) {
+        return std::nullopt;
+    }
+    const auto& user = *answer.front().candidate;
+    const auto other = std::find_if(answer.begin(), answer.end(), [&](const Answered& answered) {
+        return !answered.candidate->isUser() && answered.candidate->result.path != user.result.path;
+    });
+    if (other == answer.end()) {
+        return std::nullopt;
+    }
+    const bool isKEL = other->candidate->kind != Explanation::Kind::other;
+    return found({"hides-host", Level::note, "If the other one is meant, rename yours."}, explanation, answer.front(),
+                 &*other,
+                 subject(user) + u" comes before " + subject(*other->candidate)
+                     + (isKEL ? u" of the code generator" : u" of the host"));
 }
 
 std::optional<Finding> orderOnly(const Explanation& explanation) {
@@ -112,16 +142,23 @@ std::optional<Finding> orderOnly(const Explanation& explanation) {
     if (answer.size() < 2 || keyBetween(answer[0], answer[1]) != Key::gathered) {
         return std::nullopt;
     }
-    const auto& first = *answer[0].candidate;
-    const auto& second = *answer[1].candidate;
-    return Finding{"order-only",
-                   Level::warning,
-                   explanation.name,
-                   first.result.path,
-                   second.result.path,
-                   Key::gathered,
-                   u"only " + orderOf(first, second) + u" puts the first before the second",
-                   "Keep one of the two, or see that the order is the one that is meant."};
+    return found({"order-only", Level::warning, "Keep one of the two, or see that the order is the one that is meant."},
+                 explanation, answer[0], &answer[1],
+                 u"only " + orderOf(*answer[0].candidate, *answer[1].candidate) + u" puts the first before the second");
+}
+
+std::optional<Finding> onlyIndirect(const Explanation& explanation) {
+    const auto answer = answerOf(explanation);
+    const bool isOnly = std::all_of(answer.begin(), answer.end(), [](const Answered& answered) {
+        return answered.candidate->definition == Explanation::Definition::otherName;
+    });
+    if (answer.empty() || !isOnly) {
+        return std::nullopt;
+    }
+    const auto& candidate = *answer.front().candidate;
+    return found({"only-indirect", Level::warning, "Define the name itself; or correct the names of the record."},
+                 explanation, answer.front(), nullptr,
+                 u"nothing defines the name itself; " + subject(candidate) + u" defines " + candidate.definedName);
 }
 
 std::optional<Finding> mainFinding(const Explanation& explanation, bool preferredExists) {

@@ -4,7 +4,8 @@ add_unit_tests(
   SOURCES
   adaptors/CachingAdaptorsTest.cpp
   adaptors/RealFileSystemTest.cpp
-  analysis/PreferredCandidateTest.cpp
+  analysis/FindingsTest.cpp
+  analysis/RandomWorldFindingsTest.cpp
   entry/InvokeTest.cpp
   entry/KelwhichTest.cpp
   host/ORVAKWhichResolverTest.cpp

@@ -138,24 +138,62 @@ public:
         return {indirect, !user(result), !supported(result, name), !source, kind};
     }
 
-private:
-    using RecordPtr = std::shared_ptr<const SupportEntry>;
-
-    Texts targets(const std::u16string& name) const {
-        Texts all;
+    struct Redirect {
+        std::u16string path;
+        std::u16string target;
+        bool counts;
+    };
+    std::vector<Redirect> redirects(const std::u16string& name) const {
+        std::vector<Redirect> all;
         for (const auto& record : records(name)) {
-            if (record->isRedirect && (!plain(name) || defines(pathOf(*record), name))) {
-                all.push_back(record->symbol);
+            if (record->isRedirect) {
+                const auto path = pathOf(*record);
+                all.push_back({path, record->symbol, !plain(name) || defines(path, name)});
             }
         }
         return all;
     }
 
-    static bool has(const std::u16string& text, char16_t unit) { return text.find(unit) != std::u16string::npos; }
+    Texts targets(const std::u16string& name) const {
+        Texts all;
+        for (const auto& redirect : redirects(name)) {
+            if (redirect.counts) {
+                all.push_back(redirect.target);
+            }
+        }
+        return all;
+    }
+
     static bool plain(const std::u16string& name) { return !has(name, u'/') && !has(name, u'.'); }
     static bool isFile(const WhichResult& result) {
         return result.type == Type::KELPath || result.type == Type::ORVAKPath;
     }
+
+    static std::u16string qualifiedName(const std::u16string& text) {
+        auto parts = split(text);
+        if (parts.size() == 1) {
+            return text;
+        }
+        auto stem = parts.back().substr(0, parts.back().rfind(u'.'));
+        const auto inClass = classOf(parts);
+        if (!inClass.empty() && inClass != u"@" + stem) {
+            return stem;
+        }
+        parts.pop_back();
+        if (!inClass.empty()) {
+            parts.resize(parts.size() - (parts.back() == u"private" ? 2 : 1));
+        }
+        auto name = std::move(stem);
+        for (; !parts.empty() && (starts(parts.back(), u"+") || starts(parts.back(), u"@")); parts.pop_back()) {
+            name.insert(0, parts.back().substr(1) + u".");
+        }
+        return name;
+    }
+
+private:
+    using RecordPtr = std::shared_ptr<const SupportEntry>;
+
+    static bool has(const std::u16string& text, char16_t unit) { return text.find(unit) != std::u16string::npos; }
     static bool isBuiltin(const WhichResult& result) {
         return result.type == Type::KELBuiltin || result.type == Type::ORVAKBuiltin
                || result.type == Type::ORVAKBuiltinMethod;
@@ -181,27 +219,6 @@ private:
             --last;
         }
         return last >= 1 && starts(parts[last - 1], u"@") ? parts[last - 1] : u"";
-    }
-
-    static std::u16string qualifiedName(const std::u16string& text) {
-        auto parts = split(text);
-        if (parts.size() == 1) {
-            return text;
-        }
-        auto stem = parts.back().substr(0, parts.back().rfind(u'.'));
-        const auto inClass = classOf(parts);
-        if (!inClass.empty() && inClass != u"@" + stem) {
-            return stem;
-        }
-        parts.pop_back();
-        if (!inClass.empty()) {
-            parts.resize(parts.size() - (parts.back() == u"private" ? 2 : 1));
-        }
-        auto name = std::move(stem);
-        for (; !parts.empty() && (starts(parts.back(), u"+") || starts(parts.back(), u"@")); parts.pop_back()) {
-            name.insert(0, parts.back().substr(1) + u".");
-        }
-        return name;
     }
 
     // Whether the file is the definition of a plain name.

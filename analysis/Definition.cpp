@@ -1,0 +1,88 @@
+#include "analysis/Definition.hpp"
+
+#include "analysis/Answer.hpp"
+#include "host/Paths.hpp"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace tessgen::analysis {
+
+namespace {
+
+using kelwhich::Explanation;
+
+struct Obstacle {
+    bool isThere;
+    std::u16string_view words;
+    std::string_view advice;
+};
+
+bool liesInPrivateFolder(const Definition& definition) {
+    return kelwhich::fileName(kelwhich::parentDirectory(definition.path)) == u"private";
+}
+
+// What keeps names from the file; without another obstacle, how it is called.
+std::vector<Obstacle> obstaclesOf(const Definition& definition) {
+    const bool needsRecord = definition.isOnKELPath && !definition.isBelowSearchPath;
+    std::vector<Obstacle> obstacles = {
+        {!definition.hasSearchedExtension, u"its extension is not searched for",
+         "Give it an extension of the host language, or add its extension to the manifest."},
+        {liesInPrivateFolder(definition), u"it lies in a private folder",
+         "Move it out of the private folder, if others than the files above are to use it."},
+        {needsRecord, u"no support record leads to it, as to a KEL path file one must",
+         "Add a record for it, and rebuild the store."},
+        {!needsRecord && !definition.isBelowSearchPath, u"its folder is not on the search path",
+         "Add its folder to the search path."}};
+    std::erase_if(obstacles, [](const Obstacle& obstacle) { return !obstacle.isThere; });
+    if (obstacles.empty()) {
+        obstacles.push_back({true, u"no name spells its file name and folders", "Rename the file or its folders."});
+    }
+    return obstacles;
+}
+
+} // namespace
+
+std::u16string ownName(const Definition& definition) {
+    auto defined = kelwhich::qualifiedNameForPath(definition.path);
+    const auto& names = definition.names;
+    const bool isDefined = names.empty() || std::find(names.begin(), names.end(), defined) != names.end();
+    return isDefined ? defined : names.front();
+}
+
+std::optional<Finding> unreachable(const Definition& definition) {
+    if (!definition.names.empty()) {
+        return std::nullopt;
+    }
+    const auto obstacles = obstaclesOf(definition);
+    std::u16string message = u"no plain or dotted name reaches it: ";
+    for (const auto& obstacle : obstacles) {
+        message.append(&obstacle == &obstacles.front() ? u"" : u", and ").append(obstacle.words);
+    }
+    return Finding{"unreachable",      Level::warning,          ownName(definition), definition.path, {}, {},
+                   std::move(message), obstacles.front().advice};
+}
+
+std::optional<Finding> hidden(const Definition& definition, const Explanation& explanation) {
+    const auto answer = answerOf(explanation);
+    const auto own = std::find_if(answer.begin(), answer.end(), [&](const Answered& answered) {
+        return isFile(*answered.candidate) && answered.candidate->result.path == definition.path;
+    });
+    if (definition.names.empty() || answer.empty() || own == answer.begin()) {
+        return std::nullopt;
+    }
+    const auto& first = answer.front();
+    const bool isRedirected = first.resolution != &explanation.resolutions.back();
+    return Finding{"hidden",
+                   Level::warning,
+                   explanation.name,
+                   definition.path,
+                   first.candidate->result.path,
+                   own == answer.end() ? std::nullopt : keyBetween(first, *own),
+                   subject(*first.candidate) + u" comes before it"
+                       + (isRedirected ? u", by a redirect to " + first.resolution->name : u""),
+                   "Rename one of the two; or remove this one, if it is not needed."};
+}
+
+} // namespace tessgen::analysis
