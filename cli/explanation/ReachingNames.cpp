@@ -16,7 +16,6 @@ namespace tessgen::cli {
 namespace {
 
 using kelwhich::Explanation;
-using Question = Explanation::Source::Question;
 
 std::string fileNameOf(const std::u16string& path) {
     return inUTF8(path.substr(path.rfind(u'/') + 1));
@@ -34,7 +33,7 @@ void append(std::vector<ReachingName>& found, const std::string& name, const Exp
             }
             if (isIt(candidate.result.path)) {
                 const auto form =
-                    candidate.source.question == Question::host
+                    candidate.source.question == Explanation::Source::Question::host
                         ? std::optional(standalone::formOf(inUTF8(resolution.name), inUTF8(candidate.result.path)))
                         : std::nullopt;
                 found.push_back({name, candidate.result, candidate.rank, before,

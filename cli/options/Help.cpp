@@ -14,7 +14,7 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr std::size_t width = 80;
+constexpr std::size_t helpWidth = 80;
 constexpr std::size_t helpColumn = 29; // where the help of a row begins
 
 constexpr auto sections = std::to_array<HelpSection>({
@@ -39,7 +39,7 @@ void appendWrapped(std::string& out, std::string_view text, std::size_t indent) 
     while (!text.empty()) {
         const auto word = text.substr(0, text.find(' '));
         text.remove_prefix(std::min(word.size() + 1, text.size()));
-        if (!startsLine && column + 1 + word.size() > width) {
+        if (!startsLine && column + 1 + word.size() > helpWidth) {
             out += '\n';
             column = 0;
             startsLine = true;
