@@ -4,6 +4,8 @@
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
+#include "cli/reports/DoctorFindings.hpp"
+#include "cli/reports/ReportFiles.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
 #include "standalone/services/SessionState.hpp"
 
@@ -70,12 +72,20 @@ std::string asJSON(const Findings& findings) {
     return printJSONDocument(document);
 }
 
+Report reportOn(const Findings& findings) {
+    Report report{"doctor", doctorRules(), {}, workingFolder(), standalone::currentSession().installation.manifest};
+    std::transform(findings.begin(), findings.end(), std::back_inserter(report.findings), asFinding);
+    return report;
+}
+
 } // namespace
 
 int doctor(const Request& request) {
+    requireReplaceable(request.reports);
     const ResolverSession resolver(request, standalone::View::snapshot);
     const auto findings = diagnose(diagnosisInput(resolver));
-    writeOut(request.json ? asJSON(findings) : asText(findings));
+    const auto annotations = writeReports(request.reports, reportOn(findings));
+    writeOut((request.json ? asJSON(findings) : asText(findings)) + annotations);
     noteOnName(request, resolver);
     if (findings.empty()) {
         return exitYes;

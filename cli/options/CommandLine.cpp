@@ -198,6 +198,7 @@ private:
         }
         checkWhich();
         checkInit();
+        checkReports();
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
         if (request_.from) {
@@ -239,6 +240,13 @@ private:
         }
         if (request_.action == Action::init && request_.installation && !request_.update) {
             refuse("--installation can be used with 'init' only after --update");
+        }
+    }
+
+    void checkReports() const {
+        const auto isOutput = [](const ReportTarget& target) { return target.file == "-"; };
+        if (request_.json && std::any_of(request_.reports.begin(), request_.reports.end(), isOutput)) {
+            refuse("--json and a --report to standard output cannot be combined");
         }
     }
 

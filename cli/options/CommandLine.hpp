@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/options/Options.hpp"
+#include "cli/reports/ReportFiles.hpp"
 
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@ struct Request {
     std::optional<std::string> replay;
     std::optional<std::string> from; // the file of names; "-" is standard input
     Requirement require;
+    ReportTargets reports;
     bool json = false;
     std::vector<std::string> kelFolders;        // init
     std::vector<std::string> sourceCodeFolders; // init

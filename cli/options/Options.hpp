@@ -64,7 +64,7 @@ struct OptionRow {
     std::string_view help;
     void (*apply)(Request& request, const char* argument);
     Completes completes = Completes::files;
-    std::string_view choices = {}; // all valid arguments, separated by spaces
+    std::string_view choices = {}; // all valid arguments, separated by spaces; after one with "=", a file follows
 
     [[nodiscard]] bool belongsTo(const CommandRow& command) const;
     [[nodiscard]] bool belongsToAll() const;

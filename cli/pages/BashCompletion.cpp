@@ -68,10 +68,12 @@ _kelwhich() {
         }
     }
     text += R"(            -*) ;;
+            =) argument=file offer=-f ;; # after a format
             *) seen+=("${COMP_WORDS[i]}") ;;
             esac
         fi
     done
+    [[ $word != = || $argument ]] || argument=file offer=-f
     count=${#seen[@]}
     if [[ ! $argument ]]; then
         case "${seen[0]-} ${seen[1]-}" in
@@ -98,7 +100,10 @@ _kelwhich() {
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen "$offer" -- "$word")
         ;;
-    ?*) mapfile -t COMPREPLY < <(compgen -W "$offer" -- "$word") ;;
+    ?*)
+        [[ $offer != *= ]] || compopt -o nospace 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -W "$offer" -- "$word")
+        ;;
     esac
     if [[ $offer == names || ($isFirst && $word) ]]; then
         mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <()";

@@ -24,7 +24,7 @@ std::string whenCommand(const CommandRow& row, int count) {
 
 std::string offer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
-        return " -x -a " + inFish(choices);
+        return (choices.ends_with('=') ? " -r -F -a " : " -x -a ") + inFish(choices);
     }
     return completes == Completes::files      ? " -r -F"
            : completes == Completes::folders  ? " -x -a '(__fish_complete_directories)'"

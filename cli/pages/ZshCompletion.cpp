@@ -18,7 +18,9 @@ std::string described(std::string_view text) {
 
 std::string action(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
-        return fmt::format("({})", choices);
+        return choices.ends_with('=')
+                   ? fmt::format(R"({{ if compset -P "*="; then _files; else compadd -S "" -- {}; fi }})", choices)
+                   : fmt::format("({})", choices);
     }
     return completes == Completes::files      ? "_files"
            : completes == Completes::folders  ? "_files -/"

@@ -77,7 +77,7 @@ constexpr auto texts = std::to_array<DiagnosticText>({
      "question.",
      "Run kelwhich index build; kelwhich index verify lists the folders."},
 });
-static_assert(texts.size() == static_cast<std::size_t>(Diagnostic::searchIndexOutdated) + 1);
+static_assert(texts.size() == diagnosticCount);
 
 } // namespace
 
@@ -99,12 +99,13 @@ Findings diagnose(const DiagnosisInput& input) {
 void checkIndex(const DiagnosisInput& input, Findings& findings) {
     const auto& file = input.installation.searchIndex;
     if (file && input.index == nullptr) {
-        findings.push_back({Diagnostic::searchIndexMissing, *file});
+        findings.push_back({Diagnostic::searchIndexMissing, *file, *file});
     } else if (file) {
         const auto use = useOf(*input.index, input.installation);
         if (use.changed.size() * 2 >= use.folders && use.folders > 0) {
-            findings.push_back({Diagnostic::searchIndexOutdated, *file + ": " + std::to_string(use.changed.size())
-                                                                     + " of " + counted(use.folders, "folder")});
+            findings.push_back(
+                {Diagnostic::searchIndexOutdated,
+                 *file + ": " + std::to_string(use.changed.size()) + " of " + counted(use.folders, "folder"), *file});
         }
     }
 }

@@ -9,6 +9,7 @@
 #include "standalone/manifest/Installation.hpp"
 #include "standalone/store/SupportStore.hpp"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -44,6 +45,7 @@ enum class Diagnostic {
     searchIndexMissing,
     searchIndexOutdated,
 };
+inline constexpr std::size_t diagnosticCount = static_cast<std::size_t>(Diagnostic::searchIndexOutdated) + 1;
 
 // What every finding of a diagnostic has in common.
 struct DiagnosticText {
@@ -57,6 +59,11 @@ struct DiagnosticText {
 struct Finding {
     Diagnostic diagnostic;
     std::string place; // a manifest key, a path or a record; UTF-8 but for names on the disk
+
+    // The parts of `place`.
+    std::string path;       // the file or folder that it is about
+    std::string other = {}; // the one that it is about it with
+    std::string name = {};  // that is resolved
 };
 
 using Findings = std::vector<Finding>;
@@ -88,7 +95,7 @@ auto readOrReport(const std::string& path, Findings& findings, Read read) -> dec
     try {
         return read();
     } catch (const std::system_error& error) {
-        findings.push_back({Diagnostic::folderUnreadable, path + ": " + error.code().message()});
+        findings.push_back({Diagnostic::folderUnreadable, path + ": " + error.code().message(), path});
         return {};
     }
 }

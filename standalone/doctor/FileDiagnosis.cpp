@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <unordered_set>
-#include <utility>
 
 namespace tessgen::standalone {
 
@@ -51,7 +50,7 @@ private:
         return text ? standalone::toUTF16(*text) : std::nullopt;
     }
 
-    void report(Diagnostic diagnostic, std::string place) { findings_.push_back({diagnostic, std::move(place)}); }
+    void report(Diagnostic diagnostic, const std::string& path) { findings_.push_back({diagnostic, path, path}); }
 
     void enter(const std::string& folder) {
         if (const auto real = readOrReport(folder, findings_, [&] { return input_.realPath(folder); })) {

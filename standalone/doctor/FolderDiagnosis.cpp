@@ -11,7 +11,6 @@
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
-#include <utility>
 
 namespace tessgen::standalone {
 
@@ -70,7 +69,13 @@ public:
     }
 
 private:
-    void report(Diagnostic diagnostic, std::string place) { findings_.push_back({diagnostic, std::move(place)}); }
+    void report(Diagnostic diagnostic, const GivenFolder& folder) {
+        findings_.push_back({diagnostic, folder.place, folder.path});
+    }
+
+    void report(Diagnostic diagnostic, const GivenFolder& folder, const GivenFolder& other) {
+        findings_.push_back({diagnostic, folder.place + " and " + other.place, folder.path, other.path});
+    }
 
     std::string realPathOf(const std::string& path) {
         return readOrReport(path, findings_, [&] { return input_.realPath(path); }).value_or(path);
@@ -82,7 +87,7 @@ private:
                 return std::optional(input_.files.kindOf(folder.path) == Kind::folder);
             });
             if (isFolder == false) {
-                report(Diagnostic::folderMissing, folder.place);
+                report(Diagnostic::folderMissing, folder);
             }
         }
     }
@@ -92,7 +97,7 @@ private:
         for (const auto& folder : search_) {
             const auto [first, isNew] = known.try_emplace(realPathOf(folder.path), &folder);
             if (!isNew) {
-                report(Diagnostic::folderGivenTwice, folder.place + " and " + first->second->place);
+                report(Diagnostic::folderGivenTwice, folder, *first->second);
             }
         }
     }
@@ -100,9 +105,9 @@ private:
     void findKELFoldersWithoutFiles() {
         for (const auto& folder : kel_) {
             if (endsWithSlash(folder.path)) {
-                report(Diagnostic::kelFolderEndsWithSlash, folder.place);
+                report(Diagnostic::kelFolderEndsWithSlash, folder);
             } else if (isPackageClassOrPrivate(lastComponent(folder.path))) {
-                report(Diagnostic::kelFolderInPackage, folder.place);
+                report(Diagnostic::kelFolderInPackage, folder);
             }
         }
     }
@@ -119,7 +124,7 @@ private:
         for (const auto& folder : search_) {
             for (std::string path = realPathOf(folder.path);; path = folderAbove(path)) {
                 if (const auto found = kel.find(path); found != kel.end()) {
-                    report(Diagnostic::kelFolderOnSearchPath, folder.place + " and " + found->second->place);
+                    report(Diagnostic::kelFolderOnSearchPath, folder, *found->second);
                     break;
                 }
                 if (!isPackageClassOrPrivate(lastComponent(path))) {
@@ -133,10 +138,10 @@ private:
         constexpr std::size_t most = 1'000'000; // entries: the root may be that of the disk
         std::size_t seen = 0;
         const BoundedFileTree files(input_.files, [&seen] { return ++seen <= most; });
-        for (auto& folder : readOrReport(input_.installation.root, findings_, [&] {
+        for (const auto& folder : readOrReport(input_.installation.root, findings_, [&] {
                  return unsearchedFolders(input_.installation, files, input_.realPath);
              })) {
-            report(Diagnostic::folderNotSearched, std::move(folder));
+            report(Diagnostic::folderNotSearched, {folder, folder});
         }
     }
 
@@ -185,7 +190,7 @@ private:
             }
         }
         for (const auto& path : found) {
-            report(diagnostic, path + " and " + folder.place);
+            report(diagnostic, {path, path}, folder);
         }
     }
 
@@ -199,7 +204,8 @@ private:
     void findRootInPackageRoot() {
         const auto& [packages, root] = std::tie(input_.installation.supportPackageRoot, input_.installation.root);
         if (packages && root.starts_with(*packages)) {
-            report(Diagnostic::packageRootHoldsRoot, "supportPackageRoot " + *packages + " and root " + root);
+            report(Diagnostic::packageRootHoldsRoot, {"supportPackageRoot " + *packages, *packages},
+                   {"root " + root, root});
         }
     }
 
@@ -210,13 +216,15 @@ private:
     const GivenFolders source_;
 };
 
-void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findings) {
+void findRepeatedBuiltins(const Installation& installation, Findings& findings) {
+    const auto& builtins = installation.builtins;
     std::set<std::tuple<std::u16string_view, std::u16string_view, bool>> known;
     for (std::size_t index = 0; index < builtins.size(); ++index) {
         const auto& builtin = builtins[index];
         if (!known.emplace(builtin.name, builtin.className, builtin.constructor).second) {
+            const auto name = toUTF8(builtin.name).value();
             findings.push_back(
-                {Diagnostic::builtinGivenTwice, placeInList("builtins", index, toUTF8(builtin.name).value())});
+                {Diagnostic::builtinGivenTwice, placeInList("builtins", index, name), installation.manifest, {}, name});
         }
     }
 }
@@ -225,7 +233,7 @@ void findRepeatedBuiltins(const std::vector<Builtin>& builtins, Findings& findin
 
 void checkFolders(const DiagnosisInput& input, Findings& findings) {
     FolderCheck(input, findings).run();
-    findRepeatedBuiltins(input.installation.builtins, findings);
+    findRepeatedBuiltins(input.installation, findings);
 }
 
 } // namespace tessgen::standalone

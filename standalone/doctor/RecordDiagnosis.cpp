@@ -34,8 +34,16 @@ public:
     }
 
 private:
-    void report(Diagnostic diagnostic, const std::u16string& path, const std::u16string& rest = u"") {
-        findings_.push_back({diagnostic, toUTF8(path + rest).value_or("?")});
+    void report(Diagnostic diagnostic, const std::u16string& path) {
+        const auto text = toUTF8(path).value_or("?");
+        findings_.push_back({diagnostic, text, text});
+    }
+
+    void report(Diagnostic diagnostic, const std::u16string& path, const std::u16string& name) {
+        report(diagnostic, path);
+        auto& finding = findings_.back();
+        finding.name = toUTF8(name).value_or("?");
+        finding.place += ", " + finding.name;
     }
 
     void checkFile(const std::u16string& path) {
@@ -90,7 +98,7 @@ private:
         const auto& refused = record.entry.unsupportedSymbols;
         for (const auto& name : record.names) {
             if (std::find(refused.begin(), refused.end(), name) != refused.end()) {
-                report(Diagnostic::recordRefusesItself, record.entry.path, u", " + name);
+                report(Diagnostic::recordRefusesItself, record.entry.path, name);
             }
         }
     }
@@ -101,7 +109,7 @@ private:
             resolved->second = hasCandidate(entry);
         }
         if (!resolved->second) {
-            report(Diagnostic::redirectToNothing, entry.path, u", " + entry.symbol);
+            report(Diagnostic::redirectToNothing, entry.path, entry.symbol);
         }
     }
 
@@ -112,6 +120,7 @@ private:
                                          [&] { return std::optional(input_.resolves(entry.symbol)); });
         if (!answer && !std::exchange(targetFailureReported_, true)) {
             findings_.push_back(failures.front());
+            findings_.back().path = toUTF8(entry.path).value_or("?");
         }
         return answer.value_or(true);
     }

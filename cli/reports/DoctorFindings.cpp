@@ -1,0 +1,61 @@
+#include "cli/reports/DoctorFindings.hpp"
+
+#include "cli/output/Escape.hpp"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tessgen::cli {
+
+namespace {
+
+using standalone::Diagnostic;
+
+// An error makes names fail, or misjudges every file; what is noted changes no answer.
+analysis::Level levelOf(Diagnostic diagnostic) {
+    switch (diagnostic) {
+    case Diagnostic::packageRootHoldsRoot:
+    case Diagnostic::folderUnreadable:
+    case Diagnostic::standInIsCircle:
+        return analysis::Level::error;
+    case Diagnostic::builtinGivenTwice:
+    case Diagnostic::searchIndexMissing:
+    case Diagnostic::searchIndexOutdated:
+        return analysis::Level::note;
+    default:
+        return analysis::Level::warning;
+    }
+}
+
+std::u16string utf16(std::string_view text) {
+    return standalone::toUTF16(forJSON(text)).value();
+}
+
+} // namespace
+
+analysis::Finding asFinding(const standalone::Finding& finding) {
+    const auto& [code, sentence, advice] = textOf(finding.diagnostic);
+    const auto clause = sentence.substr(0, sentence.rfind('.'));
+    const auto place = finding.place == finding.path ? "" : finding.place + ": "; // the path is shown anyway
+    return {code,
+            levelOf(finding.diagnostic),
+            utf16(finding.name),
+            utf16(finding.path),
+            utf16(finding.other),
+            {},
+            utf16(place) + utf16(clause),
+            advice};
+}
+
+std::vector<Rule> doctorRules() {
+    std::vector<Rule> rules;
+    for (std::size_t index = 0; index < standalone::diagnosticCount; ++index) {
+        const auto diagnostic = static_cast<Diagnostic>(index);
+        const auto& [code, message, advice] = textOf(diagnostic);
+        rules.push_back({code, levelOf(diagnostic), message, advice});
+    }
+    return rules;
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,37 @@
+// The formats of reports: one function each, which prints a whole report.
+//
+// Each begins in the same way whatever was found, so that a report of the program is recognised.
+// Threads: any.
+#pragma once
+
+#include "cli/reports/Report.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace tessgen::cli {
+
+inline constexpr std::string_view jsonBeginning = R"({"schema":"kelwhich/1","findings":[)";
+std::string jsonReport(const Report& report);
+
+// SARIF 2.1.0, for code scanning.
+inline constexpr std::string_view sarifBeginning =
+    R"({"$schema":"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json",)"
+    R"("version":"2.1.0","runs":[{"tool":{"driver":{"name":"kelwhich",)";
+std::string sarifReport(const Report& report);
+
+// JUnit: a test case for each finding, which fails, and for each code that was not found.
+inline constexpr std::string_view junitBeginning =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"kelwhich ";
+std::string junitReport(const Report& report);
+
+// GitLab's code quality.
+inline constexpr std::string_view gitlabBeginning = "[\n{\"engine_name\":\"kelwhich\",";
+inline constexpr std::string_view gitlabNothing = "[]\n";
+std::string gitlabReport(const Report& report);
+
+// Annotations of GitHub, which shows ten of a level: the first ten, then how many there are beyond.
+inline constexpr std::string_view githubTitle = "title=kelwhich "; // after the level
+std::string githubReport(const Report& report);
+
+} // namespace tessgen::cli

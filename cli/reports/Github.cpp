@@ -1,0 +1,58 @@
+#include "cli/output/Escape.hpp"
+#include "cli/reports/Formats.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace tessgen::cli {
+
+namespace {
+
+using analysis::Level;
+
+constexpr std::size_t mostShown = 10; // of a level; GitHub drops the rest
+
+std::string_view githubLevel(Level level) {
+    return level == Level::note ? "notice" : levelName(level);
+}
+
+// The text holds no line ends, since it is escaped. In a property, ":" and "," are syntax too.
+std::string inCommand(std::string_view text, bool isProperty) {
+    std::string out;
+    for (const char c : text) {
+        const bool isSyntax = c == '%' || (isProperty && (c == ':' || c == ','));
+        out += isSyntax ? fmt::format("%{:02X}", static_cast<unsigned>(c)) : std::string(1, c);
+    }
+    return out;
+}
+
+std::string annotation(const ReportedFinding& entry) {
+    return fmt::format("::{} {}{},file={}::{}\n", githubLevel(entry.finding->level), githubTitle, entry.finding->code,
+                       inCommand(escaped(entry.file), true), inCommand(entry.text, false));
+}
+
+} // namespace
+
+std::string githubReport(const Report& report) {
+    const auto entries = reported(report);
+    std::string annotations;
+    std::string counts;
+    for (const auto level : {Level::error, Level::warning, Level::note}) {
+        std::size_t count = 0;
+        for (const auto& entry : entries) {
+            if (entry.finding->level == level && ++count <= mostShown) {
+                annotations += annotation(entry);
+            }
+        }
+        if (count > mostShown) {
+            counts += fmt::format("kelwhich: {} without an annotation\n",
+                                  counted(count - mostShown, fmt::format("more {}", levelName(level))));
+        }
+    }
+    return annotations + counts;
+}
+
+} // namespace tessgen::cli

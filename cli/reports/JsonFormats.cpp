@@ -1,0 +1,124 @@
+#include "cli/output/Escape.hpp"
+#include "cli/output/Findings.hpp"
+#include "cli/output/Json.hpp"
+#include "cli/reports/Formats.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace tessgen::cli {
+
+namespace {
+
+using Document = nlohmann::ordered_json;
+
+constexpr std::string_view baseId = "%SRCROOT%"; // the name by convention
+
+// An element on each line.
+template <typename Elements, typename Print>
+std::string jsonList(const Elements& elements, Print print) {
+    std::string text = "[";
+    for (const auto& element : elements) {
+        text += (text.size() == 1 ? "\n" : ",\n") + printJSON(print(element));
+    }
+    return text + (text.size() == 1 ? "]" : "\n]");
+}
+
+// Every byte but letters, digits, "-._~" and "/" as %XX.
+std::string encodedPath(std::string_view path) {
+    std::string encoded;
+    for (const char c : path) {
+        const bool isPlain = ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z') || ('0' <= c && c <= '9')
+                             || std::string_view("-._~/").find(c) != std::string_view::npos;
+        encoded += isPlain ? std::string(1, c) : fmt::format("%{:02X}", static_cast<unsigned char>(c));
+    }
+    return encoded;
+}
+
+// Viewers want a line: the first.
+Document physicalLocation(const std::string& file) {
+    Document artifact{{"uri", (file.starts_with('/') ? "file://" : "") + encodedPath(file)}};
+    if (!file.starts_with('/')) {
+        artifact["uriBaseId"] = baseId;
+    }
+    return {{"artifactLocation", std::move(artifact)}, {"region", {{"startLine", 1}}}};
+}
+
+Document logicalLocations(const std::string& name) {
+    return Document::array({{{"fullyQualifiedName", name}}});
+}
+
+Document sarifRule(const Rule& rule) {
+    return {{"id", rule.code},
+            {"shortDescription", {{"text", rule.message}}},
+            {"fullDescription", {{"text", rule.message}}},
+            {"help", {{"text", rule.advice}}},
+            {"defaultConfiguration", {{"level", levelName(rule.level)}}}};
+}
+
+Document sarifResult(const ReportedFinding& entry, const std::vector<Rule>& rules) {
+    const auto& finding = *entry.finding;
+    const auto rule = std::find_if(rules.begin(), rules.end(), [&](const Rule& r) { return r.code == finding.code; });
+    Document location{{"physicalLocation", physicalLocation(entry.file)}};
+    if (!entry.name.empty()) {
+        location["logicalLocations"] = logicalLocations(entry.name);
+    }
+    Document result{{"ruleId", finding.code},
+                    {"ruleIndex", rule - rules.begin()},
+                    {"level", levelName(finding.level)},
+                    {"message", {{"text", entry.text}}},
+                    {"locations", Document::array({std::move(location)})}};
+    if (!entry.other.empty()) {
+        const bool isFile = finding.other.front() == u'/';
+        Document other{{"id", 1}, {"message", {{"text", escaped(entry.other)}}}};
+        other[isFile ? "physicalLocation" : "logicalLocations"] =
+            isFile ? physicalLocation(entry.other) : logicalLocations(entry.other);
+        result["relatedLocations"] = Document::array({std::move(other)});
+    }
+    result["partialFingerprints"] = {{"finding/v1", entry.fingerprint}};
+    return result;
+}
+
+Document gitlabIssue(const ReportedFinding& entry) {
+    const auto level = entry.finding->level;
+    return {{"engine_name", "kelwhich"},
+            {"check_name", entry.finding->code},
+            {"description", entry.text},
+            {"severity", level == analysis::Level::error     ? "major"
+                         : level == analysis::Level::warning ? "minor"
+                                                             : "info"},
+            {"fingerprint", entry.fingerprint},
+            {"location", {{"path", entry.file}, {"lines", {{"begin", 1}}}}}};
+}
+
+} // namespace
+
+std::string jsonReport(const Report& report) {
+    const auto list = jsonList(report.findings, [](const analysis::Finding& finding) {
+        auto printed = document(finding);
+        if (!finding.name.empty()) {
+            printed["name"] = inUTF8(finding.name);
+        }
+        return printed;
+    });
+    return fmt::format("{}{}}}\n", jsonBeginning, list.substr(1));
+}
+
+std::string sarifReport(const Report& report) {
+    const auto base = fmt::format("file://{}{}", encodedPath(report.folder), report.folder.ends_with('/') ? "" : "/");
+    return fmt::format("{}\"version\":\"" KELWHICH_VERSION "\",\"rules\":{}}}}},\n"
+                       "\"automationDetails\":{{\"id\":\"kelwhich/{}/\"}},\n"
+                       "\"originalUriBaseIds\":{},\n\"results\":{}}}]}}\n",
+                       sarifBeginning, jsonList(report.rules, sarifRule), report.command,
+                       printJSON({{baseId, {{"uri", base}}}}),
+                       jsonList(reported(report), [&](const auto& entry) { return sarifResult(entry, report.rules); }));
+}
+
+std::string gitlabReport(const Report& report) {
+    return jsonList(reported(report), gitlabIssue) + "\n";
+}
+
+} // namespace tessgen::cli
