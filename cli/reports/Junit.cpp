@@ -64,7 +64,7 @@ std::string junitReport(const Report& report) {
             ++passed;
         }
     }
-    const auto counts = fmt::format("tests=\"{}\" failures=\"{}\" errors=\"0\"", found.size() + passed, found.size());
+    const auto counts = fmt::format(R"(tests="{}" failures="{}" errors="0")", found.size() + passed, found.size());
     return fmt::format("{0}{1}\" {2}>\n  <testsuite name=\"kelwhich {1}\" {2}>\n{3}  </testsuite>\n</testsuites>\n",
                        junitBeginning, report.command, counts, cases);
 }
