@@ -84,7 +84,7 @@ int doctor(const Request& request) {
     requireReplaceable(request.reports);
     const ResolverSession resolver(request, standalone::View::snapshot);
     const auto findings = diagnose(diagnosisInput(resolver));
-    const auto annotations = writeReports(request.reports, reportOn(findings));
+    const auto annotations = request.reports.empty() ? "" : writeReports(request.reports, reportOn(findings));
     writeOut((request.json ? asJSON(findings) : asText(findings)) + annotations);
     noteOnName(request, resolver);
     if (findings.empty()) {
