@@ -69,7 +69,7 @@ std::optional<Finding> hidden(const Definition& definition, const Explanation& e
     const auto own = std::find_if(answer.begin(), answer.end(), [&](const Answered& answered) {
         return isFile(*answered.candidate) && answered.candidate->result.path == definition.path;
     });
-    if (definition.names.empty() || answer.empty() || own == answer.begin()) {
+    if (own == answer.begin()) {
         return std::nullopt;
     }
     const auto& first = answer.front();

@@ -25,7 +25,7 @@ struct Definition {
 // "unreachable": no plain or dotted name reaches the file.
 [[nodiscard]] std::optional<Finding> unreachable(const Definition& definition);
 
-// "hidden": names reach the file, and `explanation`, of its own name, prefers another candidate.
+// "hidden": `explanation`, of its own name, prefers another candidate. To be asked when names reach the file.
 [[nodiscard]] std::optional<Finding> hidden(const Definition& definition, const kelwhich::Explanation& explanation);
 
 } // namespace tessgen::analysis

@@ -34,10 +34,11 @@ std::vector<Finding> findingsOfUse(const kelwhich::Explanation& explanation, boo
 }
 
 std::vector<Finding> findingsOfDefinition(const Definition& definition, const kelwhich::Explanation& explanation) {
-    for (const auto& finding : {unreachable(definition), hidden(definition, explanation)}) {
-        if (finding) {
-            return {*finding};
-        }
+    if (auto finding = unreachable(definition)) {
+        return {*std::move(finding)};
+    }
+    if (auto finding = hidden(definition, explanation)) {
+        return {*std::move(finding)};
     }
     return findingsOfName(explanation, Level::note, true);
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What takes too long for each change, with what .ci/run does of it. Ends with `N passed, N failed`.
 #   every mutant            each is compiled, linked and tested: an hour. .ci/run tries none.
-#   fuzzing                 finds more the longer it runs: four minutes a target here, ten seconds in .ci/run.
+#   fuzzing                 finds more the longer it runs: two minutes a target here, ten seconds in .ci/run.
 #   clang-tidy              the analyzer and the tests take most of its time; .ci/run looks at what the last 30 commits
 #                           changed, without them. An old file can only fail when another header changes.
 #   the preset nightly      500,000 random worlds instead of 50,000, every fault of a system call instead of a sample, and
@@ -17,8 +17,8 @@ gate "the tests with the thread sanitizer" scripts/test.sh tsan
 gate "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
 gate "coverage of the stand-alone host and the program" scripts/coverage.sh standalone cli
 gate "packages on a clean root" scripts/check-packages.sh --clean-root
-gate "fuzzing" scripts/fuzz.sh 240
+gate "fuzzing" scripts/fuzz.sh 120
 gate "every mutant of the library" scripts/mutate.py
-gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 150 standalone cli
+gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 100 standalone cli
 
 finish_gates

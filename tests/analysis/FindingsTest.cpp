@@ -71,6 +71,8 @@ TEST(Findings, NameBothFilesTheKeyAndTheReason) {
     EXPECT_EQ(ofDefinition(world, {u"/w/f.vk", {u"f"}, true, false, true}), "note" + hiding);
     EXPECT_EQ(ofDefinition(world, {u"/k/f.vk", {u"f"}, true, true, false}),
               "warning hidden: /k/f.vk, /w/f.vk by key 1: your f.vk comes before it\n");
+    EXPECT_EQ(ofDefinition(world, {u"/w/gone/f.vk", {u"f"}, true, false, true}), // since its names were gathered
+              "warning hidden: /w/gone/f.vk, /w/f.vk: your f.vk comes before it\n");
     world.add({u"f"}, supported(u"/l/f.vk"));
     EXPECT_NE(ofUse(world).find("comes before 2 supported definitions"), std::string::npos);
 
