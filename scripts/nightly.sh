@@ -19,6 +19,6 @@ gate "coverage of the stand-alone host and the program" scripts/coverage.sh stan
 gate "packages on a clean root" scripts/check-packages.sh --clean-root
 gate "fuzzing" scripts/fuzz.sh 120
 gate "every mutant of the library" scripts/mutate.py
-gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 100 standalone cli
+gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 50 standalone cli
 
 finish_gates
