@@ -74,7 +74,8 @@ std::string asJSON(const Findings& findings) {
 
 Report reportOn(const Findings& findings) {
     Report report{"doctor", doctorRules(), {}, workingFolder(), standalone::currentSession().installation.manifest};
-    std::transform(findings.begin(), findings.end(), std::back_inserter(report.findings), asFinding);
+    std::transform(findings.begin(), findings.end(), std::back_inserter(report.entries),
+                   [](const Finding& finding) { return ReportEntry{asFinding(finding)}; });
     return report;
 }
 

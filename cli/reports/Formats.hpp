@@ -11,6 +11,9 @@
 
 namespace tessgen::cli {
 
+// Why a known finding is passed over.
+inline constexpr std::string_view knownWords = "listed in the baseline";
+
 inline constexpr std::string_view jsonBeginning = R"({"schema":"kelwhich/1","findings":[)";
 std::string jsonReport(const Report& report);
 
@@ -20,7 +23,8 @@ inline constexpr std::string_view sarifBeginning =
     R"("version":"2.1.0","runs":[{"tool":{"driver":{"name":"kelwhich",)";
 std::string sarifReport(const Report& report);
 
-// JUnit: a test case for each finding, which fails, and for each code that was not found.
+// JUnit: a test case for each finding, which fails, or is skipped when it is known; and for each code that was not
+// found.
 inline constexpr std::string_view junitBeginning =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"kelwhich ";
 std::string junitReport(const Report& report);

@@ -30,8 +30,10 @@ std::string inCommand(std::string_view text, bool isProperty) {
 }
 
 std::string annotation(const ReportedFinding& entry) {
-    return fmt::format("::{} {}{},file={}::{}\n", githubLevel(entry.finding->level), githubTitle, entry.finding->code,
-                       inCommand(escaped(entry.file), true), inCommand(entry.text, false));
+    const auto& finding = entry.entry->finding;
+    const auto place = entry.column ? fmt::format(",line={},col={}", entry.line, *entry.column) : "";
+    return fmt::format("::{} {}{},file={}{}::{}\n", githubLevel(finding.level), githubTitle, finding.code,
+                       inCommand(escaped(entry.file), true), place, inCommand(entry.text, false));
 }
 
 } // namespace
@@ -43,7 +45,7 @@ std::string githubReport(const Report& report) {
     for (const auto level : {Level::error, Level::warning, Level::note}) {
         std::size_t count = 0;
         for (const auto& entry : entries) {
-            if (entry.finding->level == level && ++count <= mostShown) {
+            if (!entry.entry->isKnown && entry.entry->finding.level == level && ++count <= mostShown) {
                 annotations += annotation(entry);
             }
         }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 namespace tessgen::cli {
 
@@ -38,13 +39,17 @@ std::string encodedPath(std::string_view path) {
     return encoded;
 }
 
-// Viewers want a line: the first.
-Document physicalLocation(const std::string& file) {
+// Viewers want a line.
+Document physicalLocation(const std::string& file, std::size_t line = 1, std::optional<std::size_t> column = {}) {
     Document artifact{{"uri", (file.starts_with('/') ? "file://" : "") + encodedPath(file)}};
     if (!file.starts_with('/')) {
         artifact["uriBaseId"] = baseId;
     }
-    return {{"artifactLocation", std::move(artifact)}, {"region", {{"startLine", 1}}}};
+    Document region{{"startLine", line}};
+    if (column) {
+        region["startColumn"] = *column;
+    }
+    return {{"artifactLocation", std::move(artifact)}, {"region", std::move(region)}};
 }
 
 Document logicalLocations(const std::string& name) {
@@ -59,10 +64,22 @@ Document sarifRule(const Rule& rule) {
             {"defaultConfiguration", {{"level", levelName(rule.level)}}}};
 }
 
-Document sarifResult(const ReportedFinding& entry, const std::vector<Rule>& rules) {
-    const auto& finding = *entry.finding;
+Document relatedLocations(const std::vector<ReportedFinding::Other>& others) {
+    auto list = Document::array();
+    for (const auto& [text, isFile] : others) {
+        Document location{{"id", list.size() + 1}, {"message", {{"text", escaped(text)}}}};
+        location[isFile ? "physicalLocation" : "logicalLocations"] =
+            isFile ? physicalLocation(text) : logicalLocations(text);
+        list.push_back(std::move(location));
+    }
+    return list;
+}
+
+// `showsKnown`: the results say whether they are suppressed, which is for all of them or for none.
+Document sarifResult(const ReportedFinding& entry, const std::vector<Rule>& rules, bool showsKnown) {
+    const auto& finding = entry.entry->finding;
     const auto rule = std::find_if(rules.begin(), rules.end(), [&](const Rule& r) { return r.code == finding.code; });
-    Document location{{"physicalLocation", physicalLocation(entry.file)}};
+    Document location{{"physicalLocation", physicalLocation(entry.file, entry.line, entry.column)}};
     if (!entry.name.empty()) {
         location["logicalLocations"] = logicalLocations(entry.name);
     }
@@ -71,36 +88,44 @@ Document sarifResult(const ReportedFinding& entry, const std::vector<Rule>& rule
                     {"level", levelName(finding.level)},
                     {"message", {{"text", entry.text}}},
                     {"locations", Document::array({std::move(location)})}};
-    if (!entry.other.empty()) {
-        const bool isFile = finding.other.front() == u'/';
-        Document other{{"id", 1}, {"message", {{"text", escaped(entry.other)}}}};
-        other[isFile ? "physicalLocation" : "logicalLocations"] =
-            isFile ? physicalLocation(entry.other) : logicalLocations(entry.other);
-        result["relatedLocations"] = Document::array({std::move(other)});
+    if (!entry.others.empty()) {
+        result["relatedLocations"] = relatedLocations(entry.others);
     }
     result["partialFingerprints"] = {{"finding/v1", entry.fingerprint}};
+    if (showsKnown) {
+        result["suppressions"] = Document::array();
+        if (entry.entry->isKnown) {
+            result["suppressions"].push_back({{"kind", "external"}, {"justification", knownWords}});
+        }
+    }
     return result;
 }
 
 Document gitlabIssue(const ReportedFinding& entry) {
-    const auto level = entry.finding->level;
+    const auto level = entry.entry->finding.level;
     return {{"engine_name", "kelwhich"},
-            {"check_name", entry.finding->code},
+            {"check_name", entry.entry->finding.code},
             {"description", entry.text},
             {"severity", level == analysis::Level::error     ? "major"
                          : level == analysis::Level::warning ? "minor"
                                                              : "info"},
             {"fingerprint", entry.fingerprint},
-            {"location", {{"path", entry.file}, {"lines", {{"begin", 1}}}}}};
+            {"location", {{"path", entry.file}, {"lines", {{"begin", entry.line}}}}}};
 }
 
 } // namespace
 
 std::string jsonReport(const Report& report) {
-    const auto list = jsonList(report.findings, [](const analysis::Finding& finding) {
-        auto printed = document(finding);
-        if (!finding.name.empty()) {
-            printed["name"] = inUTF8(finding.name);
+    const auto list = jsonList(report.entries, [](const ReportEntry& entry) {
+        auto printed = document(entry.finding);
+        if (!entry.finding.name.empty()) {
+            printed["name"] = inUTF8(entry.finding.name);
+        }
+        if (entry.use) {
+            printed["use"] = {{"file", entry.use->file}, {"line", entry.use->line}, {"column", entry.use->column}};
+        }
+        if (entry.isKnown) {
+            printed["known"] = true;
         }
         return printed;
     });
@@ -114,11 +139,15 @@ std::string sarifReport(const Report& report) {
                        "\"originalUriBaseIds\":{},\n\"results\":{}}}]}}\n",
                        sarifBeginning, jsonList(report.rules, sarifRule), report.command,
                        printJSON({{baseId, {{"uri", base}}}}),
-                       jsonList(reported(report), [&](const auto& entry) { return sarifResult(entry, report.rules); }));
+                       jsonList(reported(report), [&, showsKnown = hasKnown(report)](const auto& entry) {
+                           return sarifResult(entry, report.rules, showsKnown);
+                       }));
 }
 
 std::string gitlabReport(const Report& report) {
-    return jsonList(reported(report), gitlabIssue) + "\n";
+    auto entries = reported(report);
+    std::erase_if(entries, [](const auto& entry) { return entry.entry->isKnown; });
+    return jsonList(entries, gitlabIssue) + "\n";
 }
 
 } // namespace tessgen::cli

@@ -35,36 +35,51 @@ std::string inXML(std::string_view text) {
 // What tells it from other findings of its code.
 std::string caseName(const ReportedFinding& entry) {
     auto name = escaped(entry.file);
-    for (const auto& part : {entry.name, entry.other}) {
-        name += part.empty() ? "" : ", " + escaped(part);
+    if (entry.column) {
+        name += fmt::format(":{}:{}", entry.line, *entry.column);
+    }
+    name += entry.name.empty() ? "" : ", " + escaped(entry.name);
+    for (const auto& other : entry.others) {
+        name += ", " + escaped(other.text);
     }
     return name;
 }
 
-std::string failedCase(const ReportedFinding& entry) {
-    return fmt::format("    <testcase classname=\"{}\" name=\"{}\" file=\"{}\">\n"
-                       "      <failure type=\"{}\" message=\"{}\">{}</failure>\n"
-                       "    </testcase>\n",
-                       entry.finding->code, inXML(caseName(entry)), inXML(entry.file), levelName(entry.finding->level),
+std::string resultOf(const ReportedFinding& entry) {
+    if (entry.entry->isKnown) {
+        return fmt::format("<skipped message=\"{}\"/>", knownWords);
+    }
+    return fmt::format("<failure type=\"{}\" message=\"{}\">{}</failure>", levelName(entry.entry->finding.level),
                        inXML(entry.message), inXML(entry.text));
+}
+
+std::string testCase(const ReportedFinding& entry) {
+    const auto line = entry.column ? fmt::format(" line=\"{}\"", entry.line) : "";
+    return fmt::format("    <testcase classname=\"{}\" name=\"{}\" file=\"{}\"{}>\n"
+                       "      {}\n"
+                       "    </testcase>\n",
+                       entry.entry->finding.code, inXML(caseName(entry)), inXML(entry.file), line, resultOf(entry));
 }
 
 } // namespace
 
 std::string junitReport(const Report& report) {
-    const auto& found = report.findings;
+    const auto& found = report.entries;
     std::string cases;
     std::size_t passed = 0;
     for (const auto& entry : reported(report)) {
-        cases += failedCase(entry);
+        cases += testCase(entry);
     }
     for (const auto& rule : report.rules) {
-        if (std::none_of(found.begin(), found.end(), [&](const auto& finding) { return finding.code == rule.code; })) {
+        if (std::none_of(found.begin(), found.end(), [&](const auto& e) { return e.finding.code == rule.code; })) {
             cases += fmt::format("    <testcase classname=\"{}\" name=\"no findings\"/>\n", rule.code);
             ++passed;
         }
     }
-    const auto counts = fmt::format(R"(tests="{}" failures="{}" errors="0")", found.size() + passed, found.size());
+    const auto known =
+        static_cast<std::size_t>(std::count_if(found.begin(), found.end(), [](const auto& e) { return e.isKnown; }));
+    const auto counts = fmt::format(R"(tests="{}" failures="{}" errors="0"{})", found.size() + passed,
+                                    found.size() - known, known == 0 ? "" : fmt::format(R"( skipped="{}")", known));
     return fmt::format("{0}{1}\" {2}>\n  <testsuite name=\"kelwhich {1}\" {2}>\n{3}  </testsuite>\n</testsuites>\n",
                        junitBeginning, report.command, counts, cases);
 }

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <map>
@@ -20,23 +21,40 @@ std::string relativeTo(const std::string& folder, std::string path) {
     return path.size() > above.size() && path.starts_with(above) ? path.substr(above.size()) : std::move(path);
 }
 
-ReportedFinding reportedFinding(const analysis::Finding& finding, const Report& report) {
+ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) {
+    const auto& finding = entry.finding;
     const auto path = inUTF8(finding.path);
     const auto isFile = path.starts_with('/');
-    ReportedFinding result{&finding,
-                           inUTF8(finding.name.empty() && !isFile ? finding.path : finding.name),
-                           relativeTo(report.folder, isFile ? path : forJSON(report.manifest)),
-                           relativeTo(report.folder, inUTF8(finding.other)),
-                           escaped(inUTF8(finding.message)),
-                           {},
-                           {}};
-    const auto isNamed = finding.message.find(finding.other) != std::u16string::npos;
-    result.text =
-        fmt::format("{}{}. {}", result.message, isNamed ? "" : " (" + escaped(result.other) + ")", finding.advice);
+    ReportedFinding result;
+    result.entry = &entry;
+    result.name = inUTF8(finding.name.empty() && !isFile ? finding.path : finding.name);
+    result.file = relativeTo(report.folder, entry.use ? entry.use->file : isFile ? path : forJSON(report.manifest));
+    if (entry.use) {
+        result.line = entry.use->line;
+        result.column = entry.use->column;
+    }
+    std::vector<std::string> unnamed; // in the message
+    for (const auto* other : {entry.use ? &finding.path : nullptr, &finding.other}) {
+        if (other == nullptr || other->empty()) {
+            continue;
+        }
+        result.others.push_back({relativeTo(report.folder, inUTF8(*other)), other->front() == u'/'});
+        if (finding.message.find(*other) == std::u16string::npos) {
+            unnamed.push_back(escaped(result.others.back().text));
+        }
+    }
+    const bool needsName = entry.use || path.empty();
+    result.message = (needsName ? escaped(result.name) + ": " : "") + escaped(inUTF8(finding.message));
+    result.text = fmt::format("{}{}. {}", result.message,
+                              unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")), finding.advice);
     return result;
 }
 
 } // namespace
+
+bool hasKnown(const Report& report) {
+    return std::any_of(report.entries.begin(), report.entries.end(), [](const ReportEntry& e) { return e.isKnown; });
+}
 
 std::string workingFolder() {
     std::error_code unknown;
@@ -47,11 +65,13 @@ std::string workingFolder() {
 std::vector<ReportedFinding> reported(const Report& report) {
     std::vector<ReportedFinding> all;
     std::map<std::string, std::size_t> known; // how often each text was seen
-    for (const auto& finding : report.findings) {
-        auto& entry = all.emplace_back(reportedFinding(finding, report));
-        const auto identity =
-            fmt::format("{}\n{}\n{}\n{}", finding.code, escaped(entry.name), escaped(entry.file), escaped(entry.other));
-        entry.fingerprint =
+    for (const auto& entry : report.entries) {
+        auto& result = all.emplace_back(reportedFinding(entry, report));
+        auto identity = fmt::format("{}\n{}\n{}\n", entry.finding.code, escaped(result.name), escaped(result.file));
+        for (const auto& other : result.others) {
+            identity += (&other == &result.others.front() ? "" : "\n") + escaped(other.text);
+        }
+        result.fingerprint =
             fmt::format("{:016x}", standalone::hashOf(fmt::format("{}\n{}", identity, known[identity]++)));
     }
     return all;

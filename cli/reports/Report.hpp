@@ -5,6 +5,8 @@
 
 #include "analysis/Finding.hpp"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,29 +21,51 @@ struct Rule {
     std::string_view advice;  // a sentence
 };
 
+// Where a program uses the name of a finding. Line and column count from 1.
+struct UsePlace {
+    std::string file; // UTF-8; absolute, or relative to the working folder
+    std::size_t line;
+    std::size_t column;
+};
+
+struct ReportEntry {
+    analysis::Finding finding;
+    std::optional<UsePlace> use = {}; // without one, the finding's own file is its place
+    bool isKnown = false;             // a baseline lists it: shown as such, or left out
+};
+
 struct Report {
     std::string_view command;
     std::vector<Rule> rules; // one for each code among the findings, at least
-    std::vector<analysis::Finding> findings;
+    std::vector<ReportEntry> entries;
     std::string folder;   // absolute; paths below it are shown relative to it
     std::string manifest; // the place of a finding about something that is not a file
 };
 
+[[nodiscard]] bool hasKnown(const Report& report);
+
 // The working folder, as `Report::folder`; "/" when it is unknown.
 std::string workingFolder();
 
-// A finding with its texts in UTF-8.
+// An entry with its texts in UTF-8.
 struct ReportedFinding {
-    const analysis::Finding* finding;
+    struct Other {
+        std::string text; // a file, relative or absolute, or a built-in; unescaped
+        bool isFile;
+    };
+
+    const ReportEntry* entry = nullptr;
     std::string name;
-    std::string file;        // relative or absolute, unescaped
-    std::string other;       // a file likewise, or a built-in; may be empty
-    std::string message;     // escaped
-    std::string text;        // a sentence that names `other`, and the advice; escaped
-    std::string fingerprint; // same for the same code, name and files as shown; none is there twice
+    std::string file; // of its place: relative or absolute, unescaped
+    std::size_t line = 1;
+    std::optional<std::size_t> column;
+    std::vector<Other> others; // what else it is about
+    std::string message;       // escaped
+    std::string text;          // a sentence that names the others, and the advice; escaped
+    std::string fingerprint;   // same for the same code, name and files as shown; none is there twice
 };
 
-// In the order of the findings.
+// In the order of the entries.
 std::vector<ReportedFinding> reported(const Report& report);
 
 } // namespace tessgen::cli
