@@ -1,6 +1,6 @@
 # rooms(TARGET [ROOM+ROOM...]...): with KELWHICH_ROOM_UNITS, each folder of the target's sources is compiled as one unit,
 # and so are rooms that are joined by "+". That takes a third of the time of compiling file by file, since most of it is
-# the headers of other libraries. Other targets are not affected: the files of a test program may use a name twice.
+# the headers of other libraries.
 option(KELWHICH_ROOM_UNITS "Compile each room as one unit" OFF)
 
 function(rooms target)

@@ -20,3 +20,4 @@ add_unit_tests(
   kelwhich_objects
   kelwhich_paths
   kelwhich_standalone_needs)
+rooms(program_tests)

@@ -33,6 +33,7 @@ if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
   target_sources(standalone_tests PRIVATE support/FailingAllocator.cpp)
   target_compile_definitions(standalone_tests PRIVATE KELWHICH_SWEEPS_ALLOCATIONS)
 endif()
+rooms(standalone_tests sweeps+support)
 add_test(NAME standalone.schema
          COMMAND standalone/schema.py "${PROJECT_SOURCE_DIR}/standalone/manifest/installation.schema.json" standalone/manifests.json
          WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")

@@ -8,8 +8,6 @@
 namespace tessgen::test {
 namespace {
 
-using analysis::Definition;
-
 std::string ascii(const std::u16string& text) {
     return {text.begin(), text.end()};
 }
@@ -30,7 +28,7 @@ std::string ofUse(World world, bool exists = true) {
     return textOf(analysis::findingsOfUse(makeResolver(world).explain(u"f"), exists));
 }
 
-std::string ofDefinition(World world, const Definition& definition) {
+std::string ofDefinition(World world, const analysis::Definition& definition) {
     return textOf(analysis::findingsOfDefinition(definition, makeResolver(world).explain(ownName(definition))));
 }
 
@@ -123,7 +121,7 @@ TEST(Findings, NameTheRedirect) {
 }
 
 TEST(Findings, SayWhatKeepsNamesFromAFile) {
-    const std::pair<Definition, std::string> cases[] = {
+    const std::pair<analysis::Definition, std::string> cases[] = {
         {{u"/w/a.b.vk", {}, true, true, true}, "no name spells its file name and folders"},
         {{u"/w/private/a.txt", {}, false, false, true},
          "its extension is not searched for, and it lies in a private folder"},

@@ -36,7 +36,7 @@ std::string joined(const Shown& records) {
 }
 
 // What a store of `recordsOfEveryForm` returns for a "P"ath or a "S"ymbol.
-const auto answers = test::rowsOf(R"(P /opt/orvak/library/wave.vk => 101001 /opt/orvak/library/wave.vk wave;
+const auto storedAnswers = test::rowsOf(R"(P /opt/orvak/library/wave.vk => 101001 /opt/orvak/library/wave.vk wave;
 P /opt/orvak/kel/legacy.vk => 000000R /opt/orvak/kel/legacy.vk modern -legacy -old;
 P /w/+p/@D/area.vk => 000000 /w/+p/@D/area.vk wave;
 P /w/sum.vk => 000000 /w/sum.vk total;
@@ -70,7 +70,7 @@ Shown ask(const SupportStore& store, const std::string& query) {
 
 TEST(SupportStore, HandsOutEveryFieldInTheOrderOfImport) {
     const SupportStore store(test::goldenFile(supportStoreKind), test::storeRoot);
-    for (const auto& [query, records] : answers) {
+    for (const auto& [query, records] : storedAnswers) {
         EXPECT_EQ(joined(ask(store, query)), records) << query;
     }
 }
@@ -190,7 +190,7 @@ Damage lookForDamage(const std::string& file) {
     const auto noticeErrorOf = [&damage](const auto& action) { damage.noticed |= test::errorOf(action) != "no error"; };
     noticeErrorOf([&] {
         const SupportStore store(file, test::storeRoot);
-        for (const auto& [query, records] : answers) {
+        for (const auto& [query, records] : storedAnswers) {
             noticeErrorOf([&, &query = query, &records = records] {
                 const auto found = ask(store, query);
                 damage.hidden |= joined(found) != records;
