@@ -65,7 +65,7 @@ ROWS = [
         figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no", limit=300,
         path="adaptors/CachedFileSystemAdaptor.cpp", old="{ return inner_->exists(path); }",
         new="{ try { return inner_->exists(path); } catch (...) { return false; } }"),
-    Row("random worlds compared with the model", **unit("library_tests", "RandomWorlds.*"),
+    Row("random worlds compared with the model", **unit("library_tests", "*RandomWorlds.*"),
         figure=r"worlds: (\d+) as", fault="a class without a name is none", limit=1200,
         path="host/Paths.cpp", old="if (name.empty() || name.front() != u'@')",
         new="if (name.size() < 2 || name.front() != u'@')"),
