@@ -30,14 +30,13 @@ std::optional<Explanation::Key> keyBetween(const Answered& first, const Answered
     });
 }
 
-bool isFile(const Explanation::Candidate& candidate) {
-    using Type = kelwhich::WhichResultType;
-    return candidate.result.type == Type::KELPath || candidate.result.type == Type::ORVAKPath;
+bool isFile(kelwhich::WhichResultType kind) {
+    return kind == kelwhich::WhichResultType::KELPath || kind == kelwhich::WhichResultType::ORVAKPath;
 }
 
 std::u16string subject(const Explanation::Candidate& candidate) {
     const auto& path = candidate.result.path;
-    if (!isFile(candidate)) {
+    if (!isFile(candidate.result.type)) {
         return u"the built-in " + path;
     }
     return (candidate.isUser() ? u"your " : u"") + std::u16string(kelwhich::fileName(path));

@@ -25,8 +25,8 @@ struct Answered {
 // redirect puts one before the other.
 [[nodiscard]] std::optional<kelwhich::Explanation::Key> keyBetween(const Answered& first, const Answered& other);
 
-// Whether it is a file, not a built-in.
-[[nodiscard]] bool isFile(const kelwhich::Explanation::Candidate& candidate);
+// Whether it is of a file, not of a built-in.
+[[nodiscard]] bool isFile(kelwhich::WhichResultType kind);
 
 // "your wave.vk", "the built-in sum"
 [[nodiscard]] std::u16string subject(const kelwhich::Explanation::Candidate& candidate);

@@ -67,7 +67,7 @@ std::optional<Finding> unreachable(const Definition& definition) {
 std::optional<Finding> hidden(const Definition& definition, const Explanation& explanation) {
     const auto answer = answerOf(explanation);
     const auto own = std::find_if(answer.begin(), answer.end(), [&](const Answered& answered) {
-        return isFile(*answered.candidate) && answered.candidate->result.path == definition.path;
+        return isFile(answered.candidate->result.type) && answered.candidate->result.path == definition.path;
     });
     if (own == answer.begin()) {
         return std::nullopt;

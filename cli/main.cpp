@@ -41,6 +41,10 @@ int run(const Request& request) {
         return init(request);
     case Action::completeName:
         return completeName(request);
+    case Action::lock:
+        return lock(request);
+    case Action::diff:
+        return diff(request);
     case Action::doctor:
         return doctor(request);
     case Action::help:

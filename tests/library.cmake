@@ -5,6 +5,7 @@ add_unit_tests(
   adaptors/CachingAdaptorsTest.cpp
   adaptors/RealFileSystemTest.cpp
   analysis/FindingsTest.cpp
+  analysis/LockTest.cpp
   analysis/RandomWorldFindingsTest.cpp
   entry/InvokeTest.cpp
   entry/KelwhichTest.cpp

@@ -7,7 +7,7 @@ namespace tessgen::cli {
 
 enum ExitCode {
     exitYes = 0,     // every name has a candidate and meets --require; the task is done
-    exitNo = 1,      // a name has no candidate or does not meet --require; the doctor has findings
+    exitNo = 1,      // a name has no candidate or does not meet --require; there are findings or changes
     exitFailed = 2,  // nothing could be answered or done
     exitPartial = 3, // some names were answered, others rejected or failed; `init` left out a folder
 };
@@ -51,6 +51,12 @@ int config(const Request& request);
 // Writes a manifest for a tree of source files, and with --records also records for its KEL files.
 int init(const Request& request);
 int updateInstallation(const Request& request); // the form of init with --update
+
+// Writes or checks the lock of the installation; exitNo when something differs from it.
+int lock(const Request& request);
+
+// Prints what changed between two locks or installations; exitNo when anything did.
+int diff(const Request& request);
 
 // Prints the names that begin as the operand does, for the completions of shells.
 int completeName(const Request& request);

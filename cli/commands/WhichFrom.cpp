@@ -53,7 +53,6 @@ private:
     static constexpr std::size_t cacheLimit = std::size_t{1} << 26U; // bytes
     // Bytes of heap that an entry takes besides its texts; 136 to 180 were measured.
     static constexpr std::size_t entrySize = 180;
-    static constexpr std::size_t resolverLimit = std::size_t{1} << 25U; // bytes of its cache, roughly
 
     bool answerNext() {
         try {
@@ -88,14 +87,14 @@ private:
             applySelection(answer, request_);
             made.text = rendered(answer);
             add(name, made);
-            boundResolver(name.size() + made.text.size());
+            resolver_.boundCache(name.size() + made.text.size());
             if (cachedBytes_ < cacheLimit) {
                 cachedBytes_ += entrySize + name.size() + made.text.size() + made.unmet.size();
                 cache_.emplace(name, made); // copied, since a copy has no spare capacity
             }
         } catch (const std::exception& error) {
             addFailure(errorMessage(error));
-            boundResolver(name.size());
+            resolver_.boundCache(name.size());
         }
     }
 
@@ -103,16 +102,6 @@ private:
         progress_.clear();
         reportErrorInLine(lines_.place(), message);
         outcome_.addFailure();
-    }
-
-    // The library's caches only grow, so after many names a resolver with empty ones takes over.
-    void boundResolver(std::size_t textSize) {
-        constexpr std::size_t utf16 = 2; // bytes a byte; a name and the paths of its candidates may each be asked for
-        resolverBytes_ += entrySize + 2 * utf16 * textSize;
-        if (resolverBytes_ >= resolverLimit) {
-            resolver_.dropCache();
-            resolverBytes_ = 0;
-        }
     }
 
     std::string rendered(const Answer& answer) const {
@@ -147,7 +136,6 @@ private:
     // `cacheLimit` bytes are held.
     std::unordered_map<std::string, CachedAnswer, standalone::TextHash> cache_;
     std::size_t cachedBytes_ = 0;
-    std::size_t resolverBytes_ = 0; // of its cache since it was empty, roughly
 };
 
 } // namespace

@@ -1,8 +1,8 @@
 // The resolver of one request: over the request's installation, recorded if the request says so, or over a recording.
 //
 // Threads: those of KELWhichResolver over such collaborators.
-// Lifetime: answers of the disk are cached until `dropCache` or `refresh`. The installation stays open until the
-// process ends, so a process has one ResolverSession.
+// Lifetime: answers of the disk are cached until `dropCache` or `refresh`. Unless it is closed, the installation stays
+// open until the process ends, so a process has one ResolverSession.
 #pragma once
 
 #include "cli/installation/InstallationWatch.hpp"
@@ -10,6 +10,7 @@
 #include "standalone/Session.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -47,6 +48,13 @@ public:
     // Forgets the cached answers of the disk, so that the next question asks it again.
     void dropCache();
 
+    // Call it after each of many names, with the bytes of the name and its answer: drops the cache, which only grows,
+    // when it is large.
+    void boundCache(std::size_t textSize);
+
+    // Closes the installation, so that this process can open another one. Nothing may be asked afterwards.
+    void close() { session_.reset(); }
+
     // For `batch`, before each question: does `dropCache`, and when the support store or the search index was replaced,
     // opens the installation anew with them. Its manifest is not read again; that it changed is reported, once.
     // Errors: those of Session; the next call tries again.
@@ -70,6 +78,7 @@ private:
     std::shared_ptr<Recording> recording_;
     std::unique_ptr<const kelwhich::KELWhichResolver> resolver_;
     std::unique_ptr<const kelwhich::FileSystem> files_; // not cached
+    std::size_t cachedBytes_ = 0;                       // since the cache was empty, roughly
 };
 
 } // namespace tessgen::cli

@@ -95,7 +95,21 @@ constexpr auto initExamples = std::to_array<Example>({
 constexpr auto doctorExamples = std::to_array<Example>({
     {"kelwhich doctor", "print what is wrong; exit with 1 when something is"},
     {"kelwhich doctor --report sarif=doctor.sarif --report junit=doctor.xml", "also write reports for programs"},
-    {"kelwhich doctor --report html=doctor.html", "also write a page for a browser"},
+});
+constexpr auto lockColumns = std::to_array<Term>({
+    {"name", "a plain or dotted name that has a candidate"},
+    {"path, kind", "of a candidate; <root> and <packages> are the installation's roots"},
+    {"verdicts", "user, supported, indirect, missing, as for kelwhich which; - for none"},
+    {"by KEY", "what puts it before the next candidate, which follows"},
+});
+constexpr auto lockExamples = std::to_array<Example>({
+    {"kelwhich lock -o names.lock", "write what every name stands for, to be kept beside the programs"},
+    {"kelwhich lock --check names.lock", "print what has changed since; exit with 1 when something has"},
+    {"printf '%s\\n' wave sum | kelwhich lock --from - -o used.lock", "the same for the names that are used"},
+});
+constexpr auto diffExamples = std::to_array<Example>({
+    {"kelwhich diff names.lock .", "print what has changed since the lock was written"},
+    {"kelwhich diff --json names.lock .", "the same as JSON, with all candidates before and after"},
 });
 constexpr auto helpExamples = std::to_array<Example>({
     {"kelwhich help store build", "print the help of one command"},
@@ -115,6 +129,8 @@ constexpr auto detailsTable = std::to_array<CommandDetails>({
     {Action::config, configColumns, configExamples},
     {Action::init, {}, initExamples},
     {Action::doctor, {}, doctorExamples},
+    {Action::lock, lockColumns, lockExamples},
+    {Action::diff, {}, diffExamples},
     {Action::help, {}, helpExamples},
 });
 
@@ -129,6 +145,13 @@ constexpr auto ownHelpTable = std::to_array<OwnHelp>({
     {Action::which, "json", "print one JSON document; with --from one line per name; errors are JSON, too"},
     {Action::batch, "json", "print one line of JSON per name; errors are JSON, too"},
     {Action::storeBuild, "output", "write the store to this file, not to the manifest's supportStore"},
+    {Action::lock, "from", "lock only the names in the lines of a file (- for standard input)"},
+    {Action::lock, "null", "the names of --from are NUL-terminated"},
+    {Action::lock, "json", "with --check: print JSON instead of text, errors included"},
+    {Action::lock, "report", "with --check: also write what differs to this file, as for doctor; may be repeated"},
+    {Action::lock, "output", "write the lock to this file, whole or not at all, not to standard output"},
+    {Action::diff, "from", "compare only the names in the lines of a file (- for standard input)"},
+    {Action::diff, "null", "the names of --from are NUL-terminated"},
     {Action::storeExport, "output", "write the records to this file, whole or not at all, not to standard output"},
 });
 

@@ -199,15 +199,16 @@ private:
         checkWhich();
         checkInit();
         checkReports();
+        checkLocks();
         const auto takes = command_->takes;
         const auto given = request_.operands.size();
-        if (request_.from) {
+        if (request_.from && request_.action == Action::which) {
             if (given > 0) {
                 refuse("names on the command line and --from cannot be combined");
             }
             return;
         }
-        if (given == 0 && (takes == Operands::names || takes == Operands::one)) {
+        if (given == 0 && (takes == Operands::names || takes == Operands::one || takes == Operands::two)) {
             refuse(fmt::format("{} is missing{}", command_->operands,
                                isCommandGiven_ ? fmt::format(" after '{}'", command_->words()) : ""),
                    adviceForName());
@@ -216,7 +217,10 @@ private:
             refuse(fmt::format("'{}' takes no operand, but got '{}'", command_->words(), request_.operands.front()),
                    adviceForName());
         }
-        if (given > 1 && takes != Operands::names) {
+        if (takes == Operands::two && given != 2) {
+            refuse(fmt::format("'{}' takes {}, but got {}", command_->words(), command_->operands, given));
+        }
+        if (given > 1 && takes != Operands::names && takes != Operands::two) {
             refuse(fmt::format("'{}' takes one {}, but got {}", command_->words(), command_->operands, given));
         }
     }
@@ -225,7 +229,7 @@ private:
         std::vector<std::string> forms; // of the output; at most one may be given
         for (const auto& [isGiven, name] :
              {std::pair(request_.json, "--json"), {request_.null, "--null"}, {request_.quiet, "--quiet"}}) {
-            if (isGiven) {
+            if (isGiven && request_.action == Action::which) {
                 forms.emplace_back(name);
             }
         }
@@ -247,6 +251,25 @@ private:
         const auto isOutput = [](const ReportTarget& target) { return target.file == "-"; };
         if (request_.json && std::any_of(request_.reports.begin(), request_.reports.end(), isOutput)) {
             refuse("--json and a --report to standard output cannot be combined");
+        }
+    }
+
+    void checkLocks() const {
+        const bool isLock = request_.action == Action::lock;
+        if (isLock && request_.lockToCheck && request_.output) {
+            refuse("--check and --output cannot be combined");
+        }
+        if (isLock && !request_.lockToCheck && (request_.json || !request_.reports.empty())) {
+            refuse(fmt::format("--{} needs --check with 'lock'", request_.json ? "json" : "report"));
+        }
+        if (request_.action != Action::which && request_.null && !request_.from) {
+            refuse(fmt::format("--null needs --from with '{}'", command_->words()));
+        }
+        const std::vector<std::string> inputs = {request_.from.value_or(""), request_.lockToCheck.value_or("")};
+        if (std::count(inputs.begin(), inputs.end(), "-")
+                + std::count(request_.operands.begin(), request_.operands.end(), "-")
+            > 1) {
+            refuse("standard input can be read once only");
         }
     }
 

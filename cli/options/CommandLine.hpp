@@ -22,7 +22,8 @@ struct Request {
     std::optional<std::string> whyNot;
     std::optional<std::string> record;
     std::optional<std::string> replay;
-    std::optional<std::string> from; // the file of names; "-" is standard input
+    std::optional<std::string> from;        // the file of names; "-" is standard input
+    std::optional<std::string> lockToCheck; // "-" is standard input
     Requirement require;
     ReportTargets reports;
     bool json = false;

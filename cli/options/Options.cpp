@@ -17,6 +17,7 @@ namespace {
 
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
+constexpr unsigned comparesLocks = bit(Action::lock) | bit(Action::diff);
 
 constexpr CommandRow hiddenCommand = {
     Action::completeName,
@@ -50,25 +51,29 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::init, "init", "", "FOLDER", Operands::one,
      "write a manifest for the source files in a folder, or with --update add to it", Completes::folders},
     {Action::doctor, "doctor", "", "", Operands::none, "print what is wrong with the installation and what to do"},
+    {Action::lock, "lock", "", "", Operands::none,
+     "write what every known name stands for, one line per name, or check that nothing has changed since"},
+    {Action::diff, "diff", "", "BEFORE AFTER", Operands::two,
+     "print the names that stand for something else after than before; each is a manifest, its folder or a lock"},
     {Action::help, "help", "", "[COMMAND]", Operands::optional, "print the overview, or the help of a command",
      Completes::commands},
     hiddenCommand,
 });
 
 constexpr auto options = std::to_array<OptionRow>({
-    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::help),
+    {"installation", 'i', "FILE-or-FOLDER", everyCommand & ~bit(Action::help) & ~bit(Action::diff),
      "use this manifest, or the one in this folder",
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr,
      asksNames | bit(Action::provides) | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config)
-         | bit(Action::doctor),
+         | bit(Action::doctor) | comparesLocks,
      "print JSON instead of text, errors included", [](Request& request, const char*) { request.json = true; }},
-    {"from", 'f', "FILE", bit(Action::which),
+    {"from", 'f', "FILE", bit(Action::which) | comparesLocks,
      "read names from the lines of a file (- for standard input); with --json print one line per name",
      [](Request& request, const char* argument) { request.from = argument; }},
     {"first", 0, nullptr, bit(Action::which) | bit(Action::batch), "print only the preferred candidate of each name",
      [](Request& request, const char*) { request.first = true; }},
-    {"null", '0', nullptr, bit(Action::which),
+    {"null", '0', nullptr, bit(Action::which) | comparesLocks,
      "print only file paths, unescaped and NUL-terminated; with --from also read NUL-terminated names",
      [](Request& request, const char*) { request.null = true; }},
     {"quiet", 'q', nullptr, bit(Action::which), "print no answers; only set the exit code",
@@ -82,15 +87,18 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char* argument) { request.whyNot = argument; }},
     {"verbose", 'v', nullptr, bit(Action::explain), "also list the folders that the host searched",
      [](Request& request, const char*) { request.verbose = true; }},
-    {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport),
+    {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport) | bit(Action::lock),
      "write to this file; without it, store build writes the manifest's supportStore, store export standard output",
      [](Request& request, const char* argument) { request.output = argument; }},
+    {"check", 0, "FILE", bit(Action::lock),
+     "write nothing; print what differs from this lock, as diff does, and exit 1 if anything does",
+     [](Request& request, const char* argument) { request.lockToCheck = argument; }},
     {"record", 0, "FILE", asksNames, "record every question to the installation, and its answer, in a file",
      [](Request& request, const char* argument) { request.record = argument; }},
     {"replay", 0, "FILE", asksNames, "answer from a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
-    {"report", 0, "FORMAT=FILE", bit(Action::doctor),
-     "also write the findings to this file, as json, sarif, junit, gitlab, github or html; may be repeated",
+    {"report", 0, "FORMAT=FILE", bit(Action::doctor) | comparesLocks,
+     "also write the findings to this file, as json, sarif, junit, gitlab or github; may be repeated",
      [](Request& request, const char* argument) { addReport(request.reports, argument); }, Completes::files,
      reportFormats},
     {"kel", 0, "FOLDER", bit(Action::init), "treat this folder as the code generator's own; may be repeated",

@@ -25,6 +25,8 @@ enum class Action : unsigned {
     batch,
     doctor,
     provides,
+    lock,
+    diff,
     completeName,
     help, // also by --help
     version
@@ -37,6 +39,7 @@ constexpr unsigned bit(Action action) {
 enum class Operands {
     names, // one or more
     one,
+    two,
     optional, // at most one
     none,
 };

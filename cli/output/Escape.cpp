@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace tessgen::cli {
 
@@ -51,6 +54,36 @@ std::string quotedWithCodes(std::string_view text) {
     return word + "'";
 }
 
+struct Unescaped {
+    std::optional<std::u16string> units; // none for a text that nothing is escaped as
+    std::size_t length = 0;              // of the text that stands for them
+};
+
+// The character that a text which begins with a backslash begins with.
+Unescaped unescapedCharacter(std::string_view text) {
+    constexpr std::string_view beginning = "\\u{";
+    constexpr std::uint32_t beyondPlane = 0x10000; // and then a pair of surrogates
+    constexpr std::uint32_t last = 0x10FFFF;
+    if (text.starts_with("\\\\")) {
+        return {u"\\", 2};
+    }
+    const auto end = text.find('}');
+    if (!text.starts_with(beginning) || end == std::string_view::npos) {
+        return {};
+    }
+    std::uint32_t code = 0;
+    const auto [stop, error] = std::from_chars(text.data() + beginning.size(), text.data() + end, code, 16);
+    if (error != std::errc() || stop != text.data() + end || code > last) {
+        return {};
+    }
+    if (code < beyondPlane) {
+        return {std::u16string(1, static_cast<char16_t>(code)), end + 1};
+    }
+    return {
+        std::u16string{static_cast<char16_t>(0xD7C0 + (code >> 10U)), static_cast<char16_t>(0xDC00 + (code & 0x3FFU))},
+        end + 1};
+}
+
 } // namespace
 
 std::string escaped(std::string_view text) {
@@ -81,6 +114,36 @@ std::string escaped(std::string_view text) {
         }
     }
     return out;
+}
+
+std::string escapedText(const std::u16string& text) {
+    if (const auto whole = standalone::toUTF8(text)) {
+        return escaped(*whole);
+    }
+    std::string out;
+    for (std::size_t begin = 0, length = 0; begin < text.size(); begin += length) {
+        const auto pair = standalone::toUTF8(std::u16string_view(text).substr(begin, 2));
+        const bool isPair = pair && 0xD800 <= text[begin] && text[begin] < 0xDC00;
+        length = isPair ? 2 : 1;
+        const auto character = isPair ? pair : standalone::toUTF8(std::u16string_view(text).substr(begin, 1));
+        out += character ? escaped(*character) : fmt::format("\\u{{{:X}}}", static_cast<std::uint32_t>(text[begin]));
+    }
+    return out;
+}
+
+std::optional<std::u16string> unescapedText(std::string_view escaped) {
+    std::u16string text;
+    while (!escaped.empty()) {
+        const auto plain = std::min(escaped.find('\\'), escaped.size());
+        const auto found =
+            plain > 0 ? Unescaped{standalone::toUTF16(escaped.substr(0, plain)), plain} : unescapedCharacter(escaped);
+        if (!found.units) {
+            return std::nullopt;
+        }
+        text += *found.units;
+        escaped.remove_prefix(found.length);
+    }
+    return text;
 }
 
 std::string forJSON(std::string_view text) {

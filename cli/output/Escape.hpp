@@ -3,6 +3,7 @@
 
 #include "standalone/text/Text.hpp"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,10 @@ namespace tessgen::cli {
 //   a space at the beginning or the end -> \u{20}
 //   a byte that is not UTF-8            -> \x{FF}
 std::string escaped(std::string_view text);
+
+// The same of UTF-16, with a lone surrogate as \u{D800}; and the text that was escaped so, nothing when none was.
+std::string escapedText(const std::u16string& text);
+std::optional<std::u16string> unescapedText(std::string_view escaped);
 
 // `text` for a JSON document: escaped only when it is not UTF-8.
 std::string forJSON(std::string_view text);

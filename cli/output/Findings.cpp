@@ -4,9 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <array>
-#include <cstddef>
-
 namespace tessgen::cli {
 
 nlohmann::ordered_json document(const analysis::Finding& finding) {
@@ -21,12 +18,6 @@ nlohmann::ordered_json document(const analysis::Finding& finding) {
     result["message"] = inUTF8(finding.message);
     result["advice"] = finding.advice;
     return result;
-}
-
-std::string_view keyName(kelwhich::Explanation::Key key) {
-    constexpr std::array<std::string_view, kelwhich::Explanation::keys.size()> names = {
-        "direct", "user", "supported", "sourceFile", "kind", "gathered"};
-    return names.at(static_cast<std::size_t>(key));
 }
 
 } // namespace tessgen::cli

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/Finding.hpp"
+#include "analysis/Names.hpp"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -10,9 +11,8 @@
 
 namespace tessgen::cli {
 
-nlohmann::ordered_json document(const analysis::Finding& finding);
+using analysis::keyName;
 
-// The key's name in JSON.
-std::string_view keyName(kelwhich::Explanation::Key key);
+nlohmann::ordered_json document(const analysis::Finding& finding);
 
 } // namespace tessgen::cli

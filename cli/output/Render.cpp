@@ -22,23 +22,9 @@ namespace tessgen::cli {
 
 namespace {
 
-struct Kind {
-    std::string_view name;
-    std::string_view words;
-};
-
 // In the order of WhichResultType.
-constexpr std::array kinds{
-    Kind{"KELPath", "KEL path file"},
-    Kind{"KELBuiltin", "KEL built-in"},
-    Kind{"ORVAKPath", "host file"},
-    Kind{"ORVAKBuiltin", "host built-in"},
-    Kind{"ORVAKBuiltinMethod", "host built-in method"},
-};
-
-const Kind& kindOf(kelwhich::WhichResultType type) {
-    return kinds.at(static_cast<std::size_t>(type));
-}
+constexpr std::array<std::string_view, 5> kinds = {"KEL path file", "KEL built-in", "host file", "host built-in",
+                                                   "host built-in method"};
 
 // Indexed by bits: 1 user, 2 supported, 4 indirect, 8 missing.
 constexpr std::array<std::string_view, 16> verdicts{
@@ -205,18 +191,8 @@ std::string asPaths(const Answer& answer) {
     return paths;
 }
 
-std::string_view kindName(kelwhich::WhichResultType type) {
-    return kindOf(type).name;
-}
-
 std::string_view kindWords(kelwhich::WhichResultType type) {
-    return kindOf(type).words;
-}
-
-std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name) {
-    const auto* const kind = std::find_if(kinds.begin(), kinds.end(), [name](const Kind& k) { return k.name == name; });
-    return kind == kinds.end() ? std::nullopt
-                               : std::optional(static_cast<kelwhich::WhichResultType>(kind - kinds.begin()));
+    return kinds.at(static_cast<std::size_t>(type));
 }
 
 } // namespace tessgen::cli

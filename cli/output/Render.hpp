@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/Finding.hpp"
+#include "analysis/Names.hpp"
 #include "tessgen/kelwhich/WhichResult.hpp"
 
 #include <cstddef>
@@ -49,9 +50,8 @@ std::string asJSONLine(std::string_view query, std::string_view error);
 // The paths of the candidates that are files, unescaped and NUL-terminated.
 std::string asPaths(const Answer& answer);
 
-// The name of a kind, as in the library; no value for an unknown name.
-std::string_view kindName(kelwhich::WhichResultType type);
-std::optional<kelwhich::WhichResultType> kindNamed(std::string_view name);
+using analysis::kindName;
+using analysis::kindNamed;
 
 // The kind in words for people.
 std::string_view kindWords(kelwhich::WhichResultType type);

@@ -1,0 +1,128 @@
+#include "cli/commands/LockOf.hpp"
+
+#include "analysis/Answer.hpp"
+#include "cli/commands/Commands.hpp"
+#include "cli/installation/ResolverSession.hpp"
+#include "cli/locking/Changes.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "cli/reports/ReportFiles.hpp"
+#include "standalone/doctor/KnownNames.hpp"
+#include "standalone/files/LineReader.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using standalone::LineReader;
+
+// The line of a name; empty when it has no candidate.
+std::string lineOf(const std::u16string& name, const ResolverSession& resolver, const LockedPaths& paths) {
+    auto locked = analysis::lockedName(resolver->explain(name),
+                                       [&](const auto& candidate) { return resolver.isMissing(candidate); });
+    for (auto& candidate : locked.candidates) {
+        candidate.path = analysis::isFile(candidate.kind) ? paths.shortened(candidate.path) : candidate.path;
+    }
+    auto line = locked.candidates.empty() ? "" : analysis::lockLine(locked, lockSpelling);
+    if (line.size() > LineReader::longestLine) {
+        throw std::runtime_error("its line in a lock would be longer than 1 MiB");
+    }
+    return line;
+}
+
+} // namespace
+
+std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome) {
+    if (!request.from) {
+        return std::nullopt;
+    }
+    const char end = request.null ? '\0' : '\n';
+    auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
+    LockedNames names;
+    const auto addFailure = [&](std::string_view message) {
+        reportErrorInLine(lines.place(), message);
+        outcome.addFailure();
+    };
+    const auto addName = [&](std::string_view line) {
+        try {
+            names.push_back(analysis::spelledName(parseName(line), lockSpelling));
+        } catch (const std::runtime_error& error) {
+            addFailure(error.what());
+        }
+    };
+    for (bool isAtEnd = false; !isAtEnd;) {
+        try {
+            const auto line = lines.next();
+            isAtEnd = !line;
+            if (line) {
+                addName(*line);
+            }
+        } catch (const standalone::LineTooLong&) {
+            addFailure(standalone::LineTooLong::message);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+Lock lockOf(const Request& request, const std::optional<LockedNames>& names, Outcome& outcome) {
+    ResolverSession resolver(request, standalone::View::snapshot);
+    const auto& session = standalone::currentSession();
+    const LockedPaths paths(session);
+    Lock lock{session.installation.manifest, {}, {}, paths};
+    const auto add = [&](const std::u16string& name, const std::string& spelled) {
+        try {
+            auto line = lineOf(name, resolver, paths);
+            resolver.boundCache(line.size());
+            outcome.addAnswer(spelled, true);
+            if (!line.empty()) {
+                lock.lines.push_back(std::move(line));
+            }
+        } catch (const std::exception& error) {
+            outcome.addFailure(inUTF8(name), error);
+            lock.failed.push_back(spelled);
+        }
+    };
+    if (names) {
+        for (const auto& name : *names) {
+            add(unescapedText(name).value(), name);
+        }
+    } else {
+        for (const auto& text : standalone::knownNames(session)) {
+            const auto name = parseName(text);
+            add(name, analysis::spelledName(name, lockSpelling));
+        }
+        if (!session.snapshotSearch->isComplete()) {
+            reportNote("folders that cannot be read, or packages behind several links, may hold more names");
+        }
+    }
+    std::sort(lock.lines.begin(), lock.lines.end());
+    std::sort(lock.failed.begin(), lock.failed.end());
+    resolver.close();
+    return lock;
+}
+
+int printChanges(const Request& request, std::string_view command, const Lock& before, const Lock& after,
+                 const Outcome& outcome) {
+    const auto names = changesBetween(before, after);
+    const auto annotations =
+        request.reports.empty() ? "" : writeReports(request.reports, reportOn(names, command, after));
+    writeOut((request.json ? asJSON(names, before, after) : asText(names)) + annotations);
+    const auto exitCode = outcome.exitCode();
+    if (exitCode != exitYes || names.empty()) {
+        return exitCode;
+    }
+    reportError(names.size() == 1 ? "1 name differs" : fmt::format("{} names differ", names.size()));
+    return exitNo;
+}
+
+} // namespace tessgen::cli
