@@ -95,6 +95,7 @@ constexpr auto initExamples = std::to_array<Example>({
 constexpr auto doctorExamples = std::to_array<Example>({
     {"kelwhich doctor", "print what is wrong; exit with 1 when something is"},
     {"kelwhich doctor --report sarif=doctor.sarif --report junit=doctor.xml", "also write reports for programs"},
+    {"kelwhich doctor --report html=doctor.html", "also write a page for a browser"},
 });
 constexpr auto lockColumns = std::to_array<Term>({
     {"name", "a plain or dotted name that has a candidate"},

@@ -98,7 +98,7 @@ constexpr auto options = std::to_array<OptionRow>({
     {"replay", 0, "FILE", asksNames, "answer from a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
     {"report", 0, "FORMAT=FILE", bit(Action::doctor) | comparesLocks,
-     "also write the findings to this file, as json, sarif, junit, gitlab or github; may be repeated",
+     "also write the findings to this file, as json, sarif, junit, gitlab, github or html; may be repeated",
      [](Request& request, const char* argument) { addReport(request.reports, argument); }, Completes::files,
      reportFormats},
     {"kel", 0, "FOLDER", bit(Action::init), "treat this folder as the code generator's own; may be repeated",

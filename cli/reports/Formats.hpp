@@ -23,8 +23,8 @@ inline constexpr std::string_view sarifBeginning =
     R"("version":"2.1.0","runs":[{"tool":{"driver":{"name":"kelwhich",)";
 std::string sarifReport(const Report& report);
 
-// JUnit: a test case for each finding, which fails, or is skipped when it is known; and for each code that was not
-// found.
+// JUnit: a test case for each finding, which fails, but for notes, and is skipped when it is known; and one for each
+// code that was not found. No more than what Jenkins' schema knows, so that strict readers take it.
 inline constexpr std::string_view junitBeginning =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"kelwhich ";
 std::string junitReport(const Report& report);
@@ -37,5 +37,11 @@ std::string gitlabReport(const Report& report);
 // Annotations of GitHub, which shows ten of a level: the first ten, then how many there are beyond.
 inline constexpr std::string_view githubTitle = "title=kelwhich "; // after the level
 std::string githubReport(const Report& report);
+
+// A page for people, which needs no network.
+inline constexpr std::string_view htmlBeginning =
+    "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+    "<meta name=\"generator\" content=\"kelwhich\">\n";
+std::string htmlReport(const Report& report);
 
 } // namespace tessgen::cli

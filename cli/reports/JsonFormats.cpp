@@ -139,7 +139,7 @@ std::string sarifReport(const Report& report) {
                        "\"originalUriBaseIds\":{},\n\"results\":{}}}]}}\n",
                        sarifBeginning, jsonList(report.rules, sarifRule), report.command,
                        printJSON({{baseId, {{"uri", base}}}}),
-                       jsonList(reported(report), [&, showsKnown = hasKnown(report)](const auto& entry) {
+                       jsonList(reported(report), [&, showsKnown = knownCount(report) != 0](const auto& entry) {
                            return sarifResult(entry, report.rules, showsKnown);
                        }));
 }

@@ -1,36 +1,15 @@
 #include "cli/output/Escape.hpp"
 #include "cli/reports/Formats.hpp"
+#include "cli/reports/Markup.hpp"
 
 #include <fmt/format.h>
-#include <utf8.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 
 namespace tessgen::cli {
 
 namespace {
-
-// `text`, which is UTF-8, for an attribute or an element. Characters that XML 1.0 refuses, even as a reference, are
-// spelled out: \u{1}.
-std::string inXML(std::string_view text) {
-    std::string out;
-    const auto* const end = text.data() + text.size();
-    for (const auto* at = text.data(); at != end;) {
-        const auto* const begin = at;
-        const auto character = utf8::unchecked::next(at);
-        const bool isLineEndOrTab = character == U'\t' || character == U'\n' || character == U'\r';
-        if (isLineEndOrTab || std::string_view("&<>\"'").find(*begin) != std::string_view::npos) {
-            fmt::format_to(std::back_inserter(out), "&#{};", static_cast<unsigned>(character));
-        } else if (character < U' ' || character == 0xFFFE || character == 0xFFFF) {
-            fmt::format_to(std::back_inserter(out), "\\u{{{:X}}}", static_cast<unsigned>(character));
-        } else {
-            out.append(begin, at);
-        }
-    }
-    return out;
-}
 
 // What tells it from other findings of its code.
 std::string caseName(const ReportedFinding& entry) {
@@ -45,20 +24,26 @@ std::string caseName(const ReportedFinding& entry) {
     return name;
 }
 
+bool isFailure(const ReportEntry& entry) {
+    return !entry.isKnown && entry.finding.level != analysis::Level::note;
+}
+
 std::string resultOf(const ReportedFinding& entry) {
     if (entry.entry->isKnown) {
         return fmt::format("<skipped message=\"{}\"/>", knownWords);
+    }
+    if (!isFailure(*entry.entry)) {
+        return fmt::format("<system-out>{}</system-out>", inXML(entry.text));
     }
     return fmt::format("<failure type=\"{}\" message=\"{}\">{}</failure>", levelName(entry.entry->finding.level),
                        inXML(entry.message), inXML(entry.text));
 }
 
 std::string testCase(const ReportedFinding& entry) {
-    const auto line = entry.column ? fmt::format(" line=\"{}\"", entry.line) : "";
-    return fmt::format("    <testcase classname=\"{}\" name=\"{}\" file=\"{}\"{}>\n"
+    return fmt::format("    <testcase classname=\"{}\" name=\"{}\">\n"
                        "      {}\n"
                        "    </testcase>\n",
-                       entry.entry->finding.code, inXML(caseName(entry)), inXML(entry.file), line, resultOf(entry));
+                       entry.entry->finding.code, inXML(caseName(entry)), resultOf(entry));
 }
 
 } // namespace
@@ -76,12 +61,11 @@ std::string junitReport(const Report& report) {
             ++passed;
         }
     }
-    const auto known =
-        static_cast<std::size_t>(std::count_if(found.begin(), found.end(), [](const auto& e) { return e.isKnown; }));
-    const auto counts = fmt::format(R"(tests="{}" failures="{}" errors="0"{})", found.size() + passed,
-                                    found.size() - known, known == 0 ? "" : fmt::format(R"( skipped="{}")", known));
-    return fmt::format("{0}{1}\" {2}>\n  <testsuite name=\"kelwhich {1}\" {2}>\n{3}  </testsuite>\n</testsuites>\n",
-                       junitBeginning, report.command, counts, cases);
+    const auto counts = fmt::format(R"(tests="{}" failures="{}" errors="0")", found.size() + passed,
+                                    std::count_if(found.begin(), found.end(), isFailure));
+    return fmt::format("{0}{1}\" {2}>\n  <testsuite name=\"kelwhich {1}\" {2} skipped=\"{3}\">\n{4}  </testsuite>\n"
+                       "</testsuites>\n",
+                       junitBeginning, report.command, counts, knownCount(report), cases);
 }
 
 } // namespace tessgen::cli

@@ -16,9 +16,29 @@ namespace tessgen::cli {
 
 namespace {
 
+std::string below(const std::string& folder) {
+    return folder.ends_with('/') ? folder : folder + "/";
+}
+
 std::string relativeTo(const std::string& folder, std::string path) {
-    const auto above = folder.ends_with('/') ? folder : folder + "/";
+    const auto above = below(folder);
     return path.size() > above.size() && path.starts_with(above) ? path.substr(above.size()) : std::move(path);
+}
+
+// `path`, as it is shown, in a fingerprint: where the command runs and where the installation lies makes no difference.
+std::string stablePath(const Report& report, const std::string& path) {
+    return relativeTo(report.manifest.substr(0, report.manifest.rfind('/')),
+                      path.starts_with('/') ? path : below(report.folder) + path);
+}
+
+// Everything that tells a finding from others, but lines.
+std::string identity(const Report& report, const ReportedFinding& finding) {
+    auto text = fmt::format("{}\n{}\n{}\n", finding.entry->finding.code, escaped(finding.name),
+                            escaped(stablePath(report, finding.file)));
+    for (const auto& other : finding.others) {
+        text += escaped(other.isFile ? stablePath(report, other.text) : other.text) + "\n";
+    }
+    return text;
 }
 
 ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) {
@@ -28,7 +48,7 @@ ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) 
     ReportedFinding result;
     result.entry = &entry;
     result.name = inUTF8(finding.name.empty() && !isFile ? finding.path : finding.name);
-    result.file = relativeTo(report.folder, entry.use ? entry.use->file : isFile ? path : forJSON(report.manifest));
+    result.file = shownPath(report, entry.use ? entry.use->file : isFile ? path : forJSON(report.manifest));
     if (entry.use) {
         result.line = entry.use->line;
         result.column = entry.use->column;
@@ -38,22 +58,28 @@ ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) 
         if (other == nullptr || other->empty()) {
             continue;
         }
-        result.others.push_back({relativeTo(report.folder, inUTF8(*other)), other->front() == u'/'});
+        result.others.push_back({shownPath(report, inUTF8(*other)), other->front() == u'/'});
         if (finding.message.find(*other) == std::u16string::npos) {
             unnamed.push_back(escaped(result.others.back().text));
         }
     }
     const bool needsName = entry.use || path.empty();
-    result.message = (needsName ? escaped(result.name) + ": " : "") + escaped(inUTF8(finding.message));
-    result.text = fmt::format("{}{}. {}", result.message,
-                              unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")), finding.advice);
+    result.message = (needsName ? escaped(result.name) + ": " : "") + escaped(inUTF8(finding.message))
+                     + (unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")));
+    result.text = fmt::format("{}. {}", result.message, finding.advice);
     return result;
 }
 
 } // namespace
 
-bool hasKnown(const Report& report) {
-    return std::any_of(report.entries.begin(), report.entries.end(), [](const ReportEntry& e) { return e.isKnown; });
+std::size_t knownCount(const Report& report) {
+    const auto& entries = report.entries;
+    return static_cast<std::size_t>(
+        std::count_if(entries.begin(), entries.end(), [](const ReportEntry& entry) { return entry.isKnown; }));
+}
+
+std::string shownPath(const Report& report, std::string path) {
+    return relativeTo(report.folder, std::move(path));
 }
 
 std::string workingFolder() {
@@ -67,12 +93,9 @@ std::vector<ReportedFinding> reported(const Report& report) {
     std::map<std::string, std::size_t> known; // how often each text was seen
     for (const auto& entry : report.entries) {
         auto& result = all.emplace_back(reportedFinding(entry, report));
-        auto identity = fmt::format("{}\n{}\n{}\n", entry.finding.code, escaped(result.name), escaped(result.file));
-        for (const auto& other : result.others) {
-            identity += (&other == &result.others.front() ? "" : "\n") + escaped(other.text);
-        }
-        result.fingerprint =
-            fmt::format("{:016x}", standalone::hashOf(fmt::format("{}\n{}", identity, known[identity]++)));
+        auto text = identity(report, result);
+        text += std::to_string(known[text]++);
+        result.fingerprint = fmt::format("{:016x}", standalone::hashOf(text));
     }
     return all;
 }

@@ -34,15 +34,37 @@ struct ReportEntry {
     bool isKnown = false;             // a baseline lists it: shown as such, or left out
 };
 
+// A definition that a name may stand for.
+struct ReportedCandidate {
+    std::string path;   // UTF-8
+    std::size_t folder; // where it lies: an index of Report::folders
+    bool isSupported;
+    bool isMissing; // it is a file that does not exist
+};
+
+struct ReportedName {
+    std::string name;                          // UTF-8
+    std::vector<ReportedCandidate> candidates; // the preferred one first
+    std::string explanation;                   // escaped lines
+};
+
 struct Report {
     std::string_view command;
     std::vector<Rule> rules; // one for each code among the findings, at least
     std::vector<ReportEntry> entries;
     std::string folder;   // absolute; paths below it are shown relative to it
     std::string manifest; // the place of a finding about something that is not a file
+
+    // For formats that show names.
+    std::vector<ReportedName> names = {};
+    std::vector<std::string> folders = {}; // UTF-8, in search order; then what candidates lie in that are not files
 };
 
-[[nodiscard]] bool hasKnown(const Report& report);
+// How many entries a baseline lists.
+[[nodiscard]] std::size_t knownCount(const Report& report);
+
+// `path` relative to the report's folder, if it lies below it.
+[[nodiscard]] std::string shownPath(const Report& report, std::string path);
 
 // The working folder, as `Report::folder`; "/" when it is unknown.
 std::string workingFolder();
@@ -60,9 +82,9 @@ struct ReportedFinding {
     std::size_t line = 1;
     std::optional<std::size_t> column;
     std::vector<Other> others; // what else it is about
-    std::string message;       // escaped
-    std::string text;          // a sentence that names the others, and the advice; escaped
-    std::string fingerprint;   // same for the same code, name and files as shown; none is there twice
+    std::string message;       // a clause that names the others; escaped
+    std::string text;          // it as a sentence, and the advice; escaped
+    std::string fingerprint;   // same for the same code, name and files below the manifest; none is there twice
 };
 
 // In the order of the entries.

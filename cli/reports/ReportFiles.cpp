@@ -59,6 +59,10 @@ constexpr auto formats = std::to_array<ReportFormat>({
           return beginsWithOneOf(f, {gitlabBeginning, gitlabNothing});
       }},
      gitlabReport},
+    {"html",
+     {"an HTML report of kelwhich", "--report",
+      [](const std::string& f) { return beginsWithOneOf(f, {htmlBeginning}); }},
+     htmlReport},
     {github, {"a file of kelwhich's annotations", "--report", isAnnotations}, githubReport},
 });
 
@@ -75,7 +79,7 @@ void addReport(ReportTargets& targets, std::string_view argument) {
     const auto* const format =
         std::find_if(formats.begin(), formats.end(), [&](const auto& known) { return known.name == name; });
     if (format == formats.end() || file.empty()) {
-        refuseReport(argument, "is not FORMAT=FILE; FORMAT is json, sarif, junit, gitlab or github");
+        refuseReport(argument, "is not FORMAT=FILE; FORMAT is json, sarif, junit, gitlab, github or html");
     }
     if (file == standardOutput && name != github) {
         refuseReport(argument, "would mix with the text on standard output; name a file");

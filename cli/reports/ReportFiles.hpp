@@ -13,7 +13,7 @@ struct Report;
 struct ReportFormat;
 
 // What may stand before the file in the argument of --report.
-inline constexpr std::string_view reportFormats = "json= sarif= junit= gitlab= github=";
+inline constexpr std::string_view reportFormats = "json= sarif= junit= gitlab= github= html=";
 
 struct ReportTarget {
     const ReportFormat* format;

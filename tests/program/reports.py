@@ -1,0 +1,113 @@
+#!/usr/bin/python3
+"""Holds reports in all formats to the formats, and to hostile names.
+
+reports.py make FOLDER          makes the files of NAMES, which the doctor reports for their extension
+reports.py check FORMAT=FILE... each file is valid
+reports.py names FOLDER FORMAT=FILE... and reports each of NAMES
+"""
+
+import json
+import os
+import re
+import subprocess
+import sys
+import xml.etree.ElementTree as xml
+from urllib.parse import unquote
+
+from jsonschema import Draft202012Validator
+
+from page import Page
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+# The name of a file below FOLDER without its extension, and how people see it; None: as it is.
+NAMES = {
+    b"line\nend\ttab\rreturn\x01\x1b[31m\x7f": r"line\u{A}end\u{9}tab\u{D}return\u{1}\u{1B}[31m\u{7F}",
+    b"+p</script><script>alert(1)<!-- ]]>&amp;<b title='x\" onclick=x>": None,
+    b"%0A%25::error title=x,file=y,line=1::z": None,
+    "\u202e\u2066right\u200b\ufeff\ufffe\uffff\u0085\u2028".encode():
+        r"\u{202E}\u{2066}right\u{200B}\u{FEFF}\u{FFFE}\u{FFFF}\u{85}\u{2028}",
+    b"\xff\xc0\x80": r"\\x{FF}\\x{C0}\\x{80}", # the text that programs get, escaped as every text
+    br"back\slash \u{1} {{names}} @style@ ${x}": r"back\\slash \\u{1} {{names}} @style@ ${x}",
+    "\u00e9\u65e5\u672c\U0001f600".encode(): None,
+    b"n" * 252: None,
+}
+
+# GitLab's documentation of code quality, as a schema.
+GITLAB = {
+    "type": "array",
+    "items": {
+        "required": ["description", "check_name", "fingerprint", "severity", "location"],
+        "properties": {
+            "description": {"type": "string", "minLength": 1},
+            "check_name": {"type": "string", "minLength": 1},
+            "fingerprint": {"type": "string", "minLength": 1},
+            "severity": {"enum": ["info", "minor", "major", "critical", "blocker"]},
+            "location": {
+                "required": ["path", "lines"],
+                "properties": {
+                    "path": {"type": "string", "pattern": r"^(?!\./)"},
+                    "lines": {"required": ["begin"], "properties": {"begin": {"type": "integer", "minimum": 1}}},
+                },
+            },
+        },
+    },
+}
+# A command of GitHub: in a property ":" and "," are syntax.
+GITHUB = re.compile(r"::(error|warning|notice) title=kelwhich [a-z0-9-]+,file=([^:,\x00-\x1f]*)(,line=\d+,col=\d+)?::[^\x00-\x1f]*")
+
+
+def expect(condition, *words):
+    if not condition:
+        sys.exit(" ".join(map(str, words)))
+
+
+def places(form, file):
+    """The places of the findings, as people see them or as they are."""
+    text = open(file, encoding="utf-8", newline="").read()
+    if form == "json":
+        return [entry["path"].removeprefix(os.getcwd() + "/") for entry in json.loads(text)["findings"]]
+    if form == "gitlab":
+        Draft202012Validator(GITLAB).validate(json.loads(text))
+        return [entry["location"]["path"] for entry in json.loads(text)]
+    if form == "sarif":
+        locations = [result["locations"][0]["physicalLocation"] for result in json.loads(text)["runs"][0]["results"]]
+        return [unquote(location["artifactLocation"]["uri"]) for location in locations]
+    if form == "junit":
+        subprocess.run(["xmllint", "--noout", "--schema", HERE + "/junit.xsd", file], check=True, stderr=subprocess.PIPE)
+        cases = [case for case in xml.fromstring(text).iter("testcase") if len(case)]
+        return [case.get("name") for case in cases]
+    if form == "github":
+        lines = [line for line in text.split("\n")[:-1] if not line.startswith("kelwhich: ")]
+        expect(all(GITHUB.fullmatch(line) for line in lines), "not a command:", lines)
+        return [unquote(GITHUB.fullmatch(line)[2]) for line in lines]
+    page = Page(text)
+    expect(not page.wrong, file, *page.wrong)
+    return page.places
+
+
+def spelled(form, name, shown):
+    """The name in a format: programs get it as it is where it is UTF-8."""
+    try:
+        return name.decode() if form in ("json", "gitlab", "sarif") else shown or name.decode()
+    except UnicodeDecodeError:
+        return shown.replace("\\\\", "\\")
+
+
+def check(arguments, folder=None):
+    for argument in arguments:
+        form, file = argument.split("=")
+        found = places(form, file)
+        for name, shown in NAMES.items() if folder else ():
+            place = f"{folder}/{spelled(form, name, shown)}.VK"
+            expect(found.count(place) == 1, form, "lacks", ascii(place), ascii(found))
+        print(f"{form}: {len(found)} findings")
+
+
+if sys.argv[1] == "make":
+    for name in NAMES:
+        path = os.path.join(sys.argv[2].encode(), name + b".VK")
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        open(path, "w").close()
+else:
+    check([argument for argument in sys.argv[2:] if "=" in argument], sys.argv[2] if sys.argv[1] == "names" else None)
