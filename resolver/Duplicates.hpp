@@ -57,7 +57,7 @@ private:
         return *places_.insert(place).first;
     }
 
-    const WhichResult& at(std::size_t place) const { return recorder_.resultOf(candidates_[place]); }
+    [[nodiscard]] const WhichResult& at(std::size_t place) const { return recorder_.resultOf(candidates_[place]); }
 
     struct Hash {
         const DistinctCandidates* list;

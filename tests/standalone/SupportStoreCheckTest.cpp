@@ -53,7 +53,7 @@ std::vector<std::string> findingsAfter(const Change& change) {
 TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
     enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };
     EXPECT_EQ(findingsAfter([](Entries& entries) { EXPECT_EQ(entries.size(), info + 1); }), std::vector<std::string>{});
-    const auto withRecord = [](std::u16string_view symbol, std::vector<std::u16string> names) {
+    const auto withRecord = [](std::u16string_view symbol, const std::vector<std::u16string>& names) {
         return [=](Entries& e) {
             e[fileG] =
                 withChecksum(e[fileG].first, encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, names}));

@@ -95,7 +95,7 @@ std::string beyondLimit(const TemporaryFolder& folder, const std::string& good) 
     constexpr std::uint32_t slots = 1U << 29U;
     const auto lastCount = databaseHeaderSize - databasePointerSize / 2;
     const auto count = encodeNumber(numberFrom(std::string_view(content).substr(lastCount)) + slots);
-    const auto file = folder.write("long.cdb", content.replace(lastCount, count.size(), count));
+    auto file = folder.write("long.cdb", content.replace(lastCount, count.size(), count));
     std::filesystem::resize_file(file, content.size() + std::uint64_t{slots} * databaseSlotSize);
     return file;
 }
