@@ -1,6 +1,7 @@
 #include "analysis/Definition.hpp"
 
 #include "analysis/Answer.hpp"
+#include "analysis/Rules.hpp"
 #include "host/Paths.hpp"
 
 #include <algorithm>
@@ -60,8 +61,8 @@ std::optional<Finding> unreachable(const Definition& definition) {
     for (const auto& obstacle : obstacles) {
         message.append(&obstacle == &obstacles.front() ? u"" : u", and ").append(obstacle.words);
     }
-    return Finding{"unreachable",      Level::warning,          ownName(definition), definition.path, {}, {},
-                   std::move(message), obstacles.front().advice};
+    return Finding{rule::unreachable.code, rule::unreachable.level, ownName(definition), definition.path, {}, {},
+                   std::move(message),     obstacles.front().advice};
 }
 
 std::optional<Finding> hidden(const Definition& definition, const Explanation& explanation) {
@@ -74,15 +75,15 @@ std::optional<Finding> hidden(const Definition& definition, const Explanation& e
     }
     const auto& first = answer.front();
     const bool isRedirected = first.resolution != &explanation.resolutions.back();
-    return Finding{"hidden",
-                   Level::warning,
+    return Finding{rule::hidden.code,
+                   rule::hidden.level,
                    explanation.name,
                    definition.path,
                    first.candidate->result.path,
                    own == answer.end() ? std::nullopt : keyBetween(first, *own),
                    subject(*first.candidate) + u" comes before it"
                        + (isRedirected ? u", by a redirect to " + first.resolution->name : u""),
-                   "Rename one of the two; or remove this one, if it is not needed."};
+                   rule::hidden.advice};
 }
 
 } // namespace tessgen::analysis

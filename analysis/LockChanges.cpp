@@ -15,20 +15,19 @@ namespace {
 constexpr std::string_view advice =
     "If that is not meant, find the cause with kelwhich explain; if it is, write the lock anew.";
 
-constexpr ChangeRule nameAdded{"name-added", Level::note, "A name that had no candidate has one.", advice};
-constexpr ChangeRule nameRemoved{"name-removed", Level::warning, "A name that had a candidate has none.", advice};
-constexpr ChangeRule preferredChanged{"preferred-changed", Level::warning, "A name has another preferred candidate.",
-                                      advice};
-constexpr ChangeRule orderChanged{"order-changed", Level::note,
-                                  "Behind the preferred candidate of a name, candidates came, went or moved.", advice};
-constexpr ChangeRule supportChanged{"support-changed", Level::warning,
-                                    "A candidate of a name became supported, or is no longer.", advice};
-constexpr ChangeRule existenceChanged{"existence-changed", Level::warning,
-                                      "The file of a candidate, which a record leads to, came or went.", advice};
-constexpr ChangeRule reasonChanged{"reason-changed", Level::note,
-                                   "The candidates of a name have the same order for another reason.", advice};
-constexpr std::array rules = {nameAdded,      nameRemoved,      preferredChanged, orderChanged,
-                              supportChanged, existenceChanged, reasonChanged};
+constexpr Rule nameAdded{"name-added", Level::note, "A name that had no candidate has one.", advice};
+constexpr Rule nameRemoved{"name-removed", Level::warning, "A name that had a candidate has none.", advice};
+constexpr Rule preferredChanged{"preferred-changed", Level::warning, "A name has another preferred candidate.", advice};
+constexpr Rule orderChanged{"order-changed", Level::note,
+                            "Behind the preferred candidate of a name, candidates came, went or moved.", advice};
+constexpr Rule supportChanged{"support-changed", Level::warning,
+                              "A candidate of a name became supported, or is no longer.", advice};
+constexpr Rule existenceChanged{"existence-changed", Level::warning,
+                                "The file of a candidate, which a record leads to, came or went.", advice};
+constexpr Rule reasonChanged{"reason-changed", Level::note,
+                             "The candidates of a name have the same order for another reason.", advice};
+constexpr std::array everyChange = {nameAdded,      nameRemoved,      preferredChanged, orderChanged,
+                                    supportChanged, existenceChanged, reasonChanged};
 
 using Candidates = std::vector<LockedCandidate>;
 
@@ -70,8 +69,7 @@ std::optional<kelwhich::Explanation::Key> keyBetween(const Candidates& candidate
 }
 
 // From the candidate at `before` to the one at `after`, places that may be behind the last.
-Change change(const ChangeRule& rule, const LockedName& old, std::size_t before, const LockedName& now,
-              std::size_t after) {
+Change change(const Rule& rule, const LockedName& old, std::size_t before, const LockedName& now, std::size_t after) {
     const auto pathAt = [](const Candidates& candidates, std::size_t place) {
         return place < candidates.size() ? candidates[place].path : u"";
     };
@@ -118,7 +116,7 @@ std::optional<std::pair<std::size_t, std::size_t>> firstChanged(const Candidates
 
 } // namespace
 
-const std::span<const ChangeRule> changeRules = rules;
+const std::span<const Rule> changeRules = everyChange;
 
 std::vector<Change> changesOf(const LockedName& before, const LockedName& after) {
     const auto& old = before.candidates;

@@ -3,24 +3,17 @@
 // Threads: any.
 #pragma once
 
-#include "analysis/Finding.hpp"
 #include "analysis/Lock.hpp"
+#include "analysis/Rules.hpp"
 
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tessgen::analysis {
 
-// A kind of change.
-struct ChangeRule {
-    std::string_view code;
-    Level level;
-    std::string_view message; // a sentence
-    std::string_view advice;  // a sentence
-};
-extern const std::span<const ChangeRule> changeRules;
+// One for each kind of change.
+extern const std::span<const Rule> changeRules;
 
 struct Change {
     Finding finding; // about the candidate after the change, with the one before it; paths as in the locks

@@ -1,6 +1,7 @@
 #include "analysis/PreferredCandidate.hpp"
 
 #include "analysis/Answer.hpp"
+#include "analysis/Rules.hpp"
 #include "host/Paths.hpp"
 
 #include <algorithm>
@@ -17,12 +18,6 @@ using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Key = Explanation::Key;
 using Question = Explanation::Source::Question;
-
-struct Rule {
-    std::string_view code;
-    Level level;
-    std::string_view advice;
-};
 
 // A finding of the preferred candidate, with another one unless that is null.
 Finding found(const Rule& rule, const Explanation& explanation, const Answered& first, const Answered* other,
@@ -73,14 +68,14 @@ std::optional<Finding> noCandidate(const Explanation& explanation) {
                          ? u" has a record, but the host does not find it"
                          : u" lies in a private folder, which a name without \"/\" does not reach");
     }
-    return Finding{"no-candidate",
-                   Level::error,
+    return Finding{rule::noCandidate.code,
+                   rule::noCandidate.level,
                    explanation.name,
                    {},
                    dropped.empty() ? u"" : dropped.front().result.path,
                    {},
                    std::move(message),
-                   "Correct the name, define it, or put the folder of its definition on the search path."};
+                   rule::noCandidate.advice};
 }
 
 std::optional<Finding> unsupported(const Explanation& explanation, Level level) {
@@ -88,9 +83,9 @@ std::optional<Finding> unsupported(const Explanation& explanation, Level level) 
     if (answer.empty() || answer.front().candidate->isSupported()) {
         return std::nullopt;
     }
-    return found({"unsupported", level,
-                  "Use a supported definition; or, if code can be generated for this one, correct its record."},
-                 explanation, answer.front(), nullptr,
+    auto ofLevel = rule::unsupported;
+    ofLevel.level = level;
+    return found(ofLevel, explanation, answer.front(), nullptr,
                  subject(*answer.front().candidate) + u" is not supported" + whyUnsupported(answer.front()));
 }
 
@@ -99,8 +94,7 @@ std::optional<Finding> missingFile(const Explanation& explanation, bool preferre
     if (preferredExists || answer.empty()) {
         return std::nullopt;
     }
-    return found({"missing-file", Level::error, "Create the file; or remove its record, and rebuild the store."},
-                 explanation, answer.front(), nullptr,
+    return found(rule::missingFile, explanation, answer.front(), nullptr,
                  subject(*answer.front().candidate) + u" does not exist, and only its record leads to it");
 }
 
@@ -112,9 +106,7 @@ std::optional<Finding> hidesSupported(const Explanation& explanation) {
         return std::nullopt;
     }
     const auto hidden = static_cast<std::size_t>(std::count_if(first, answer.end(), isSupported));
-    return found({"hides-supported", Level::warning,
-                  "If a supported one is meant, rename the first, or take its folder off the search path."},
-                 explanation, answer.front(), &*first,
+    return found(rule::hidesSupported, explanation, answer.front(), &*first,
                  subject(*answer.front().candidate) + u" comes before " + counted(hidden, u"supported definition"));
 }
 
@@ -131,8 +123,7 @@ std::optional<Finding> hidesHost(const Explanation& explanation) {
         return std::nullopt;
     }
     const bool isKEL = other->candidate->kind != Explanation::Kind::other;
-    return found({"hides-host", Level::note, "If the other one is meant, rename yours."}, explanation, answer.front(),
-                 &*other,
+    return found(rule::hidesHost, explanation, answer.front(), &*other,
                  subject(user) + u" comes before " + subject(*other->candidate)
                      + (isKEL ? u" of the code generator" : u" of the host"));
 }
@@ -142,8 +133,7 @@ std::optional<Finding> orderOnly(const Explanation& explanation) {
     if (answer.size() < 2 || keyBetween(answer[0], answer[1]) != Key::gathered) {
         return std::nullopt;
     }
-    return found({"order-only", Level::warning, "Keep one of the two, or see that the order is the one that is meant."},
-                 explanation, answer[0], &answer[1],
+    return found(rule::orderOnly, explanation, answer[0], &answer[1],
                  u"only " + orderOf(*answer[0].candidate, *answer[1].candidate) + u" puts the first before the second");
 }
 
@@ -156,8 +146,7 @@ std::optional<Finding> onlyIndirect(const Explanation& explanation) {
         return std::nullopt;
     }
     const auto& candidate = *answer.front().candidate;
-    return found({"only-indirect", Level::warning, "Define the name itself; or correct the names of the record."},
-                 explanation, answer.front(), nullptr,
+    return found(rule::onlyIndirect, explanation, answer.front(), nullptr,
                  u"nothing defines the name itself; " + subject(candidate) + u" defines " + candidate.definedName);
 }
 

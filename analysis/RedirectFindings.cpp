@@ -1,6 +1,7 @@
 #include "analysis/RedirectFindings.hpp"
 
 #include "analysis/Answer.hpp"
+#include "analysis/Rules.hpp"
 #include "host/Paths.hpp"
 
 #include <set>
@@ -22,20 +23,12 @@ std::u16string whyIgnored(const Redirect& redirect) {
 
 Finding findingOf(const Redirect& redirect, const std::u16string& name) {
     const std::u16string file(kelwhich::fileName(redirect.path));
-    Finding finding{"redirect-dead",
-                    Level::warning,
-                    name,
-                    redirect.path,
-                    {},
-                    {},
-                    u"the record of " + file + u" redirects to " + redirect.target + u", and nothing is found there",
-                    "Correct the target of the redirect, or remove the redirect from the record."};
-    if (!redirect.isHonoured()) {
-        finding.code = "redirect-ignored";
-        finding.message = u"a redirect to " + redirect.target + u" does not count: " + file + whyIgnored(redirect);
-        finding.advice = "Redirect by the record of a file that defines the name, or remove the redirect.";
-    }
-    return finding;
+    const auto& broken = redirect.isHonoured() ? rule::redirectDead : rule::redirectIgnored;
+    auto message =
+        redirect.isHonoured()
+            ? u"the record of " + file + u" redirects to " + redirect.target + u", and nothing is found there"
+            : u"a redirect to " + redirect.target + u" does not count: " + file + whyIgnored(redirect);
+    return {broken.code, broken.level, name, redirect.path, {}, {}, std::move(message), broken.advice};
 }
 
 } // namespace

@@ -47,6 +47,8 @@ int run(const Request& request) {
         return diff(request);
     case Action::doctor:
         return doctor(request);
+    case Action::check:
+        return check(request);
     case Action::help:
         writeOut(helpText(request.topic));
         noteOnName(request);

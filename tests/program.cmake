@@ -12,6 +12,7 @@ endforeach()
 add_unit_tests(
   program_tests
   SOURCES
+  cli/CheckingTest.cpp
   cli/LocksTest.cpp
   cli/ReachingNamesTest.cpp
   cli/RecordingTest.cpp

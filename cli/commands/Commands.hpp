@@ -9,7 +9,7 @@ enum ExitCode {
     exitYes = 0,     // every name has a candidate and meets --require; the task is done
     exitNo = 1,      // a name has no candidate or does not meet --require; there are findings or changes
     exitFailed = 2,  // nothing could be answered or done
-    exitPartial = 3, // some names were answered, others rejected or failed; `init` left out a folder
+    exitPartial = 3, // some names were answered, others rejected or failed; a folder was left out
 };
 
 // Prints the candidates of every name, all at once after the last name is answered.
@@ -60,6 +60,9 @@ int diff(const Request& request);
 
 // Prints the names that begin as the operand does, for the completions of shells.
 int completeName(const Request& request);
+
+// Prints the findings about definitions and uses; exitNo when one is as grave as --fail-on says.
+int check(const Request& request);
 
 // Prints the findings about the installation; exitNo when there are any.
 int doctor(const Request& request);

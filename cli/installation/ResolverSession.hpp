@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace tessgen::cli {
 
@@ -44,6 +45,9 @@ public:
 
     // Whether a candidate is a file that does not exist: only a record can lead to one. False when that is not known.
     [[nodiscard]] bool isMissing(const kelwhich::Explanation::Candidate& candidate) const;
+
+    // Whether a file of that path counts as one of the KEL path. Errors: those of FileSystem.
+    [[nodiscard]] bool isOnKELPath(const std::u16string& path) const { return files_->isOnKELPath(path); }
 
     // Forgets the cached answers of the disk, so that the next question asks it again.
     void dropCache();

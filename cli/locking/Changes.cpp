@@ -115,9 +115,7 @@ std::string asJSON(const std::vector<NameChanges>& names, const Lock& before, co
 
 Report reportOn(const std::vector<NameChanges>& names, std::string_view command, const Lock& after) {
     Report report{command, {}, {}, workingFolder(), after.place};
-    for (const auto& [code, level, message, advice] : analysis::changeRules) {
-        report.rules.push_back({code, level, message, advice});
-    }
+    report.rules.assign(analysis::changeRules.begin(), analysis::changeRules.end());
     for (const auto& name : names) {
         for (const auto& change : name.changes) {
             auto& finding = report.entries.emplace_back().finding;

@@ -92,6 +92,17 @@ constexpr auto configExamples = std::to_array<Example>({
 constexpr auto initExamples = std::to_array<Example>({
     {"kelwhich init . --kel kel --source-code library --records", "write installation.json and support.jsonl here"},
 });
+constexpr auto checkColumns = std::to_array<Term>({
+    {"place", "the definition; for a use, FILE:LINE:COLUMN or the name alone"},
+    {"level", "error, warning or note"},
+    {"[code]", "what kind of finding it is; below the findings is what to do about each kind"},
+});
+constexpr auto checkExamples = std::to_array<Example>({
+    {"kelwhich check mine", "print what is worth knowing of the definitions in a folder"},
+    {"printf 'main.vk:3:5\\tsum\\n' | kelwhich check --names - --fail-on error",
+     "check also a use; fail only on errors"},
+    {"kelwhich check --except hides-host --report sarif=check.sarif", "also write a report for code scanning"},
+});
 constexpr auto doctorExamples = std::to_array<Example>({
     {"kelwhich doctor", "print what is wrong; exit with 1 when something is"},
     {"kelwhich doctor --report sarif=doctor.sarif --report junit=doctor.xml", "also write reports for programs"},
@@ -129,6 +140,7 @@ constexpr auto detailsTable = std::to_array<CommandDetails>({
     {Action::indexVerify, {}, indexVerifyExamples},
     {Action::config, configColumns, configExamples},
     {Action::init, {}, initExamples},
+    {Action::check, checkColumns, checkExamples},
     {Action::doctor, {}, doctorExamples},
     {Action::lock, lockColumns, lockExamples},
     {Action::diff, {}, diffExamples},
@@ -145,6 +157,8 @@ struct OwnHelp {
 constexpr auto ownHelpTable = std::to_array<OwnHelp>({
     {Action::which, "json", "print one JSON document; with --from one line per name; errors are JSON, too"},
     {Action::batch, "json", "print one line of JSON per name; errors are JSON, too"},
+    {Action::check, "null", "read NUL-terminated lines from the file of --names"},
+    {Action::check, "verbose", "also list the notes, which are only counted otherwise"},
     {Action::storeBuild, "output", "write the store to this file, not to the manifest's supportStore"},
     {Action::lock, "from", "lock only the names in the lines of a file (- for standard input)"},
     {Action::lock, "null", "the names of --from are NUL-terminated"},

@@ -220,7 +220,7 @@ private:
         if (takes == Operands::two && given != 2) {
             refuse(fmt::format("'{}' takes {}, but got {}", command_->words(), command_->operands, given));
         }
-        if (given > 1 && takes != Operands::names && takes != Operands::two) {
+        if (given > 1 && !command_->takesSeveral()) {
             refuse(fmt::format("'{}' takes one {}, but got {}", command_->words(), command_->operands, given));
         }
     }
@@ -262,8 +262,9 @@ private:
         if (isLock && !request_.lockToCheck && (request_.json || !request_.reports.empty())) {
             refuse(fmt::format("--{} needs --check with 'lock'", request_.json ? "json" : "report"));
         }
-        if (request_.action != Action::which && request_.null && !request_.from) {
-            refuse(fmt::format("--null needs --from with '{}'", command_->words()));
+        const bool isCheck = request_.action == Action::check;
+        if (request_.action != Action::which && request_.null && !(isCheck ? request_.names : request_.from)) {
+            refuse(fmt::format("--null needs --{} with '{}'", isCheck ? "names" : "from", command_->words()));
         }
         const std::vector<std::string> inputs = {request_.from.value_or(""), request_.lockToCheck.value_or("")};
         if (std::count(inputs.begin(), inputs.end(), "-")

@@ -13,7 +13,7 @@ namespace tessgen::cli {
 // What the command line asks for.
 struct Request {
     Action action = Action::which;
-    std::vector<std::string> operands; // the names, or the single operand of the command
+    std::vector<std::string> operands; // the names or paths, or the single operand of the command
     bool mayMeanCommand = false;       // the first operand stands where a command could
     std::string onlyWord;              // of the command line: a command, which may have been meant as a name
     std::string topic;                 // help: a command, or the first word of some; empty for the overview
@@ -26,6 +26,10 @@ struct Request {
     std::optional<std::string> lockToCheck; // "-" is standard input
     Requirement require;
     ReportTargets reports;
+    std::optional<std::string> names;                                 // check: a file of uses
+    std::optional<analysis::Level> failOn = analysis::Level::warning; // check
+    std::vector<std::string> only;                                    // check: codes; empty for all
+    std::vector<std::string> except;
     bool json = false;
     std::vector<std::string> kelFolders;        // init
     std::vector<std::string> sourceCodeFolders; // init

@@ -1,5 +1,6 @@
 #include "cli/options/Options.hpp"
 
+#include "analysis/Rules.hpp"
 #include "cli/options/CommandLine.hpp"
 #include "cli/output/Console.hpp"
 #include "standalone/text/Text.hpp"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -18,6 +20,27 @@ namespace {
 constexpr unsigned everyCommand = ~0U;
 constexpr unsigned asksNames = bit(Action::which) | bit(Action::explain);
 constexpr unsigned comparesLocks = bit(Action::lock) | bit(Action::diff);
+
+// The codes of findings, separated by spaces.
+constexpr auto joinedCodes = [] {
+    constexpr std::size_t size = [] {
+        std::size_t sum = 0;
+        for (const auto& rule : analysis::rules) {
+            sum += rule.code.size() + 1;
+        }
+        return sum;
+    }();
+    std::array<char, size> text{};
+    std::size_t end = 0;
+    for (const auto& rule : analysis::rules) {
+        for (const char c : rule.code) {
+            text.at(end++) = c;
+        }
+        text.at(end++) = ' ';
+    }
+    return text;
+}();
+constexpr std::string_view codes(joinedCodes.data(), joinedCodes.size() - 1);
 
 constexpr CommandRow hiddenCommand = {
     Action::completeName,
@@ -50,6 +73,9 @@ constexpr auto commands = std::to_array<CommandRow>({
     {Action::config, "config", "", "", Operands::none, "print every setting in effect and its source"},
     {Action::init, "init", "", "FOLDER", Operands::one,
      "write a manifest for the source files in a folder, or with --update add to it", Completes::folders},
+    {Action::check, "check", "", "[PATH...]", Operands::any,
+     "print what is worth knowing of every definition in files and folders, by default in the user's own search "
+     "folders"},
     {Action::doctor, "doctor", "", "", Operands::none, "print what is wrong with the installation and what to do"},
     {Action::lock, "lock", "", "", Operands::none,
      "write what every known name stands for, one line per name, or check that nothing has changed since"},
@@ -66,14 +92,14 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char* argument) { request.installation = argument; }},
     {"json", 'j', nullptr,
      asksNames | bit(Action::provides) | bit(Action::batch) | bit(Action::storeInfo) | bit(Action::config)
-         | bit(Action::doctor) | comparesLocks,
+         | bit(Action::doctor) | bit(Action::check) | comparesLocks,
      "print JSON instead of text, errors included", [](Request& request, const char*) { request.json = true; }},
     {"from", 'f', "FILE", bit(Action::which) | comparesLocks,
      "read names from the lines of a file (- for standard input); with --json print one line per name",
      [](Request& request, const char* argument) { request.from = argument; }},
     {"first", 0, nullptr, bit(Action::which) | bit(Action::batch), "print only the preferred candidate of each name",
      [](Request& request, const char*) { request.first = true; }},
-    {"null", '0', nullptr, bit(Action::which) | comparesLocks,
+    {"null", '0', nullptr, bit(Action::which) | bit(Action::check) | comparesLocks,
      "print only file paths, unescaped and NUL-terminated; with --from also read NUL-terminated names",
      [](Request& request, const char*) { request.null = true; }},
     {"quiet", 'q', nullptr, bit(Action::which), "print no answers; only set the exit code",
@@ -85,7 +111,7 @@ constexpr auto options = std::to_array<OptionRow>({
     {"why-not", 0, "PATH", bit(Action::explain),
      "explain why the definition at this path is not the first candidate, or not one at all",
      [](Request& request, const char* argument) { request.whyNot = argument; }},
-    {"verbose", 'v', nullptr, bit(Action::explain), "also list the folders that the host searched",
+    {"verbose", 'v', nullptr, bit(Action::explain) | bit(Action::check), "also list the folders that the host searched",
      [](Request& request, const char*) { request.verbose = true; }},
     {"output", 'o', "FILE", bit(Action::storeBuild) | bit(Action::storeExport) | bit(Action::lock),
      "write to this file; without it, store build writes the manifest's supportStore, store export standard output",
@@ -97,7 +123,21 @@ constexpr auto options = std::to_array<OptionRow>({
      [](Request& request, const char* argument) { request.record = argument; }},
     {"replay", 0, "FILE", asksNames, "answer from a recording, without an installation",
      [](Request& request, const char* argument) { request.replay = argument; }},
-    {"report", 0, "FORMAT=FILE", bit(Action::doctor) | comparesLocks,
+    {"names", 0, "FILE", bit(Action::check),
+     "also check the names that a program uses: a line for each, NAME or FILE:LINE:COLUMN, a TAB and NAME (- for "
+     "standard input)",
+     [](Request& request, const char* argument) { request.names = argument; }},
+    {"fail-on", 0, "LEVEL", bit(Action::check),
+     "exit 1 when a finding has this level or a graver one: note, warning, which is the default, error or never",
+     [](Request& request, const char* argument) { request.failOn = levelNamed(argument); }, Completes::nothing,
+     "error warning note never"},
+    {"only", 0, "CODE,...", bit(Action::check), "report only findings with these codes",
+     [](Request& request, const char* argument) { addCodes(request.only, "only", argument); }, Completes::nothing,
+     codes},
+    {"except", 0, "CODE,...", bit(Action::check), "do not report findings with these codes",
+     [](Request& request, const char* argument) { addCodes(request.except, "except", argument); }, Completes::nothing,
+     codes},
+    {"report", 0, "FORMAT=FILE", bit(Action::doctor) | bit(Action::check) | comparesLocks,
      "also write the findings to this file, as json, sarif, junit, gitlab, github or html; may be repeated",
      [](Request& request, const char* argument) { addReport(request.reports, argument); }, Completes::files,
      reportFormats},
@@ -170,6 +210,29 @@ void addRequirements(Requirement& requirement, std::string_view words) {
                 fmt::format("--require: unknown word '{}'; use user, supported or single; see kelwhich --help", word));
         }
     }
+}
+
+void addCodes(std::vector<std::string>& chosen, std::string_view option, std::string_view words) {
+    for (const auto& code : standalone::split(words, ',')) {
+        if (std::none_of(analysis::rules.begin(), analysis::rules.end(),
+                         [&](const analysis::Rule& rule) { return rule.code == code; })) {
+            throw std::runtime_error(fmt::format("--{}: unknown code '{}'; use some of {}", option, code, codes));
+        }
+        chosen.push_back(code);
+    }
+}
+
+std::optional<analysis::Level> levelNamed(std::string_view word) {
+    for (const auto level : {analysis::Level::note, analysis::Level::warning, analysis::Level::error}) {
+        if (word == levelName(level)) {
+            return level;
+        }
+    }
+    if (word != "never") {
+        throw std::runtime_error(
+            fmt::format("--fail-on: unknown level '{}'; use note, warning, error or never; see kelwhich --help", word));
+    }
+    return std::nullopt;
 }
 
 } // namespace tessgen::cli

@@ -2,6 +2,9 @@
 // made from them.
 #pragma once
 
+#include "analysis/Finding.hpp"
+
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +30,7 @@ enum class Action : unsigned {
     provides,
     lock,
     diff,
+    check,
     completeName,
     help, // also by --help
     version
@@ -40,6 +44,7 @@ enum class Operands {
     names, // one or more
     one,
     two,
+    any,      // none or more
     optional, // at most one
     none,
 };
@@ -57,6 +62,9 @@ struct CommandRow {
     Completes completes = Completes::files;
 
     [[nodiscard]] std::string words() const;
+    [[nodiscard]] bool takesSeveral() const {
+        return takes == Operands::names || takes == Operands::any || takes == Operands::two;
+    }
 };
 
 struct OptionRow {
@@ -93,5 +101,13 @@ struct Requirement {
 // Adds the words of an argument of --require, which are separated by ",".
 // Errors: std::runtime_error for an unknown word.
 void addRequirements(Requirement& requirement, std::string_view words);
+
+// Adds the codes of an argument of --only or --except, which are separated by ",".
+// Errors: std::runtime_error for an unknown code.
+void addCodes(std::vector<std::string>& chosen, std::string_view option, std::string_view words);
+
+// The level that an argument of --fail-on names; nothing for "never".
+// Errors: std::runtime_error for another word.
+std::optional<analysis::Level> levelNamed(std::string_view word);
 
 } // namespace tessgen::cli

@@ -75,11 +75,12 @@ struct Style {
     std::string_view first;
     std::string_view aside; // never around what one compares
     std::string_view error;
+    std::string_view warning;
     std::string_view end;
 };
 
 constexpr Style outputStyle(bool coloured) {
-    return coloured ? Style{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[31m", "\x1B[0m"} : Style{};
+    return coloured ? Style{"\x1B[1m", "\x1B[32m", "\x1B[2m", "\x1B[31m", "\x1B[33m", "\x1B[0m"} : Style{};
 }
 
 // The message of `error`. For std::filesystem::filesystem_error: the path, what failed and what to do.

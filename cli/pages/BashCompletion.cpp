@@ -33,7 +33,7 @@ std::string caseOf(const CommandRow& row) {
     std::string operand;
     if (row.takes != Operands::none) {
         operand = fmt::format("offer={}\n            ", offer(row.completes));
-        if (!takesMany(row)) {
+        if (!row.takesSeveral()) {
             operand.insert(0, fmt::format("[[ $count != {} ]] || ", wordCount(row)));
         }
     }

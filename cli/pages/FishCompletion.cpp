@@ -101,7 +101,7 @@ complete -c kelwhich -f
     }
     for (const auto& row : commandTable) {
         if (row.takes != Operands::none && row.completes != Completes::nothing) {
-            text += complete(whenCommand(row, takesMany(row) ? 0 : wordCount(row)),
+            text += complete(whenCommand(row, row.takesSeveral() ? 0 : wordCount(row)),
                              row.completes == Completes::files ? " -F" : offer(row.completes));
         }
     }

@@ -33,10 +33,6 @@ inline int wordCount(const CommandRow& row) {
     return row.secondWord.empty() ? 1 : 2;
 }
 
-inline bool takesMany(const CommandRow& row) {
-    return row.takes == Operands::names || row.takes == Operands::two;
-}
-
 inline bool takesFile(const CommandRow& row) {
     return row.takes == Operands::one || row.takes == Operands::optional;
 }

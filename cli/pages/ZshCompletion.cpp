@@ -55,7 +55,7 @@ std::string caseOf(const CommandRow& row) {
         const auto spec = fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes));
         operands.append(" ").append(quoted(spec));
     }
-    if (takesMany(row)) {
+    if (row.takesSeveral()) {
         operands.append(" ").append(quoted(fmt::format("*:{}:{}", described(row.operands), action(row.completes))));
     }
     const auto pattern =

@@ -48,8 +48,8 @@ analysis::Finding asFinding(const standalone::Finding& finding) {
             advice};
 }
 
-std::vector<Rule> doctorRules() {
-    std::vector<Rule> rules;
+std::vector<analysis::Rule> doctorRules() {
+    std::vector<analysis::Rule> rules;
     for (std::size_t index = 0; index < standalone::diagnosticCount; ++index) {
         const auto diagnostic = static_cast<Diagnostic>(index);
         const auto& [code, message, advice] = textOf(diagnostic);

@@ -13,6 +13,6 @@ namespace tessgen::cli {
 analysis::Finding asFinding(const standalone::Finding& finding);
 
 // One for each diagnostic.
-std::vector<Rule> doctorRules();
+std::vector<analysis::Rule> doctorRules();
 
 } // namespace tessgen::cli

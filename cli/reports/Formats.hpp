@@ -6,6 +6,8 @@
 
 #include "cli/reports/Report.hpp"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,9 @@ namespace tessgen::cli {
 
 // Why a known finding is passed over.
 inline constexpr std::string_view knownWords = "listed in the baseline";
+
+// An element of the list of findings.
+nlohmann::ordered_json document(const ReportEntry& entry);
 
 inline constexpr std::string_view jsonBeginning = R"({"schema":"kelwhich/1","findings":[)";
 std::string jsonReport(const Report& report);

@@ -14,6 +14,7 @@ namespace tessgen::cli {
 
 namespace {
 
+using analysis::Rule;
 using Document = nlohmann::ordered_json;
 
 constexpr std::string_view baseId = "%SRCROOT%"; // the name by convention
@@ -115,20 +116,22 @@ Document gitlabIssue(const ReportedFinding& entry) {
 
 } // namespace
 
+nlohmann::ordered_json document(const ReportEntry& entry) {
+    auto printed = document(entry.finding);
+    if (!entry.finding.name.empty()) {
+        printed["name"] = inUTF8(entry.finding.name);
+    }
+    if (entry.use && !entry.use->file.empty()) {
+        printed["use"] = {{"file", entry.use->file}, {"line", entry.use->line}, {"column", entry.use->column}};
+    }
+    if (entry.isKnown) {
+        printed["known"] = true;
+    }
+    return printed;
+}
+
 std::string jsonReport(const Report& report) {
-    const auto list = jsonList(report.entries, [](const ReportEntry& entry) {
-        auto printed = document(entry.finding);
-        if (!entry.finding.name.empty()) {
-            printed["name"] = inUTF8(entry.finding.name);
-        }
-        if (entry.use) {
-            printed["use"] = {{"file", entry.use->file}, {"line", entry.use->line}, {"column", entry.use->column}};
-        }
-        if (entry.isKnown) {
-            printed["known"] = true;
-        }
-        return printed;
-    });
+    const auto list = jsonList(report.entries, [](const ReportEntry& entry) { return document(entry); });
     return fmt::format("{}{}}}\n", jsonBeginning, list.substr(1));
 }
 

@@ -48,14 +48,18 @@ ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) 
     ReportedFinding result;
     result.entry = &entry;
     result.name = inUTF8(finding.name.empty() && !isFile ? finding.path : finding.name);
-    result.file = shownPath(report, entry.use ? entry.use->file : isFile ? path : forJSON(report.manifest));
-    if (entry.use) {
+    const bool isPlaced = entry.use && !entry.use->file.empty();
+    result.file = shownPath(report, isPlaced ? entry.use->file : isFile ? path : forJSON(report.manifest));
+    if (isPlaced) {
         result.line = entry.use->line;
         result.column = entry.use->column;
     }
     std::vector<std::string> unnamed; // in the message
-    for (const auto* other : {entry.use ? &finding.path : nullptr, &finding.other}) {
-        if (other == nullptr || other->empty()) {
+    for (const auto* other : {&finding.path, &finding.other}) {
+        // Whether it is the place.
+        const bool isShown =
+            other == &finding.path && (!entry.use || (isFile && (!isPlaced || path == entry.use->file)));
+        if (other->empty() || isShown) {
             continue;
         }
         result.others.push_back({shownPath(report, inUTF8(*other)), other->front() == u'/'});
@@ -63,10 +67,10 @@ ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) 
             unnamed.push_back(escaped(result.others.back().text));
         }
     }
-    const bool needsName = entry.use || path.empty();
-    result.message = (needsName ? escaped(result.name) + ": " : "") + escaped(inUTF8(finding.message))
-                     + (unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")));
-    result.text = fmt::format("{}. {}", result.message, finding.advice);
+    result.message = fmt::format("{}{}", escaped(inUTF8(finding.message)),
+                                 unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")));
+    const bool isNamed = entry.use || path.empty();
+    result.text = fmt::format("{}{}. {}", isNamed ? escaped(result.name) + ": " : "", result.message, finding.advice);
     return result;
 }
 

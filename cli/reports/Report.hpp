@@ -4,6 +4,7 @@
 #pragma once
 
 #include "analysis/Finding.hpp"
+#include "analysis/Rules.hpp"
 
 #include <cstddef>
 #include <optional>
@@ -13,24 +14,16 @@
 
 namespace tessgen::cli {
 
-// A kind of finding. Formats that list them say so which were looked for, found or not.
-struct Rule {
-    std::string_view code;
-    analysis::Level level;
-    std::string_view message; // a sentence
-    std::string_view advice;  // a sentence
-};
-
 // Where a program uses the name of a finding. Line and column count from 1.
 struct UsePlace {
-    std::string file; // UTF-8; absolute, or relative to the working folder
-    std::size_t line;
-    std::size_t column;
+    std::string file; // UTF-8, absolute; empty when it is not known where
+    std::size_t line = 1;
+    std::size_t column = 1;
 };
 
 struct ReportEntry {
     analysis::Finding finding;
-    std::optional<UsePlace> use = {}; // without one, the finding's own file is its place
+    std::optional<UsePlace> use = {}; // of a name that is used; without its file, the finding's own file is the place
     bool isKnown = false;             // a baseline lists it: shown as such, or left out
 };
 
@@ -50,7 +43,7 @@ struct ReportedName {
 
 struct Report {
     std::string_view command;
-    std::vector<Rule> rules; // one for each code among the findings, at least
+    std::vector<analysis::Rule> rules; // of the codes that were looked for, found or not
     std::vector<ReportEntry> entries;
     std::string folder;   // absolute; paths below it are shown relative to it
     std::string manifest; // the place of a finding about something that is not a file
@@ -83,7 +76,7 @@ struct ReportedFinding {
     std::optional<std::size_t> column;
     std::vector<Other> others; // what else it is about
     std::string message;       // a clause that names the others; escaped
-    std::string text;          // it as a sentence, and the advice; escaped
+    std::string text;          // a sentence with the message and, of a use, the name; then the advice; escaped
     std::string fingerprint;   // same for the same code, name and files below the manifest; none is there twice
 };
 

@@ -14,13 +14,6 @@ namespace {
 using Entry = FileTree::Entry;
 using Kind = FileTree::Kind;
 
-std::string inLowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return lower;
-}
-
 // Visits every folder that a look-up or a record can reach through package, class and private folders. Visits each
 // once, however many links lead to it.
 class FileCheck {

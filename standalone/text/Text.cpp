@@ -75,6 +75,13 @@ std::vector<std::string> split(std::string_view text, char separator) {
     return parts;
 }
 
+std::string inLowerCase(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
+}
+
 std::size_t editDistance(std::string_view from, std::string_view to, std::size_t most) {
     std::vector<std::size_t> row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});

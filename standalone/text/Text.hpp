@@ -27,6 +27,9 @@ namespace tessgen::standalone {
 // The parts between separators, empty ones included; at least one.
 [[nodiscard]] std::vector<std::string> split(std::string_view text, char separator);
 
+// With the letters A to Z in lower case.
+[[nodiscard]] std::string inLowerCase(std::string_view text);
+
 // Levenshtein distance in bytes; when it exceeds `most`, any number greater than `most`.
 [[nodiscard]] std::size_t editDistance(std::string_view from, std::string_view to,
                                        std::size_t most = std::string_view::npos);

@@ -1,0 +1,129 @@
+#include "cli/checking/CheckText.hpp"
+#include "cli/checking/Checking.hpp"
+#include "cli/commands/Answering.hpp"
+#include "cli/commands/Commands.hpp"
+#include "cli/output/Console.hpp"
+#include "cli/output/Escape.hpp"
+#include "cli/output/Json.hpp"
+#include "cli/reports/Formats.hpp"
+#include "cli/reports/ReportFiles.hpp"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tessgen::cli {
+
+namespace {
+
+using analysis::Level;
+
+bool isSelected(std::string_view code, const Request& request) {
+    const auto isAmong = [code](const std::vector<std::string>& codes) {
+        return std::find(codes.begin(), codes.end(), code) != codes.end();
+    };
+    return (request.only.empty() || isAmong(request.only)) && !isAmong(request.except);
+}
+
+// The gravest level that is not listed is that of notes, unless they were asked for.
+Level leastListed(const Request& request) {
+    const bool wantsNotes = request.verbose || request.failOn == Level::note || !request.only.empty();
+    return wantsNotes ? Level::note : Level::warning;
+}
+
+Report reportOn(std::vector<ReportEntry> entries, const Request& request) {
+    Report report{"check", {}, std::move(entries), workingFolder(), standalone::currentSession().installation.manifest};
+    std::erase_if(report.entries, [&](const auto& entry) { return !isSelected(entry.finding.code, request); });
+    std::copy_if(analysis::rules.begin(), analysis::rules.end(), std::back_inserter(report.rules),
+                 [&](const auto& rule) { return isSelected(rule.code, request); });
+    return report;
+}
+
+// "1 error, 2 warnings in 120 definitions and 45 uses; 3 skipped"
+std::string summary(const Report& report, const Checked& checked) {
+    std::string text;
+    for (const auto level : {Level::error, Level::warning, Level::note}) {
+        const auto count = std::count_if(report.entries.begin(), report.entries.end(), [&](const ReportEntry& entry) {
+            return !entry.isKnown && entry.finding.level == level;
+        });
+        if (count > 0) {
+            text += (text.empty() ? "" : ", ") + counted(static_cast<std::size_t>(count), levelName(level));
+        }
+    }
+    text = fmt::format("{} in {}", text.empty() ? "no findings" : text, counted(checked.definitions, "definition"));
+    text += checked.uses > 0 ? " and " + counted(checked.uses, "use") : "";
+    return text + (checked.skipped.empty() ? "" : fmt::format("; {} skipped", checked.skipped.size()));
+}
+
+std::string asJSON(const Report& report, const Checked& checked) {
+    auto findings = nlohmann::ordered_json::array();
+    for (const auto& entry : report.entries) {
+        findings.push_back(document(entry));
+    }
+    auto skipped = nlohmann::ordered_json::array();
+    for (const auto& [place, cause] : checked.skipped) {
+        skipped.push_back({{"place", forJSON(place)}, {"message", forJSON(cause)}});
+    }
+    return printJSONDocument({{"schema", "kelwhich/1"},
+                              {"findings", std::move(findings)},
+                              {"definitions", checked.definitions},
+                              {"uses", checked.uses},
+                              {"skipped", std::move(skipped)}});
+}
+
+Checked checkAll(const Request& request, const Uses& uses, ResolverSession& resolver) {
+    const auto& session = standalone::currentSession();
+    const auto files =
+        request.operands.empty() ? ownSourceFiles(session, resolver) : sourceFilesBelow(request.operands, session);
+    auto checked = checkAll(files.paths, uses.all, session, resolver);
+    for (const auto* skipped : {&files.skipped, &uses.skipped}) {
+        checked.skipped.insert(checked.skipped.end(), skipped->begin(), skipped->end());
+    }
+    for (const auto& [place, cause] : checked.skipped) {
+        reportErrorInLine(place + ":", cause);
+    }
+    if (checked.definitions == 0 && (checked.uses == 0 || !request.operands.empty())) {
+        throw std::runtime_error(request.operands.empty()
+                                     ? "0 definitions checked; name files or folders to check"
+                                     : "0 definitions checked; there is no source file in what is to be checked");
+    }
+    return checked;
+}
+
+bool fails(const Report& report, const Request& request) {
+    return request.failOn && std::any_of(report.entries.begin(), report.entries.end(), [&](const ReportEntry& entry) {
+               return !entry.isKnown && entry.finding.level >= *request.failOn;
+           });
+}
+
+} // namespace
+
+int check(const Request& request) {
+    requireReplaceable(request.reports);
+    ResolverSession resolver(request, standalone::View::snapshot);
+    const auto uses = request.names ? readUses(*request.names, request.null ? '\0' : '\n') : Uses();
+    auto checked = checkAll(request, uses, resolver);
+    const auto report = reportOn(std::move(checked.entries), request);
+    const auto onOutput = writeReports(request.reports, report);
+    const auto words = summary(report, checked);
+    const int exitCode = !checked.skipped.empty() ? exitPartial : fails(report, request) ? exitNo : exitYes;
+    auto text = request.json ? asJSON(report, checked) : asText(report, leastListed(request), outputIsColoured());
+    if (exitCode == exitYes && !request.json) {
+        text += words + "\n";
+    }
+    writeOut(text + onOutput);
+    noteOnName(request, resolver);
+    if (exitCode != exitYes) {
+        reportError(words);
+    }
+    return exitCode;
+}
+
+} // namespace tessgen::cli
