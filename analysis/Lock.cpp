@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t fieldsEach = 4; // of a candidate; the last one has no key, the name stands before the first
 constexpr std::string_view noVerdict = "-";
+constexpr std::string_view by = "by "; // before a key
 constexpr std::string_view byRedirect = "by redirect";
 
 std::string verdictsOf(const LockedCandidate& candidate) {
@@ -31,7 +32,7 @@ std::string verdictsOf(const LockedCandidate& candidate) {
 }
 
 std::string keyField(const LockedCandidate& candidate) {
-    return candidate.ahead ? std::string("by ").append(keyName(*candidate.ahead)) : std::string(byRedirect);
+    return candidate.ahead ? std::string(by).append(keyName(*candidate.ahead)) : std::string(byRedirect);
 }
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
@@ -55,14 +56,22 @@ public:
 
     [[nodiscard]] bool isAtEnd() const { return next_ == fields_.size(); }
 
+    std::u16string name() {
+        auto name = text();
+        require(!name.empty(), "a name");
+        return name;
+    }
+
     std::u16string text() {
         auto text = spelling_.read(next());
-        return text ? *std::move(text) : refuse<std::u16string>("a text without \"\\\" but in \\\\ and \\u{...}");
+        require(text.has_value(), R"(a text without "\" but in \\ and \u{...})");
+        return *std::move(text);
     }
 
     kelwhich::WhichResultType kind() {
         const auto kind = kindNamed(next());
-        return kind ? *kind : refuse<kelwhich::WhichResultType>("a kind, such as KELPath");
+        require(kind.has_value(), "a kind, such as KELPath");
+        return *kind;
     }
 
     void readVerdicts(LockedCandidate& candidate) {
@@ -72,27 +81,26 @@ public:
         candidate.isSupported = has("supported");
         candidate.isIndirect = has("indirect");
         candidate.isMissing = has("missing");
-        if (verdictsOf(candidate) != field) {
-            refuse<void>("\"-\", or some of user,supported,indirect,missing");
-        }
+        require(verdictsOf(candidate) == field, R"("-", or some of user,supported,indirect,missing)");
     }
 
     std::optional<kelwhich::Explanation::Key> key() {
-        constexpr std::string_view by = "by ";
         const auto field = next();
         if (field == byRedirect) {
             return std::nullopt;
         }
         const auto key = field.starts_with(by) ? keyNamed(field.substr(by.size())) : std::nullopt;
-        return key ? key : refuse<decltype(key)>("\"by \" and a key, such as user");
+        require(key.has_value(), R"("by " and a key, such as user)");
+        return key;
     }
 
 private:
     std::string_view next() { return fields_[next_++]; }
 
-    template <typename Result>
-    [[noreturn]] Result refuse(std::string_view expected) const {
-        throw std::runtime_error("field " + std::to_string(next_) + ": expected " + std::string(expected));
+    void require(bool isTrue, std::string_view expected) const {
+        if (!isTrue) {
+            throw std::runtime_error("field " + std::to_string(next_) + ": expected " + std::string(expected));
+        }
     }
 
     std::vector<std::string_view> fields_;
@@ -140,7 +148,7 @@ std::string_view nameInLine(std::string_view line) {
 
 LockedName readLockLine(std::string_view line, const Spelling& spelling) {
     LineFields fields(line, spelling);
-    LockedName locked{fields.text(), {}};
+    LockedName locked{fields.name(), {}};
     while (!fields.isAtEnd()) {
         auto& candidate = locked.candidates.emplace_back();
         candidate.path = fields.text();

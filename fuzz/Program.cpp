@@ -1,5 +1,7 @@
 // Words of a command line of any bytes, one a line: a request or an error of one line; and what is printed of them is
-// whole lines of UTF-8 that rule no terminal and mean the words.
+// whole lines of UTF-8 that rule no terminal and mean the words. A word that is a line of a lock is written as one
+// again.
+#include "cli/locking/Lock.hpp"
 #include "cli/options/CommandLine.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
@@ -75,6 +77,21 @@ void requireSafeText(const std::string& word) {
     require(isSafe(quoted) && unquoted(quoted) == word, "a quoted word is safe and means the word", quoted);
 }
 
+void requireSafeLockLine(const std::string& word) {
+    try {
+        const auto locked = analysis::readLockLine(word, cli::lockSpelling);
+        const auto line = analysis::lockLine(locked, cli::lockSpelling);
+        require(analysis::readLockLine(line, cli::lockSpelling) == locked, "a line of a lock means what was read",
+                line);
+        require(analysis::lockHead < line, "a line of a lock follows the first", line);
+        for (const auto& field : standalone::split(line, '\t')) {
+            require(isSafe(field), "a field is safe", line);
+        }
+    } catch (const std::runtime_error& error) {
+        require(isSafe(error.what()), "an error is one safe line", error.what());
+    }
+}
+
 void requireSafeError(std::string_view text) {
     const auto line = cli::asJSONLine(text, text);
     require(isSafe(std::string_view(line).substr(0, line.size() - 1)), "an error in JSON is a safe line", line);
@@ -120,6 +137,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     arguments.push_back(program.data());
     for (auto& word : words) {
         requireSafeText(word);
+        requireSafeLockLine(word);
         if (utf8::is_valid(word.begin(), word.end())) {
             texts.push_back(word);
         }

@@ -105,7 +105,7 @@ std::string asText(const std::vector<NameChanges>& names) {
 }
 
 std::string asJSON(const std::vector<NameChanges>& names, const Lock& before, const Lock& after) {
-    auto text = fmt::format("{{\"schema\":\"kelwhich/1\",\"before\":{},\"after\":{},\"names\":[",
+    auto text = fmt::format(R"({{"schema":"kelwhich/1","before":{},"after":{},"names":[)",
                             printJSONString(before.place), printJSONString(after.place));
     for (const auto& name : names) {
         text.append(&name == &names.front() ? "\n" : ",\n").append(jsonOf(name));

@@ -97,6 +97,7 @@ TEST(Lock, SaysWhatIsWrongInALine) {
         {"f", fields},
         {"<<<<<<< ours", fields},
         {"f" + candidate + "\tby user", fields},
+        {candidate, "field 1: expected a name"},
         {"\\f" + candidate, "field 1: " + text},
         {"f\t\\", "field 2: " + text},
         {"f\t/w/f.vk\tPath\tuser", "field 3: expected a kind, such as KELPath"},
@@ -151,8 +152,10 @@ TEST(Lock, ChangesNameBothSides) {
               "mine/f.vk, the user's own, not supported\n");
     EXPECT_EQ(changed(kel, mine + "\tby user\t" + other + "\tby direct\t" + kel).substr(0, 65),
               "warning preferred-changed: mine/f.vk (a file), kel/f.vk by key 0:");
-    EXPECT_EQ(changed(kel, mine + "\tby redirect\t" + kel).substr(0, 55),
-              "warning preferred-changed: mine/f.vk (a file), kel/f.vk");
+    EXPECT_EQ(changed(kel, mine + "\tby redirect\t" + other + "\tby user\t" + kel).substr(0, 56),
+              "warning preferred-changed: mine/f.vk (a file), kel/f.vk:");
+    EXPECT_EQ(changed(builtin + "\tby user\tf\tORVAKBuiltin\t-", builtin + "\tby user\t" + other),
+              "note order-changed: /x/f.vk (a file), f: before: 2. f, not supported; now: 2. /x/f.vk, not supported\n");
     EXPECT_EQ(changed("f\tORVAKBuiltin\t-", builtin),
               "warning preferred-changed: f: before: f, not supported; now: f, supported\n");
     EXPECT_EQ(changed(mine + "\tby user\t" + kel, mine),
