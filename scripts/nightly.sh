@@ -8,6 +8,7 @@
 #                           every header compiled alone: each repeats what a part of it shows, over more cases.
 #   the thread sanitizer    .ci/run runs only the tests that have threads.
 #   a clean root            debootstrap downloads a whole Debian; .ci/run unpacks the packages and builds a consumer.
+#   reports                 Chromium and a validator from npm; .ci/run checks the formats by what it has itself.
 . "$(dirname "$0")/lib.sh"
 . scripts/gates.sh
 
@@ -17,6 +18,7 @@ gate "the tests with the thread sanitizer" scripts/test.sh tsan
 gate "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
 gate "coverage of the stand-alone host and the program" scripts/coverage.sh standalone cli
 gate "packages on a clean root" scripts/check-packages.sh --clean-root
+gate "reports, by the programs that they are for" scripts/check-reports.sh
 gate "fuzzing" scripts/fuzz.sh 120
 gate "every mutant of the library" scripts/mutate.py
 gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 50 standalone cli

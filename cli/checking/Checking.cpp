@@ -54,8 +54,8 @@ void forEachName(const Questions& questions, Answer answer) {
 class Checking {
 public:
     Checking(const std::vector<std::u16string>& definitions, const std::vector<Use>& uses,
-             const standalone::SessionState& session, ResolverSession& resolver)
-        : definitions_(definitions), uses_(uses), session_(session), resolver_(resolver),
+             const standalone::SessionState& session, ResolverSession& resolver, ReportedNames* names)
+        : definitions_(definitions), uses_(uses), session_(session), resolver_(resolver), names_(names),
           reachedAs_(definitions.size()), progress_("names") {
         for (std::size_t i = 0; i < definitions.size(); ++i) {
             byPath_.emplace(definitions[i], i);
@@ -140,12 +140,20 @@ private:
         const auto answer = analysis::answerOf(explanation);
         const bool exists = answer.empty() || !resolver_.isMissing(*answer.front().candidate);
         add(subject, analysis::findingsOfUse(explanation, exists));
+        show(explanation);
         ++result_.uses;
     }
 
     void checkDefinition(std::size_t subject, const std::u16string& name, const Explanation& explanation) {
         add(subject, analysis::findingsOfDefinition({definitions_[subject], {name}, true, false, true}, explanation));
+        show(explanation);
         ++result_.definitions;
+    }
+
+    void show(const Explanation& explanation) {
+        if (names_ != nullptr) {
+            names_->add(explanation);
+        }
     }
 
     // The definitions that the names which they define do not lead to.
@@ -253,6 +261,7 @@ private:
     const std::vector<Use>& uses_;
     const standalone::SessionState& session_;
     ResolverSession& resolver_;
+    ReportedNames* names_; // null: nobody wants them
     std::unordered_map<std::u16string_view, std::size_t, standalone::TextHash> byPath_;
     Questions questions_;
     std::vector<std::u16string> reachedAs_; // of each definition, the name that it is judged under; empty so far
@@ -267,8 +276,8 @@ private:
 } // namespace
 
 Checked checkAll(const std::vector<std::u16string>& definitions, const std::vector<Use>& uses,
-                 const standalone::SessionState& session, ResolverSession& resolver) {
-    return Checking(definitions, uses, session, resolver).run();
+                 const standalone::SessionState& session, ResolverSession& resolver, ReportedNames* names) {
+    return Checking(definitions, uses, session, resolver, names).run();
 }
 
 } // namespace tessgen::cli

@@ -3,6 +3,7 @@
 
 #include "cli/checking/SourceFiles.hpp"
 #include "cli/checking/Uses.hpp"
+#include "cli/explanation/ReportedNames.hpp"
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/reports/Report.hpp"
 #include "standalone/services/SessionState.hpp"
@@ -21,8 +22,9 @@ struct Checked {
 
 // What the rules find about each definition, under its own name, and about each use. Asks for each name about once:
 // first for those that the definitions define and for those that are used; then, if these do not lead to every
-// definition, for others that may. `session` has a snapshot. Errors: std::runtime_error for a damaged store.
+// definition, for others that may. `names`, unless it is null, gets those that definitions and uses were judged under.
+// `session` has a snapshot. Errors: std::runtime_error for a damaged store.
 Checked checkAll(const std::vector<std::u16string>& definitions, const std::vector<Use>& uses,
-                 const standalone::SessionState& session, ResolverSession& resolver);
+                 const standalone::SessionState& session, ResolverSession& resolver, ReportedNames* names);
 
 } // namespace tessgen::cli

@@ -78,11 +78,11 @@ std::string asJSON(const Report& report, const Checked& checked) {
                               {"skipped", std::move(skipped)}});
 }
 
-Checked checkAll(const Request& request, const Uses& uses, ResolverSession& resolver) {
+Checked checkAll(const Request& request, const Uses& uses, ResolverSession& resolver, ReportedNames* names) {
     const auto& session = standalone::currentSession();
     const auto files =
         request.operands.empty() ? ownSourceFiles(session, resolver) : sourceFilesBelow(request.operands, session);
-    auto checked = checkAll(files.paths, uses.all, session, resolver);
+    auto checked = checkAll(files.paths, uses.all, session, resolver, names);
     for (const auto* skipped : {&files.skipped, &uses.skipped}) {
         checked.skipped.insert(checked.skipped.end(), skipped->begin(), skipped->end());
     }
@@ -109,8 +109,10 @@ int check(const Request& request) {
     requireReplaceable(request.reports);
     ResolverSession resolver(request, standalone::View::snapshot);
     const auto uses = request.names ? readUses(*request.names, request.null ? '\0' : '\n') : Uses();
-    auto checked = checkAll(request, uses, resolver);
-    const auto report = reportOn(std::move(checked.entries), request);
+    ReportedNames names(resolver);
+    auto checked = checkAll(request, uses, resolver, showNames(request.reports) ? &names : nullptr);
+    auto report = reportOn(std::move(checked.entries), request);
+    names.moveTo(report);
     const auto onOutput = writeReports(request.reports, report);
     const auto words = summary(report, checked);
     const int exitCode = !checked.skipped.empty() ? exitPartial : fails(report, request) ? exitNo : exitYes;

@@ -56,8 +56,8 @@ std::string valueOf(Key key, const Candidate& candidate, bool isNarrow) {
 
 class ExplanationText {
 public:
-    ExplanationText(std::string& text, const Style& style, const Explained& explained)
-        : out_(text), style_(style), explained_(explained) {}
+    ExplanationText(std::string& text, const Style& style, const Explained& explained, std::size_t columns)
+        : out_(text), style_(style), explained_(explained), columns_(columns) {}
 
     void append() {
         const auto& explanation = explained_.explanation;
@@ -114,7 +114,7 @@ private:
 
     void appendList(const std::vector<Candidate>& candidates) {
         const auto others = labelWidth_ + widestKindWords + 6;
-        const auto room = outputColumns() == unlimitedColumns ? unlimitedColumns : outputColumns() - others;
+        const auto room = columns_ == unlimitedColumns ? unlimitedColumns : columns_ - others;
         std::vector<std::string> paths;
         paths.reserve(candidates.size());
         for (const auto& candidate : candidates) {
@@ -131,7 +131,7 @@ private:
 
     void appendTable(const std::vector<Candidate>& candidates) {
         constexpr std::size_t widest = 80;
-        const bool isNarrow = outputColumns() < widest;
+        const bool isNarrow = columns_ < widest;
         const std::array<std::string_view, keyCount> titles = {
             "direct", "user", "supported", isNarrow ? "source" : "source file", "kind", "found"};
         constexpr std::array<std::size_t, keyCount> leasts = {6, 4, 9, 0, 13, 0};
@@ -200,15 +200,16 @@ private:
     std::string& out_;
     const Style& style_;
     const Explained& explained_;
+    std::size_t columns_;
     std::size_t labelWidth_ = 1;
 };
 
 } // namespace
 
-std::string asText(const Explained& explained, bool coloured) {
+std::string asText(const Explained& explained, bool coloured, std::size_t columns) {
     const auto style = outputStyle(coloured);
     std::string text;
-    ExplanationText(text, style, explained).append();
+    ExplanationText(text, style, explained, columns).append();
     return text;
 }
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "cli/explanation/WhyNot.hpp"
+#include "cli/output/Columns.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,9 +29,9 @@ struct Explained {
 };
 
 // The redirects; then for each resolved name its candidates, a table of their keys in which "*" marks the deciding one,
-// a line for each adjacent pair, the records, and the dropped candidates. All escaped.
+// a line for each adjacent pair, the records, and the dropped candidates. All escaped; the tables fit into `columns`.
 // Errors: std::runtime_error, here and below, when a text is not UTF-16.
-std::string asText(const Explained& explained, bool coloured);
+std::string asText(const Explained& explained, bool coloured, std::size_t columns = outputColumns());
 
 struct SearchedFolder {
     std::string path;              // UTF-8

@@ -97,7 +97,7 @@ std::string findings(const Report& report) {
         rows.push_back(row(entry, numbers));
     }
     return "<div class=\"findings\">\n"
-           + htmlTables("<colgroup><col class=\"level\"><col class=\"path\"><col><col class=\"code\"></colgroup>",
+           + htmlTables(R"(<colgroup><col class="level"><col class="path"><col><col class="code"></colgroup>)",
                         {"<th scope=\"col\"><span>Level</span></th>", "<th scope=\"col\"><span>Place</span></th>",
                          "<th scope=\"col\"><span>Finding</span></th>", "<th scope=\"col\"><span>Code</span></th>"},
                         rows, FirstHead::isShown)

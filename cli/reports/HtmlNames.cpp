@@ -54,12 +54,12 @@ public:
     // The cells of the head.
     [[nodiscard]] std::vector<std::string> head() const {
         constexpr std::size_t widest = 26;
-        std::vector<std::string> cells = {"<th class=\"name\" scope=\"col\"><span>Name</span></th>",
-                                          "<th class=\"path\" scope=\"col\"><span>Stands for</span></th>"};
+        std::vector<std::string> cells = {R"(<th class="name" scope="col"><span>Name</span></th>)",
+                                          R"(<th class="path" scope="col"><span>Stands for</span></th>)"};
         for (std::size_t i = 0; i < places_.size(); ++i) {
             if (places_[i].definitions != 0) {
                 const auto shown = shortened(escaped(shownPath(report_, report_.folders[i])), widest);
-                cells.push_back(fmt::format("<th class=\"place\" scope=\"col\" title=\"{}\"><span>{}</span></th>",
+                cells.push_back(fmt::format(R"(<th class="place" scope="col" title="{}"><span>{}</span></th>)",
                                             folder(i), inXML(shown)));
             }
         }
@@ -90,7 +90,7 @@ private:
     static std::string mark(std::size_t rank, const ReportedCandidate& candidate) {
         const auto words = fmt::format("{}{}", candidate.isSupported ? "supported" : "not supported",
                                        candidate.isMissing ? ", does not exist" : "");
-        return fmt::format("<b class=\"{}{}{}\" title=\"{}\">{}</b>", candidate.isSupported ? "good" : "bad",
+        return fmt::format(R"(<b class="{}{}{}" title="{}">{}</b>)", candidate.isSupported ? "good" : "bad",
                            rank == 1 ? " first" : "", candidate.isMissing ? " missing" : "", words, rank);
     }
 
@@ -111,11 +111,11 @@ private:
         };
         for (auto first = ranks.begin(); first != ranks.end();) {
             fill(first->first);
-            text += "<td>";
+            std::vector<std::string> marks;
             for (; first != ranks.end() && first->first == next; ++first) {
-                text += mark(first->second, candidates[first->second - 1]);
+                marks.push_back(mark(first->second, candidates[first->second - 1]));
             }
-            text += "</td>";
+            text += fmt::format("<td>{}</td>", fmt::join(marks, " "));
             ++next;
         }
         fill(columns_);
@@ -146,7 +146,7 @@ std::string htmlNames(const Report& report) {
     }
     return fmt::format("<section aria-labelledby=\"names\">\n<h2 id=\"names\">Names</h2>\n{}\n{}"
                        "<div class=\"matrix\" tabindex=\"0\" role=\"region\" aria-label=\"Names by folders\"><div>\n"
-                       "<table aria-hidden=\"true\">{}<thead class=\"head\"><tr>{}</tr></thead></table>\n{}"
+                       "<table aria-hidden=\"true\">{}<thead><tr>{}</tr></thead></table>\n{}"
                        "</div></div>\n</section>",
                        legend, matrix.list(), matrix.group(), fmt::join(matrix.head(), ""),
                        htmlTables(matrix.group(), matrix.head(), rows, FirstHead::isElsewhere));

@@ -35,7 +35,7 @@ std::string resultOf(const ReportedFinding& entry) {
     if (!isFailure(*entry.entry)) {
         return fmt::format("<system-out>{}</system-out>", inXML(entry.text));
     }
-    return fmt::format("<failure type=\"{}\" message=\"{}\">{}</failure>", levelName(entry.entry->finding.level),
+    return fmt::format(R"(<failure type="{}" message="{}">{}</failure>)", levelName(entry.entry->finding.level),
                        inXML(entry.message), inXML(entry.text));
 }
 

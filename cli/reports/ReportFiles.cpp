@@ -17,6 +17,7 @@ struct ReportFormat {
     std::string_view name;
     standalone::Replaceable replaceable;
     std::string (*print)(const Report& report);
+    bool showsNames = false;
 };
 
 namespace {
@@ -62,7 +63,8 @@ constexpr auto formats = std::to_array<ReportFormat>({
     {"html",
      {"an HTML report of kelwhich", "--report",
       [](const std::string& f) { return beginsWithOneOf(f, {htmlBeginning}); }},
-     htmlReport},
+     htmlReport,
+     true},
     {github, {"a file of kelwhich's annotations", "--report", isAnnotations}, githubReport},
 });
 
@@ -88,6 +90,10 @@ void addReport(ReportTargets& targets, std::string_view argument) {
         refuseReport(argument, "names a file that another report goes to; name another one");
     }
     targets.push_back({format, file});
+}
+
+bool showNames(const ReportTargets& targets) {
+    return std::any_of(targets.begin(), targets.end(), [](const auto& target) { return target.format->showsNames; });
 }
 
 void requireReplaceable(const ReportTargets& targets) {

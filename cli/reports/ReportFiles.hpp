@@ -26,6 +26,9 @@ using ReportTargets = std::vector<ReportTarget>;
 // standard output, which has the text.
 void addReport(ReportTargets& targets, std::string_view argument);
 
+// Whether one of the formats shows the names of a report.
+[[nodiscard]] bool showNames(const ReportTargets& targets);
+
 // Errors: an existing file is neither empty nor a report of the same format.
 void requireReplaceable(const ReportTargets& targets);
 

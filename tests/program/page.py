@@ -1,4 +1,5 @@
-"""What makes an HTML report safe.
+#!/usr/bin/python3
+"""What makes an HTML report safe, and what it says of a name: page.py PAGE NAME places|explanation
 
 Elements are closed in order, ids are unique, links lead to an id of the page, nothing else names a resource, only the
 script and the style sheet of the page's policy stand in it, and no text holds a character that could not be seen.
@@ -6,6 +7,7 @@ script and the style sheet of the page's policy stand in it, and no text holds a
 
 import base64
 import hashlib
+import sys
 import unicodedata
 from collections import Counter
 from html.parser import HTMLParser
@@ -15,12 +17,12 @@ UNSEEN = {"Cc", "Cf", "Co", "Zl", "Zp"}
 
 
 class Page(HTMLParser):
-    """`wrong` lists the faults, `places` the text of each finding's place."""
+    """`wrong` lists the faults; `rows` are lists of cells, each after its row's class; `explanations` has one a name."""
 
     def __init__(self, text):
         super().__init__()
-        self.open, self.ids, self.links, self.wrong, self.places = [], [], [], [], []
-        self.policy, self.raw, self.row = "", {"script": "", "style": ""}, ""
+        self.open, self.ids, self.links, self.wrong, self.rows = [], [], [], [], []
+        self.policy, self.raw, self.explanations, self.name = "", {"script": "", "style": ""}, {}, ""
         self.feed(text)
         self.close()
         self.wrong += [f"not closed: {tag}" for tag in self.open]
@@ -31,12 +33,20 @@ class Page(HTMLParser):
             if f"{kind}-src 'sha256-{digest}';" not in self.policy:
                 self.wrong.append(f"not the {kind} of the policy")
 
+    def places(self):
+        """The place of each finding."""
+        return [cells[2] for cells in self.rows if cells[0].split()[0] in ("error", "warning", "note")]
+
     def handle_starttag(self, tag, attributes):
         self.open += [] if tag in VOID else [tag]
-        self.row = dict(attributes).get("class") if tag == "tr" else self.row
-        if tag == "td" and ("class", "path") in attributes and self.row.split()[:1] in (["error"], ["warning"], ["note"]):
-            self.places.append("")
-            self.row = "place"
+        known = dict(attributes)
+        if tag == "tr":
+            self.rows.append([known.get("class", "none")])
+        elif tag in ("td", "th"):
+            self.rows[-1] += [""] * int(known.get("colspan", 1))
+        elif tag == "article":
+            self.name = known["aria-label"]
+            self.explanations[self.name] = ""
         for name, value in attributes:
             self.see(value or "")
             if name == "id":
@@ -51,15 +61,26 @@ class Page(HTMLParser):
     def handle_endtag(self, tag):
         if not self.open or self.open.pop() != tag:
             self.wrong.append(f"closed out of order: {tag}")
-        self.row = "" if self.row == "place" else self.row
 
     def handle_data(self, data):
         if self.open and self.open[-1] in self.raw:
             self.raw[self.open[-1]] += data
             return
-        if self.row == "place":
-            self.places[-1] += data
+        if "pre" in self.open:
+            self.explanations[self.name] += data
+        elif "td" in self.open or "th" in self.open:
+            self.rows[-1][-1] += data
         self.see(data.replace("\n", ""))
 
     def see(self, text):
         self.wrong += [f"unseen: {text!r}" for c in text if unicodedata.category(c) in UNSEEN]
+
+
+if __name__ == "__main__":
+    shown = Page(open(sys.argv[1], encoding="utf-8").read())
+    head = next(cells for cells in shown.rows if "Name" in cells)
+    row = next(cells for cells in shown.rows if cells[1] == sys.argv[2])
+    if sys.argv[3] == "places":
+        print(*[f"{place}: {cell}" for place, cell in list(zip(head, row))[2:] if cell], sep="\n")
+    else:
+        print(shown.explanations[sys.argv[2]], end="")

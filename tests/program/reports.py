@@ -71,8 +71,14 @@ def places(form, file):
         Draft202012Validator(GITLAB).validate(json.loads(text))
         return [entry["location"]["path"] for entry in json.loads(text)]
     if form == "sarif":
-        locations = [result["locations"][0]["physicalLocation"] for result in json.loads(text)["runs"][0]["results"]]
-        return [unquote(location["artifactLocation"]["uri"]) for location in locations]
+        (run,) = json.loads(text)["runs"]
+        artifacts = [result["locations"][0]["physicalLocation"]["artifactLocation"] for result in run["results"]]
+        for result, artifact in zip(run["results"], artifacts):
+            expect(run["tool"]["driver"]["rules"][result["ruleIndex"]]["id"] == result["ruleId"], "wrong rule:", result)
+            isAbsolute = artifact["uri"].startswith("file:///")
+            expect(isAbsolute or artifact["uriBaseId"] in run["originalUriBaseIds"], "no base:", artifact)
+            expect(re.fullmatch(r"(file://)?([\w.~/-]|%[0-9A-F]{2})+", artifact["uri"], re.ASCII), "no URI:", artifact)
+        return [unquote(artifact["uri"]) for artifact in artifacts]
     if form == "junit":
         subprocess.run(["xmllint", "--noout", "--schema", HERE + "/junit.xsd", file], check=True, stderr=subprocess.PIPE)
         cases = [case for case in xml.fromstring(text).iter("testcase") if len(case)]
@@ -83,7 +89,7 @@ def places(form, file):
         return [unquote(GITHUB.fullmatch(line)[2]) for line in lines]
     page = Page(text)
     expect(not page.wrong, file, *page.wrong)
-    return page.places
+    return page.places()
 
 
 def spelled(form, name, shown):
