@@ -8,9 +8,7 @@
 namespace tessgen::test {
 namespace {
 
-using analysis::LockedCandidate;
 using analysis::LockedName;
-using Key = kelwhich::Explanation::Key;
 
 std::string written(const std::u16string& text) {
     std::string out;
@@ -62,7 +60,7 @@ TEST(Lock, LineIsReadAsItWasWritten) {
                                                      [](const auto& candidate) { return candidate.rank % 3 == 0; });
             Results results;
             for (const auto& candidate : locked.candidates) {
-                results.emplace_back(candidate.path, candidate.kind);
+                results.push_back({candidate.path, candidate.kind});
                 redirected += !candidate.ahead && &candidate != &locked.candidates.back() ? 1U : 0U;
             }
             ASSERT_EQ(results, resolver.resolve(name));
@@ -89,7 +87,7 @@ TEST(Lock, SaysWhatIsWrongInALine) {
     EXPECT_EQ(ascii(readLockLine("f" + candidate, spelling).candidates.at(0).path), "/w/f.vk");
     const std::string fields =
         "expected a name, then a path, a kind, verdicts and a key for each candidate, without a key for the last";
-    const std::string text = "expected a text without \"\\\" but in \\\\ and \\u{...}";
+    const std::string text = R"(expected a text without "\" but in \\ and \u{...})";
     const std::string verdicts = "field 4: expected \"-\", or some of user,supported,indirect,missing";
     const std::string key = "field 5: expected \"by \" and a key, such as user";
     const std::pair<std::string, std::string> cases[] = {

@@ -37,11 +37,12 @@ Answers answersOf(const TemporaryFolder& folder, cli::Request request) {
     return answers;
 }
 
-const json* withPath(const json& candidates, const json& like) {
-    const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const json& candidate) {
+// The one of `list` with the path and kind of `like`.
+const json* sameIn(const json& list, const json& like) {
+    const auto found = std::find_if(list.begin(), list.end(), [&](const json& candidate) {
         return candidate["path"] == like["path"] && candidate["kind"] == like["kind"];
     });
-    return found == candidates.end() ? nullptr : &*found;
+    return found == list.end() ? nullptr : &*found;
 }
 
 // The codes of what changed, by the answers alone.
@@ -62,7 +63,7 @@ std::vector<std::string> stated(const json& before, const json& after) {
     }
     for (const auto& [code, field] : {std::pair("support-changed", "supported"), {"existence-changed", "missing"}}) {
         if (std::any_of(before.begin(), before.end(), [&, field = field](const json& candidate) {
-                const auto* const now = withPath(after, candidate);
+                const auto* const now = sameIn(after, candidate);
                 return now != nullptr && now->value(field, false) != candidate.value(field, false);
             })) {
             codes.emplace_back(code);
@@ -71,59 +72,61 @@ std::vector<std::string> stated(const json& before, const json& after) {
     return codes;
 }
 
+struct Side {
+    Answers answers;
+    cli::Lock lock;
+};
+
+// One of two installations: the second is another one, or the same in which files are gone or host code is elsewhere.
+Side makeSide(unsigned seed, bool isSecond) {
+    const TemporaryFolder folder;
+    const InstallationMaker world(seed + (isSecond && seed % 3 == 0 ? 1 : 0), folder);
+    auto number = seed;
+    for (const auto& path : world.paths) {
+        if (isSecond && seed % 3 == 1 && number++ % 4 == 0) {
+            std::filesystem::remove(path);
+        }
+    }
+    auto manifest = InstallationMaker::manifest;
+    if (isSecond && seed % 3 == 2) {
+        manifest.replace(manifest.find(R"(["a"])"), 5, R"(["b"])");
+        folder.write("h/installation.json", manifest);
+    }
+    cli::Request request;
+    request.installation = folder.path("h");
+    cli::Outcome outcome;
+    Side side{answersOf(folder, request), lockOf(request, std::nullopt, outcome)};
+    EXPECT_EQ(outcome.exitCode(), 0);
+    // What is written is read again, and nothing differs from it.
+    std::string text = cli::lockFirstLine();
+    for (const auto& line : side.lock.lines) {
+        text += line + "\n";
+    }
+    const auto again = cli::readLock(folder.write("names.lock", text), std::nullopt);
+    EXPECT_EQ(again.value().lines, side.lock.lines);
+    EXPECT_TRUE(changesBetween(*again, lockOf(request, std::nullopt, outcome)).empty());
+    return side;
+}
+
 TEST(Locks, DifferAsTheAnswersDo) {
     std::map<std::string, std::size_t> counts;
     for (unsigned seed = 0; seed < 60; ++seed) {
-        Answers answers[2];
-        cli::Lock locks[2];
-        for (const unsigned side : {0U, 1U}) {
-            const TemporaryFolder folder;
-            // Another one, or the same, in which files are gone or host code is elsewhere.
-            const InstallationMaker world(seed % 3 == 0 ? seed + side : seed, folder);
-            std::size_t number = seed;
-            for (const auto& path : world.paths) {
-                if (seed % 3 == 1 && side == 1 && number++ % 4 == 0) {
-                    std::filesystem::remove(path);
-                }
-            }
-            auto manifest = InstallationMaker::manifest;
-            if (seed % 3 == 2 && side == 1) {
-                manifest.replace(manifest.find(R"(["a"])"), 5, R"(["b"])");
-                folder.write("h/installation.json", manifest);
-            }
-            cli::Request request;
-            request.installation = folder.path("h");
-            answers[side] = answersOf(folder, request);
-            cli::Outcome outcome;
-            locks[side] = lockOf(request, std::nullopt, outcome);
-            ASSERT_EQ(outcome.exitCode(), 0);
-            // What is written is read again, and nothing differs from it.
-            std::string text = cli::lockFirstLine();
-            for (const auto& line : locks[side].lines) {
-                text += line + "\n";
-            }
-            const auto again = cli::readLock(folder.write("names.lock", text), std::nullopt);
-            ASSERT_EQ(again.value().lines, locks[side].lines);
-            EXPECT_TRUE(changesBetween(*again, lockOf(request, std::nullopt, outcome)).empty());
-        }
+        const auto before = makeSide(seed, false);
+        const auto after = makeSide(seed, true);
         std::map<std::string, std::vector<std::string>> found;
-        for (const auto& name : changesBetween(locks[0], locks[1])) {
+        for (const auto& name : changesBetween(before.lock, after.lock)) {
             for (const auto& change : name.changes) {
                 found[cli::inUTF8(name.after.name)].emplace_back(change.finding.code);
                 ++counts[std::string(change.finding.code)];
             }
         }
-        for (const auto& [name, before] : answers[0]) {
-            const auto& after = answers[1][name];
-            const auto codes = stated(before, after);
-            const bool mayDiffer = codes.empty(); // for another reason, of which the answers show only a part
-            if (mayDiffer && before == after && found[name].empty()) {
-                continue;
+        for (const auto& [name, old] : before.answers) {
+            const auto& now = after.answers.at(name);
+            auto codes = stated(old, now);
+            if (codes.empty() && (old != now || !found[name].empty())) { // answers show only a part of the reasons
+                codes.emplace_back("reason-changed");
             }
-            ASSERT_EQ(found[name], mayDiffer ? std::vector<std::string>{"reason-changed"} : codes)
-                << seed << " " << name << "\n"
-                << before << "\n"
-                << after;
+            ASSERT_EQ(found[name], codes) << seed << " " << name << "\n" << old << "\n" << now;
         }
     }
     EXPECT_EQ(counts.size(), 7U) << testing::PrintToString(counts);
