@@ -75,7 +75,7 @@ TEST(Checking, FindsWhatEachDefinitionAndUseByItselfDoes) {
             }
         }
         ASSERT_EQ(std::set<std::u16string>(files.paths.begin(), files.paths.end()), stated) << seed;
-        const auto checked = cli::checkAll(files.paths, uses, standalone::currentSession(), resolver);
+        const auto checked = cli::checkAll(files.paths, uses, standalone::currentSession(), resolver, nullptr);
         Found found;
         for (const auto& entry : checked.entries) {
             add(found, {entry.finding}, entry.use ? "use" : "definition");
