@@ -55,7 +55,7 @@ for report in "$top"/{small,large}/{check,doctor}.sarif; do
   echo "ok: ${report#"$top"/}"
 done
 
-echo "== HTML, in $(chromium --version)"
+echo "== HTML, in $(chromium --version 2>/dev/null)"
 tests/program/reports.py check html="$top/large/check.html" html="$top/small/check.html"
 [ -z "$pictures" ] || mkdir -p "$pictures"
 node scripts/check_html.mjs build/npm/node_modules "$top/small/check.html" "$top/large/check.html" ${pictures:+"$pictures"}

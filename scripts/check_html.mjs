@@ -70,6 +70,11 @@ async function opensSoon() {
   await drawn(page);
   expect('seconds to search', +((performance.now() - begin) / 1000).toFixed(2), time => time <= mostSeconds);
   await picture(page, 'large');
+  await page.click('nav a[href="#names"]');
+  await drawn(page);
+  expect('the names are in view', await page.$eval('#names', heading => Math.round(heading.getBoundingClientRect().top)),
+    top => top >= 0 && top < 400);
+  await picture(page, 'large-names');
   await page.close();
 }
 

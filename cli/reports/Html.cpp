@@ -155,6 +155,7 @@ std::string htmlReport(const Report& report) {
                              {"filters", filters(report)},
                              {"findings", findings(report)},
                              {"codes", codes(report)},
+                             {"toNames", report.names.empty() ? "" : R"( <a href="#names">Names</a>)"},
                              {"names", htmlNames(report)},
                              {"explanations", htmlExplanations(report)}});
 }
