@@ -15,7 +15,6 @@ namespace {
 using kelwhich::Explanation;
 
 struct Obstacle {
-    bool isThere;
     std::u16string_view words;
     std::string_view advice;
 };
@@ -27,19 +26,23 @@ bool liesInPrivateFolder(const Definition& definition) {
 // What keeps names from the file; without another obstacle, how it is called.
 std::vector<Obstacle> obstaclesOf(const Definition& definition) {
     const bool needsRecord = definition.isOnKELPath && !definition.isBelowSearchPath;
-    std::vector<Obstacle> obstacles = {
-        {!definition.hasSearchedExtension, u"its extension is not searched for",
-         "Give it an extension of the host language, or add its extension to the manifest."},
-        {liesInPrivateFolder(definition), u"it lies in a private folder",
-         "Move it out of the private folder, if others than the files above are to use it."},
-        {needsRecord, u"no support record leads to it, as to a KEL path file one must",
-         "Add a record for it, and rebuild the store."},
-        {!needsRecord && !definition.isBelowSearchPath, u"its folder is not on the search path",
-         "Add its folder to the search path."}};
-    std::erase_if(obstacles, [](const Obstacle& obstacle) { return !obstacle.isThere; });
-    if (obstacles.empty()) {
-        obstacles.push_back({true, u"no name spells its file name and folders", "Rename the file or its folders."});
-    }
+    std::vector<Obstacle> obstacles;
+    const auto addIf = [&obstacles](bool isThere, const Obstacle& obstacle) {
+        if (isThere) {
+            obstacles.push_back(obstacle);
+        }
+    };
+    addIf(!definition.hasSearchedExtension,
+          {u"its extension is not searched for",
+           "Give it an extension of the host language, or add its extension to the manifest."});
+    addIf(liesInPrivateFolder(definition),
+          {u"it lies in a private folder",
+           "Move it out of the private folder, if others than the files above are to use it."});
+    addIf(needsRecord, {u"no support record leads to it, as to a KEL path file one must",
+                        "Add a record for it, and rebuild the store."});
+    addIf(!needsRecord && !definition.isBelowSearchPath,
+          {u"its folder is not on the search path", "Add its folder to the search path."});
+    addIf(obstacles.empty(), {u"no name spells its file name and folders", "Rename the file or its folders."});
     return obstacles;
 }
 

@@ -2,8 +2,8 @@
 """Changes sources one place at a time and sees whether the tests notice.
 
 Each mutant is compiled by itself, linked with the tests' objects and tested until the first failure: the library's by
-its own tests, those of standalone/ and cli/ by the tests of each and then by the program's sessions. A survivor of the
-library must stand in tests/mutation-survivors.txt, below the reason why no test can or need see it.
+its own tests, those of analysis/, standalone/ and cli/ by the tests of each and then by the program's sessions. A
+survivor of the library must stand in tests/mutation-survivors.txt, below the reason why no test can or need see it.
 Exit codes: 0 enough are killed, every survivor is explained and, of all mutants, nothing else; 1 not so; 2 the tests
 fail without a mutant.
 """
@@ -27,7 +27,8 @@ BUILD = ROOT / "build" / "mutants"
 LIBRARY = ("resolver", "entry", "host", "adaptors", "analysis")
 # The programs that test the sources of a folder, in this order.
 TESTED_BY = {folder: ("tests/library_tests",) for folder in LIBRARY} | {
-    "standalone": ("tests/standalone_tests", "cli/kelwhich"), "cli": ("tests/program_tests", "cli/kelwhich")}
+    "analysis": ("tests/library_tests", "cli/kelwhich"), "standalone": ("tests/standalone_tests", "cli/kelwhich"),
+    "cli": ("tests/program_tests", "cli/kelwhich")}
 DEMANDED = 90  # percent of the library's mutants that compile
 DEMANDED_ELSEWHERE = 75
 SURVIVORS = ROOT / "tests" / "mutation-survivors.txt"
