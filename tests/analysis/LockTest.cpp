@@ -154,6 +154,12 @@ TEST(Lock, ChangesNameBothSides) {
               "warning preferred-changed: mine/f.vk (a file), kel/f.vk:");
     EXPECT_EQ(changed(builtin + "\tby user\tf\tORVAKBuiltin\t-", builtin + "\tby user\t" + other),
               "note order-changed: /x/f.vk (a file), f: before: 2. f, not supported; now: 2. /x/f.vk, not supported\n");
+    EXPECT_EQ(changed(kel, "k/f.vk\tKELPath\tsupported"),
+              "warning preferred-changed: k/f.vk (a file), kel/f.vk: before: kel/f.vk, supported; now: k/f.vk, "
+              "supported\n");
+    EXPECT_EQ(changed(kel, mine + "\tby user\tkel/f.vk\tKELPath\t-").substr(141),
+              "warning support-changed: kel/f.vk (a file): before: 1. kel/f.vk, supported; now: 2. kel/f.vk, not "
+              "supported\n");
     EXPECT_EQ(changed("f\tORVAKBuiltin\t-", builtin),
               "warning preferred-changed: f: before: f, not supported; now: f, supported\n");
     EXPECT_EQ(changed(mine + "\tby user\t" + kel, mine),
