@@ -25,6 +25,8 @@ bool liesInPrivateFolder(const Definition& definition) {
 
 // What keeps names from the file; without another obstacle, how it is called.
 std::vector<Obstacle> obstaclesOf(const Definition& definition) {
+    const bool isPrivate = liesInPrivateFolder(definition);
+    const bool isBarred = isPrivate && !kelwhich::getClassFolderInfo(definition.path); // even to a record
     const bool needsRecord = definition.isOnKELPath && !definition.isBelowSearchPath;
     std::vector<Obstacle> obstacles;
     const auto addIf = [&obstacles](bool isThere, const Obstacle& obstacle) {
@@ -35,11 +37,10 @@ std::vector<Obstacle> obstaclesOf(const Definition& definition) {
     addIf(!definition.hasSearchedExtension,
           {u"its extension is not searched for",
            "Give it an extension of the host language, or add its extension to the manifest."});
-    addIf(liesInPrivateFolder(definition),
-          {u"it lies in a private folder",
-           "Move it out of the private folder, if others than the files above are to use it."});
-    addIf(needsRecord, {u"no support record leads to it, as to a KEL path file one must",
-                        "Add a record for it, and rebuild the store."});
+    addIf(isPrivate, {u"it lies in a private folder",
+                      "Move it out of the private folder, if others than the files above are to use it."});
+    addIf(needsRecord && !isBarred, {u"no support record leads to it, as to a KEL path file one must",
+                                     "Add a record for it, and rebuild the store."});
     addIf(!needsRecord && !definition.isBelowSearchPath,
           {u"its folder is not on the search path", "Add its folder to the search path."});
     addIf(obstacles.empty(), {u"no name spells its file name and folders", "Rename the file or its folders."});

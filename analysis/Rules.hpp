@@ -48,11 +48,14 @@ inline constexpr Rule redirectIgnored{
 inline constexpr Rule redirectDead{"redirect-dead", Level::warning, "A redirect leads to nothing.",
                                    "Correct the target of the redirect, or remove the redirect from the record."};
 
+inline constexpr Rule staleBaseline{"stale-baseline", Level::note, "A line of the baseline matches no finding.",
+                                    "Remove the line, or write the baseline anew with --update-baseline."};
+
 } // namespace rule
 
 // All of them, the errors first.
-inline constexpr std::array rules = {rule::noCandidate, rule::unsupported,     rule::missingFile, rule::hidesSupported,
-                                     rule::hidden,      rule::hidesHost,       rule::orderOnly,   rule::onlyIndirect,
-                                     rule::unreachable, rule::redirectIgnored, rule::redirectDead};
+inline constexpr std::array rules = {rule::noCandidate, rule::unsupported,     rule::missingFile,  rule::hidesSupported,
+                                     rule::hidden,      rule::hidesHost,       rule::orderOnly,    rule::onlyIndirect,
+                                     rule::unreachable, rule::redirectIgnored, rule::redirectDead, rule::staleBaseline};
 
 } // namespace tessgen::analysis

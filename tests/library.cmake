@@ -4,6 +4,7 @@ add_unit_tests(
   SOURCES
   adaptors/CachingAdaptorsTest.cpp
   adaptors/RealFileSystemTest.cpp
+  analysis/BaselineTest.cpp
   analysis/FindingsTest.cpp
   analysis/LockTest.cpp
   analysis/RandomWorldFindingsTest.cpp

@@ -64,20 +64,20 @@ private:
 
 std::string asText(const Report& report, Level least, bool coloured) {
     const auto style = outputStyle(coloured);
+    auto listed = report;
+    std::map<std::string_view, std::size_t> notListed; // by code
+    std::erase_if(listed.entries, [&](const ReportEntry& entry) {
+        const bool isGraveEnough = entry.finding.level >= least;
+        if (!entry.isKnown && !isGraveEnough) {
+            ++notListed[entry.finding.code];
+        }
+        return entry.isKnown || !isGraveEnough;
+    });
     std::string text;
     Advice advice;
-    std::map<std::string_view, std::size_t> notListed; // by code
-    for (const auto& reported : reported(report)) {
-        const auto& finding = reported.entry->finding;
-        if (reported.entry->isKnown) {
-            continue;
-        }
-        if (finding.level < least) {
-            ++notListed[finding.code];
-            continue;
-        }
+    for (const auto& reported : reported(listed)) {
         text += lineOf(reported, style);
-        advice.add(finding);
+        advice.add(reported.entry->finding);
     }
     text += advice.text(style);
     std::string codes;

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <exception>
 #include <functional>
+#include <numeric>
 #include <optional>
 #include <set>
 #include <string>
@@ -57,12 +58,14 @@ public:
              const standalone::SessionState& session, ResolverSession& resolver, ReportedNames* names)
         : definitions_(definitions), uses_(uses), session_(session), resolver_(resolver), names_(names),
           reachedAs_(definitions.size()), progress_("names") {
+        byPath_.reserve(definitions.size());
         for (std::size_t i = 0; i < definitions.size(); ++i) {
             byPath_.emplace(definitions[i], i);
         }
     }
 
     Checked run() {
+        questions_.reserve(definitions_.size() + uses_.size());
         for (std::size_t i = 0; i < definitions_.size(); ++i) {
             questions_.push_back({standalone::definedName(definitions_[i]), i});
         }
@@ -115,8 +118,13 @@ private:
         }
     }
 
-    // Notes which definitions the name leads to. The name that a definition defines counts before all others, and of
-    // these the first.
+    // Whether a definition is rather judged under this name: the one that it defines, else the first.
+    static bool isBetter(const std::u16string& name, const std::u16string& other, std::u16string_view path) {
+        const auto own = standalone::definedName(std::u16string(path));
+        return other != own && (name == own || name < other);
+    }
+
+    // Notes which definitions the name leads to.
     void note(const Explanation& explanation) {
         for (const auto& resolution : explanation.resolutions) {
             for (const auto& candidate : resolution.candidates) {
@@ -124,12 +132,8 @@ private:
                 if (known == byPath_.end()) {
                     continue;
                 }
-                auto& best = reachedAs_[known->second];
-                const auto own = standalone::definedName(candidate.result.path);
-                const auto isBetter = [&own](const std::u16string& a, const std::u16string& b) {
-                    return std::pair(a != own, std::u16string_view(a)) < std::pair(b != own, std::u16string_view(b));
-                };
-                if (best.empty() || isBetter(explanation.name, best)) {
+                if (auto& best = reachedAs_[known->second];
+                    best.empty() || isBetter(explanation.name, best, known->first)) {
                     best = explanation.name;
                 }
             }
@@ -247,10 +251,13 @@ private:
 
     Checked takeAll() {
         progress_.clear();
-        std::stable_sort(found_.begin(), found_.end(),
-                         [](const Found& a, const Found& b) { return a.subject < b.subject; });
-        for (auto& found : found_) {
-            result_.entries.push_back(std::move(found.entry));
+        std::vector<std::size_t> order(found_.size()); // moving indices is cheaper
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::stable_sort(order.begin(), order.end(),
+                         [this](std::size_t a, std::size_t b) { return found_[a].subject < found_[b].subject; });
+        result_.entries.reserve(found_.size());
+        for (const auto index : order) {
+            result_.entries.push_back(std::move(found_[index].entry));
         }
         std::sort(result_.skipped.begin(), result_.skipped.end(),
                   [](const Skipped& a, const Skipped& b) { return a.place < b.place; });

@@ -71,7 +71,9 @@ public:
             addFolder(asSearched(path));
         } else if (kind == Kind::file) {
             const auto slash = path.rfind('/');
-            add(joinPath(asSearched(path.substr(0, std::max<std::size_t>(slash, 1))), path.substr(slash + 1)));
+            const auto folder = asSearched(path.substr(0, std::max<std::size_t>(slash, 1)));
+            add(joinPath(folder, path.substr(slash + 1)));
+            found_.roots.push_back(found_.paths.back());
         } else {
             throw std::runtime_error(given + ": there is no such file or folder");
         }
@@ -79,6 +81,9 @@ public:
 
     // Absent folders are left out.
     void addFolder(const std::string& folder) {
+        if (entersFolder_(folder)) {
+            found_.roots.push_back(standalone::toUTF16(folder).value());
+        }
         open_.push_back({folder, false});
         while (!open_.empty()) {
             const auto next = std::move(open_.back());

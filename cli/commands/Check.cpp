@@ -1,5 +1,6 @@
 #include "cli/checking/CheckText.hpp"
 #include "cli/checking/Checking.hpp"
+#include "cli/checking/KnownFindings.hpp"
 #include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/output/Console.hpp"
@@ -46,7 +47,24 @@ Report reportOn(std::vector<ReportEntry> entries, const Request& request) {
     return report;
 }
 
-// "1 error, 2 warnings in 120 definitions and 45 uses; 3 skipped"
+// Marks what is known, and adds what is stale; with --update-baseline writes the baseline. Returns what it wrote.
+std::string applyBaseline(std::vector<ReportEntry>& entries, const CheckedScope& scope, const Request& request) {
+    if (!request.baseline) {
+        return "";
+    }
+    KnownFindings known(*request.baseline, request.updateBaseline, standalone::currentSession());
+    if (!request.updateBaseline) {
+        known.apply(entries, scope);
+        if (!scope.isSelected(std::string(analysis::rule::staleBaseline.code))) {
+            std::erase_if(entries, [](const auto& e) { return e.finding.code == analysis::rule::staleBaseline.code; });
+        }
+        return "";
+    }
+    const auto count = known.update(entries, scope);
+    return fmt::format("{}: {}\n", escaped(*request.baseline), counted(count, "finding"));
+}
+
+// "1 error, 2 warnings in 120 definitions and 45 uses; 7 known; 3 skipped"
 std::string summary(const Report& report, const Checked& checked) {
     std::string text;
     for (const auto level : {Level::error, Level::warning, Level::note}) {
@@ -59,6 +77,9 @@ std::string summary(const Report& report, const Checked& checked) {
     }
     text = fmt::format("{} in {}", text.empty() ? "no findings" : text, counted(checked.definitions, "definition"));
     text += checked.uses > 0 ? " and " + counted(checked.uses, "use") : "";
+    if (const auto known = knownCount(report); known > 0) {
+        text += fmt::format("; {} known", known);
+    }
     return text + (checked.skipped.empty() ? "" : fmt::format("; {} skipped", checked.skipped.size()));
 }
 
@@ -78,11 +99,9 @@ std::string asJSON(const Report& report, const Checked& checked) {
                               {"skipped", std::move(skipped)}});
 }
 
-Checked checkAll(const Request& request, const Uses& uses, ResolverSession& resolver, ReportedNames* names) {
-    const auto& session = standalone::currentSession();
-    const auto files =
-        request.operands.empty() ? ownSourceFiles(session, resolver) : sourceFilesBelow(request.operands, session);
-    auto checked = checkAll(files.paths, uses.all, session, resolver, names);
+Checked checkAll(const Request& request, const SourceFiles& files, const Uses& uses, ResolverSession& resolver,
+                 ReportedNames* names) {
+    auto checked = checkAll(files.paths, uses.all, standalone::currentSession(), resolver, names);
     for (const auto* skipped : {&files.skipped, &uses.skipped}) {
         checked.skipped.insert(checked.skipped.end(), skipped->begin(), skipped->end());
     }
@@ -103,29 +122,40 @@ bool fails(const Report& report, const Request& request) {
            });
 }
 
+// Writes the reports and prints the findings; `written` is said of the baseline. Returns the exit code.
+int print(const Report& report, const Checked& checked, const std::string& written, const Request& request) {
+    const auto onOutput = writeReports(request.reports, report);
+    const auto words = summary(report, checked);
+    const int exitCode = !checked.skipped.empty() ? exitPartial : fails(report, request) ? exitNo : exitYes;
+    auto text = request.json ? asJSON(report, checked) : asText(report, leastListed(request), outputIsColoured());
+    if (!request.json) {
+        text += written + (exitCode == exitYes ? words + "\n" : "");
+    }
+    writeOut(text + onOutput);
+    if (exitCode != exitYes) {
+        reportError(words);
+    }
+    return exitCode;
+}
+
 } // namespace
 
 int check(const Request& request) {
     requireReplaceable(request.reports);
     ResolverSession resolver(request, standalone::View::snapshot);
     const auto uses = request.names ? readUses(*request.names, request.null ? '\0' : '\n') : Uses();
+    const auto& session = standalone::currentSession();
+    const auto files =
+        request.operands.empty() ? ownSourceFiles(session, resolver) : sourceFilesBelow(request.operands, session);
     ReportedNames names(resolver);
-    auto checked = checkAll(request, uses, resolver, showNames(request.reports) ? &names : nullptr);
+    auto checked = checkAll(request, files, uses, resolver, showNames(request.reports) ? &names : nullptr);
     auto report = reportOn(std::move(checked.entries), request);
     names.moveTo(report);
-    const auto onOutput = writeReports(request.reports, report);
-    const auto words = summary(report, checked);
-    const int exitCode = !checked.skipped.empty() ? exitPartial : fails(report, request) ? exitNo : exitYes;
-    auto text = request.json ? asJSON(report, checked) : asText(report, leastListed(request), outputIsColoured());
-    if (exitCode == exitYes && !request.json) {
-        text += words + "\n";
-    }
-    writeOut(text + onOutput);
+    const CheckedScope scope{files.roots, request.names.has_value(), checked.skipped.empty(),
+                             [&request](const std::string& code) { return isSelected(code, request); }};
+    const auto written = applyBaseline(report.entries, scope, request);
     noteOnName(request, resolver);
-    if (exitCode != exitYes) {
-        reportError(words);
-    }
-    return exitCode;
+    return print(report, checked, written, request);
 }
 
 } // namespace tessgen::cli

@@ -101,6 +101,7 @@ constexpr auto checkExamples = std::to_array<Example>({
     {"kelwhich check mine", "print what is worth knowing of the definitions in a folder"},
     {"printf 'main.vk:3:5\\tsum\\n' | kelwhich check --names - --fail-on error",
      "check also a use; fail only on errors"},
+    {"kelwhich check --baseline known.txt --update-baseline", "let only findings fail that are new from now on"},
     {"kelwhich check --except hides-host --report sarif=check.sarif", "also write a report for code scanning"},
 });
 constexpr auto doctorExamples = std::to_array<Example>({

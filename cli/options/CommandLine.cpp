@@ -248,6 +248,9 @@ private:
     }
 
     void checkReports() const {
+        if (request_.updateBaseline && !request_.baseline) {
+            refuse("--update-baseline needs --baseline FILE");
+        }
         const auto isOutput = [](const ReportTarget& target) { return target.file == "-"; };
         if (request_.json && std::any_of(request_.reports.begin(), request_.reports.end(), isOutput)) {
             refuse("--json and a --report to standard output cannot be combined");

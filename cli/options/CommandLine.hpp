@@ -30,6 +30,8 @@ struct Request {
     std::optional<analysis::Level> failOn = analysis::Level::warning; // check
     std::vector<std::string> only;                                    // check: codes; empty for all
     std::vector<std::string> except;
+    std::optional<std::string> baseline; // check
+    bool updateBaseline = false;
     bool json = false;
     std::vector<std::string> kelFolders;        // init
     std::vector<std::string> sourceCodeFolders; // init

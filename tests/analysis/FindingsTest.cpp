@@ -126,7 +126,10 @@ TEST(Findings, SayWhatKeepsNamesFromAFile) {
         {{u"/w/private/a.txt", {}, false, false, true},
          "its extension is not searched for, and it lies in a private folder"},
         {{u"/w/a.vk", {}, true, false, false}, "its folder is not on the search path"},
-        {{u"/k/a.vk", {}, true, true, false}, "no support record leads to it, as to a KEL path file one must"}};
+        {{u"/k/a.vk", {}, true, true, false}, "no support record leads to it, as to a KEL path file one must"},
+        {{u"/k/private/a.vk", {}, true, true, false}, "it lies in a private folder"},
+        {{u"/k/@C/private/a.vk", {}, true, true, false},
+         "it lies in a private folder, and no support record leads to it, as to a KEL path file one must"}};
     for (const auto& [definition, why] : cases) {
         EXPECT_EQ(ofDefinition({}, definition), "warning unreachable: " + ascii(definition.path)
                                                     + ": no plain or dotted name reaches it: " + why + "\n");

@@ -1,0 +1,133 @@
+#include "cli/checking/KnownFindings.hpp"
+
+#include "analysis/Rules.hpp"
+#include "cli/explanation/GivenPath.hpp"
+#include "cli/output/Escape.hpp"
+#include "standalone/files/AtomicFile.hpp"
+#include "standalone/files/LineReader.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using analysis::KnownFinding;
+
+bool isBaseline(const std::string& file) {
+    std::string head(analysis::baselineHead.size(), '\0');
+    std::ifstream(file, std::ios::binary).read(head.data(), static_cast<std::streamsize>(head.size()));
+    return head == analysis::baselineHead;
+}
+
+constexpr standalone::Replaceable replaceableBaseline{"a baseline", "--baseline", isBaseline};
+
+std::string contentOf(const std::string& file) {
+    standalone::LineReader lines(file);
+    std::string text;
+    while (const auto line = lines.next()) {
+        text.append(*line).append("\n");
+    }
+    return text;
+}
+
+std::u16string unescaped(const std::string& spelled) {
+    return unescapedText(spelled).value_or(standalone::toUTF16(forJSON(spelled)).value());
+}
+
+} // namespace
+
+KnownFindings::KnownFindings(const std::string& file, bool mayBeAbsent, const standalone::SessionState& session)
+    : file_(inUTF8(absolute(file))), paths_(session) {
+    std::error_code unknown;
+    if (mayBeAbsent && !std::filesystem::exists(file_, unknown) && !unknown) {
+        return;
+    }
+    const auto text = contentOf(file_);
+    try {
+        known_ = analysis::readBaseline(text);
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(file + ": " + error.what());
+    }
+}
+
+void KnownFindings::apply(std::vector<ReportEntry>& entries, const CheckedScope& scope) const {
+    std::set<KnownFinding> matched;
+    for (auto& entry : entries) {
+        auto key = keyOf(entry);
+        entry.isKnown = known_.contains(key);
+        matched.insert(std::move(key));
+    }
+    std::map<std::size_t, const KnownFinding*> stale; // by line
+    for (const auto& [known, line] : known_) {
+        if (!matched.contains(known) && isInScope(known, scope)) {
+            stale.emplace(line, &known);
+        }
+    }
+    for (const auto& [line, known] : stale) {
+        entries.push_back(staleEntry(*known, line));
+    }
+}
+
+std::size_t KnownFindings::update(std::vector<ReportEntry>& entries, const CheckedScope& scope) {
+    std::set<KnownFinding> listed;
+    for (const auto& [known, line] : known_) {
+        if (!isInScope(known, scope)) {
+            listed.insert(known);
+        }
+    }
+    for (auto& entry : entries) {
+        listed.insert(keyOf(entry));
+        entry.isKnown = true;
+    }
+    standalone::AtomicFile target(file_, replaceableBaseline);
+    target.append(analysis::baselineText(listed));
+    target.commit();
+    return listed.size();
+}
+
+KnownFinding KnownFindings::keyOf(const ReportEntry& entry) const {
+    const auto& finding = entry.finding;
+    const auto spelled = [this](const std::u16string& path) { return escapedText(paths_.shortened(path)); };
+    const auto use = !entry.use                ? std::string()
+                     : entry.use->file.empty() ? std::string(analysis::unknownPlace)
+                                               : spelled(standalone::toUTF16(entry.use->file).value());
+    return {std::string(finding.code), escapedText(finding.name), spelled(finding.path), spelled(finding.other), use};
+}
+
+bool KnownFindings::isInScope(const KnownFinding& known, const CheckedScope& scope) const {
+    if (!scope.isWhole || !scope.isSelected(known.code)) {
+        return false;
+    }
+    if (!known.use.empty()) {
+        return scope.hasUses;
+    }
+    const auto path = paths_.whole(unescaped(known.path));
+    return std::any_of(scope.paths.begin(), scope.paths.end(), [&](const std::u16string& checked) {
+        return path == checked || path.starts_with(checked + (checked.ends_with(u'/') ? u"" : u"/"));
+    });
+}
+
+ReportEntry KnownFindings::staleEntry(const KnownFinding& known, std::size_t line) const {
+    const auto& [code, level, meaning, advice] = analysis::rule::staleBaseline;
+    const auto about = known.use.empty() || known.use == analysis::unknownPlace ? known.path : known.use;
+    const auto message = "this line matches no finding: " + known.code + (about.empty() ? "" : " of " + about);
+    return {{code,
+             level,
+             unescaped(known.name),
+             standalone::toUTF16(file_).value(),
+             {},
+             {},
+             standalone::toUTF16(forJSON(message)).value(),
+             advice},
+            UsePlace{file_, line, 1}};
+}
+
+} // namespace tessgen::cli
