@@ -20,10 +20,20 @@ bool hasLockHead(const std::optional<std::string_view>& line) {
     return line && line->starts_with(analysis::lockHead);
 }
 
+// Nothing for a line that is too long, as that of a manifest may be.
+std::optional<std::string_view> firstLine(LineReader& lines) {
+    try {
+        return lines.next();
+    } catch (const standalone::LineTooLong&) {
+        return std::nullopt;
+    }
+}
+
 bool isLock(const std::string& file) {
     try {
-        return hasLockHead(LineReader(file).next());
-    } catch (const std::runtime_error&) {
+        LineReader lines(file);
+        return hasLockHead(firstLine(lines));
+    } catch (const std::runtime_error&) { // it cannot be read
         return false;
     }
 }
@@ -78,7 +88,7 @@ std::optional<Lock> readLock(const std::string& file, const std::optional<Locked
         return std::nullopt;
     }
     auto lines = file == "-" ? LineReader::ofStandardInput() : LineReader(file);
-    const auto first = lines.next();
+    const auto first = firstLine(lines);
     if (!hasLockHead(first)) {
         return std::nullopt;
     }
