@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <stdexcept>
 #include <string>
@@ -88,7 +89,12 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, Out
                 lock.lines.push_back(std::move(line));
             }
         } catch (const std::exception& error) {
-            outcome.addFailure(inUTF8(name), error);
+            constexpr std::size_t mostReported = 10; // a folder that cannot be read fails nearly every name
+            if (lock.failed.size() < mostReported) {
+                outcome.addFailure(inUTF8(name), error);
+            } else {
+                outcome.addFailure();
+            }
             lock.failed.push_back(spelled);
         }
     };

@@ -13,8 +13,8 @@ namespace tessgen::cli {
 // Errors: those of LineReader.
 std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome);
 
-// What these names, or all known ones, stand for in the request's installation, which is closed again. A name that
-// fails is reported and counted.
+// What these names, or all known ones, stand for in the request's installation, which is closed again. Names that
+// fail are counted, and the first ten are reported.
 // Errors: those of ResolverSession and `knownNames`.
 Lock lockOf(const Request& request, const std::optional<LockedNames>& names, Outcome& outcome);
 
