@@ -8,10 +8,6 @@
 namespace tessgen::test {
 namespace {
 
-std::string ascii(const std::u16string& text) {
-    return {text.begin(), text.end()};
-}
-
 // A line for each: "LEVEL CODE: PATH, OTHER by key NUMBER: MESSAGE".
 std::string textOf(const std::vector<analysis::Finding>& findings) {
     std::string text;

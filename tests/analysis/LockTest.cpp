@@ -41,10 +41,6 @@ std::optional<std::u16string> read(std::string_view spelled) {
 
 constexpr analysis::Spelling spelling{written, read};
 
-std::string ascii(const std::u16string& text) {
-    return {text.begin(), text.end()};
-}
-
 TEST(Lock, LineIsReadAsItWasWritten) {
     WorldMaker maker(55);
     std::size_t redirected = 0;

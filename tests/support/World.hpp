@@ -25,6 +25,10 @@ using Type = kelwhich::WhichResultType;
 using Texts = std::vector<std::u16string>;
 using Results = std::vector<WhichResult>;
 
+inline std::string ascii(const std::u16string& text) {
+    return {text.begin(), text.end()};
+}
+
 struct Record {
     Texts names;
     std::shared_ptr<const SupportEntry> entry;
