@@ -7,12 +7,12 @@
 // Threads: any.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace tessgen::analysis {
 
@@ -26,7 +26,10 @@ struct KnownFinding {
     std::string other;
     std::string use; // empty for a definition; `unknownPlace` for a use without a file
 
-    friend auto operator<=>(const KnownFinding&, const KnownFinding&) = default;
+    friend bool operator==(const KnownFinding&, const KnownFinding&) = default;
+    friend bool operator<(const KnownFinding& a, const KnownFinding& b) {
+        return std::tie(a.code, a.name, a.path, a.other, a.use) < std::tie(b.code, b.name, b.path, b.other, b.use);
+    }
 };
 inline constexpr std::string_view unknownPlace = "-";
 
