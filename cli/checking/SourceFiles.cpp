@@ -95,8 +95,12 @@ public:
     }
 
     SourceFiles takeAll() {
-        std::sort(found_.paths.begin(), found_.paths.end());
-        found_.paths.erase(std::unique(found_.paths.begin(), found_.paths.end()), found_.paths.end());
+        for (auto* const list : {&found_.paths, &found_.roots}) {
+            std::sort(list->begin(), list->end());
+            list->erase(std::unique(list->begin(), list->end()), list->end());
+        }
+        std::sort(found_.skipped.begin(), found_.skipped.end(),
+                  [](const Skipped& a, const Skipped& b) { return a.place < b.place; });
         return std::move(found_);
     }
 

@@ -19,8 +19,8 @@ struct Skipped {
 
 struct SourceFiles {
     std::vector<std::u16string> paths; // absolute, as the search spells them; sorted, each once
-    std::vector<std::u16string> roots; // the files and folders that were given, spelled likewise
-    std::vector<Skipped> skipped;      // folders that cannot be read, and paths that are not UTF-8
+    std::vector<std::u16string> roots; // the files and folders that were given, likewise
+    std::vector<Skipped> skipped;      // folders that cannot be read, and paths that are not UTF-8; sorted
 };
 
 // The given files, whatever they are called, and the source files below the given folders. Relative paths are meant in
