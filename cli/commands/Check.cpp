@@ -33,17 +33,34 @@ bool isSelected(std::string_view code, const Request& request) {
     return (request.only.empty() || isAmong(request.only)) && !isAmong(request.except);
 }
 
+// The rules that are looked for: those about uses only where names are, that about a baseline where one is compared.
+// Errors: std::runtime_error when there is none.
+std::vector<analysis::Rule> rulesFor(const Request& request) {
+    namespace rule = analysis::rule;
+    std::vector<analysis::Rule> rules;
+    std::copy_if(analysis::rules.begin(), analysis::rules.end(), std::back_inserter(rules), [&](const auto& r) {
+        const bool isOfUses = r.code == rule::noCandidate.code || r.code == rule::missingFile.code;
+        const bool isOfBaseline = r.code == rule::staleBaseline.code;
+        return isSelected(r.code, request) && (!isOfUses || request.names)
+               && (!isOfBaseline || (request.baseline && !request.updateBaseline));
+    });
+    if (rules.empty()) {
+        throw std::runtime_error("nothing is left to look for; no-candidate and missing-file need --names, "
+                                 "stale-baseline needs --baseline");
+    }
+    return rules;
+}
+
 // The gravest level that is not listed is that of notes, unless they were asked for.
 Level leastListed(const Request& request) {
     const bool wantsNotes = request.verbose || request.failOn == Level::note || !request.only.empty();
     return wantsNotes ? Level::note : Level::warning;
 }
 
-Report reportOn(std::vector<ReportEntry> entries, const Request& request) {
-    Report report{"check", {}, std::move(entries), workingFolder(), standalone::currentSession().installation.manifest};
+Report reportOn(std::vector<ReportEntry> entries, std::vector<analysis::Rule> rules, const Request& request) {
+    Report report{"check", std::move(rules), std::move(entries), workingFolder(),
+                  standalone::currentSession().installation.manifest};
     std::erase_if(report.entries, [&](const auto& entry) { return !isSelected(entry.finding.code, request); });
-    std::copy_if(analysis::rules.begin(), analysis::rules.end(), std::back_inserter(report.rules),
-                 [&](const auto& rule) { return isSelected(rule.code, request); });
     return report;
 }
 
@@ -141,6 +158,7 @@ int print(const Report& report, const Checked& checked, const std::string& writt
 } // namespace
 
 int check(const Request& request) {
+    auto rules = rulesFor(request);
     requireReplaceable(request.reports);
     ResolverSession resolver(request, standalone::View::snapshot);
     const auto uses = request.names ? readUses(*request.names, request.null ? '\0' : '\n') : Uses();
@@ -149,7 +167,7 @@ int check(const Request& request) {
         request.operands.empty() ? ownSourceFiles(session, resolver) : sourceFilesBelow(request.operands, session);
     ReportedNames names(resolver);
     auto checked = checkAll(request, files, uses, resolver, showNames(request.reports) ? &names : nullptr);
-    auto report = reportOn(std::move(checked.entries), request);
+    auto report = reportOn(std::move(checked.entries), std::move(rules), request);
     names.moveTo(report);
     const CheckedScope scope{files.roots, request.names.has_value(), checked.skipped.empty(),
                              [&request](const std::string& code) { return isSelected(code, request); }};
