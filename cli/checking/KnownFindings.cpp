@@ -38,6 +38,24 @@ std::string contentOf(const std::string& file) {
     return text;
 }
 
+// Whether its line is not too long to be read again.
+bool fitsInLine(const KnownFinding& known) {
+    constexpr std::size_t separators = 4;
+    const auto size = known.code.size() + known.name.size() + known.path.size() + known.other.size() + known.use.size();
+    return size + separators <= standalone::LineReader::longestLine;
+}
+
+// Whether the path or a folder above it is one of these, which are sorted.
+bool isAtOrBelowOneOf(const std::vector<std::u16string>& paths, std::u16string_view path) {
+    const auto isThere = [&paths](std::u16string_view p) { return std::binary_search(paths.begin(), paths.end(), p); };
+    for (auto end = path.size(); end != 0 && end != std::u16string_view::npos; end = path.rfind(u'/', end - 1)) {
+        if (isThere(path.substr(0, end))) {
+            return true;
+        }
+    }
+    return path.starts_with(u'/') && isThere(u"/");
+}
+
 std::u16string unescaped(const std::string& spelled) {
     return unescapedText(spelled).value_or(standalone::toUTF16(forJSON(spelled)).value());
 }
@@ -45,12 +63,15 @@ std::u16string unescaped(const std::string& spelled) {
 } // namespace
 
 KnownFindings::KnownFindings(const std::string& file, bool mayBeAbsent, const standalone::SessionState& session)
-    : file_(inUTF8(absolute(file))), paths_(session) {
+    : file_(inUTF8(absolute(file))), paths_(session), files_(session.files) {
     std::error_code unknown;
     if (mayBeAbsent && !std::filesystem::exists(file_, unknown) && !unknown) {
         return;
     }
     const auto text = contentOf(file_);
+    if (mayBeAbsent && text.empty()) {
+        return;
+    }
     try {
         known_ = analysis::readBaseline(text);
     } catch (const std::runtime_error& error) {
@@ -84,8 +105,11 @@ std::size_t KnownFindings::update(std::vector<ReportEntry>& entries, const Check
         }
     }
     for (auto& entry : entries) {
-        listed.insert(keyOf(entry));
-        entry.isKnown = true;
+        auto key = keyOf(entry);
+        entry.isKnown = fitsInLine(key);
+        if (entry.isKnown) {
+            listed.insert(std::move(key));
+        }
     }
     standalone::AtomicFile target(file_, replaceableBaseline);
     target.append(analysis::baselineText(listed));
@@ -110,9 +134,19 @@ bool KnownFindings::isInScope(const KnownFinding& known, const CheckedScope& sco
         return scope.hasUses;
     }
     const auto path = paths_.whole(unescaped(known.path));
-    return std::any_of(scope.paths.begin(), scope.paths.end(), [&](const std::u16string& checked) {
-        return path == checked || path.starts_with(checked + (checked.ends_with(u'/') ? u"" : u"/"));
-    });
+    const auto& checked = scope.files.paths;
+    return std::binary_search(checked.begin(), checked.end(), path)
+           || (isAtOrBelowOneOf(scope.files.roots, path) && !isFile(path));
+}
+
+// Whether a file is there, or may be.
+bool KnownFindings::isFile(const std::u16string& path) const {
+    const auto text = standalone::toUTF8(path);
+    try {
+        return text && files_.kindOf(*text) == standalone::FileTree::Kind::file;
+    } catch (const std::system_error&) {
+        return true;
+    }
 }
 
 ReportEntry KnownFindings::staleEntry(const KnownFinding& known, std::size_t line) const {

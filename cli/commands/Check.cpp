@@ -169,7 +169,7 @@ int check(const Request& request) {
     auto checked = checkAll(request, files, uses, resolver, showNames(request.reports) ? &names : nullptr);
     auto report = reportOn(std::move(checked.entries), std::move(rules), request);
     names.moveTo(report);
-    const CheckedScope scope{files.roots, request.names.has_value(), checked.skipped.empty(),
+    const CheckedScope scope{files, request.names.has_value(), checked.skipped.empty(),
                              [&request](const std::string& code) { return isSelected(code, request); }};
     const auto written = applyBaseline(report.entries, scope, request);
     noteOnName(request, resolver);

@@ -50,6 +50,9 @@ std::u16string LockedPaths::whole(const std::u16string& path) const {
     const auto base = std::find_if(bases_.begin(), bases_.end(), [&](const Base& b) {
         return b.word.empty() ? !needsHere(path) : path.starts_with(b.word);
     });
+    if (base == bases_.end()) {
+        return path;
+    }
     const auto below = path.substr(base->word.size());
     return base->folder + below.substr(below.starts_with(here) ? here.size() : 0);
 }

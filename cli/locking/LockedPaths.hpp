@@ -18,7 +18,7 @@ class LockedPaths {
 public:
     explicit LockedPaths(const standalone::SessionState& session);
 
-    // Lexical. `whole` is the reverse.
+    // Lexical. `whole` is the reverse; a path below a folder that this installation does not have stays as it is.
     [[nodiscard]] std::u16string shortened(const std::u16string& path) const;
     [[nodiscard]] std::u16string whole(const std::u16string& path) const;
 
