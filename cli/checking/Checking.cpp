@@ -110,7 +110,7 @@ private:
         for (; first != last; ++first) {
             if (first->subject >= definitions_.size()) {
                 checkUse(first->subject, *explanation);
-            } else if (reachedAs_[first->subject] == first->name) {
+            } else if (!first->name.empty() && reachedAs_[first->subject] == first->name) {
                 checkDefinition(first->subject, first->name, *explanation);
             } else {
                 others_.push_back(first->subject);

@@ -60,6 +60,9 @@ public:
             throw std::runtime_error(given + ": the path is not UTF-8");
         }
         const auto path = inUTF8(absolute(given));
+        if (!path.starts_with('/')) {
+            throw std::runtime_error(given + ": the path of the working folder is not UTF-8");
+        }
         std::optional<Kind> kind;
         try {
             kind = files_.kindOf(path);

@@ -27,7 +27,7 @@ struct SourceFiles {
 // the working folder. A source file has an extension that the search tries, or one that differs from such only by the
 // case of its letters, or a default one. Left out: what is hidden; links to folders, except to search folders and,
 // once on the way to a file, to package, class and private folders.
-// Errors: std::runtime_error for a path where neither a file nor a folder is, or that is not UTF-8.
+// Errors: std::runtime_error for a path where neither a file nor a folder is, or that is not UTF-8 when it is whole.
 SourceFiles sourceFilesBelow(const std::vector<std::string>& paths, const standalone::SessionState& session);
 
 // The source files below the folders of the search path that are the user's own, without KEL folders and folders of
