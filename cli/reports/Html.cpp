@@ -80,7 +80,7 @@ std::string row(const ReportedFinding& entry, const std::map<std::string_view, s
     return fmt::format("<tr class=\"{0}{1}\"><td>{0}{2}</td><td class=\"path\">{3}{4}</td><td>{5}{6}</td>"
                        "<td><a href=\"#code-{7}\">{7}</a></td></tr>",
                        levelName(finding.level), entry.entry->isKnown ? " known" : "",
-                       entry.entry->isKnown ? ", known" : "", visibleInXML(entry.file), place, inXML(entry.message),
+                       entry.entry->isKnown ? ", known" : "", visibleInXML(entry.file), place, inXML(entry.statement),
                        link, finding.code);
 }
 

@@ -70,7 +70,8 @@ ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) 
     result.message = fmt::format("{}{}", escaped(inUTF8(finding.message)),
                                  unnamed.empty() ? "" : fmt::format(" ({})", fmt::join(unnamed, ", ")));
     const bool isNamed = entry.use || path.empty();
-    result.text = fmt::format("{}{}. {}", isNamed ? escaped(result.name) + ": " : "", result.message, finding.advice);
+    result.statement = fmt::format("{}{}", isNamed ? escaped(result.name) + ": " : "", result.message);
+    result.text = fmt::format("{}. {}", result.statement, finding.advice);
     return result;
 }
 

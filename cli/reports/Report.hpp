@@ -76,7 +76,8 @@ struct ReportedFinding {
     std::optional<std::size_t> column;
     std::vector<Other> others; // what else it is about
     std::string message;       // a clause that names the others; escaped
-    std::string text;          // a sentence with the message and, of a use, the name; then the advice; escaped
+    std::string statement;     // the message; before it the name, when the place is not what it is about; escaped
+    std::string text;          // the statement, then the advice
     std::string fingerprint;   // same for the same code, name and files below the manifest; none is there twice
 };
 
