@@ -121,7 +121,7 @@ int printChanges(const Request& request, std::string_view command, const Lock& b
                  const Outcome& outcome) {
     const auto names = changesBetween(before, after);
     const auto annotations =
-        request.reports.empty() ? "" : writeReports(request.reports, reportOn(names, command, after));
+        request.reports.empty() ? "" : writeReports(request.reports, reportOn(names, command, before, after));
     writeOut((request.json ? asJSON(names, before, after) : asText(names)) + annotations);
     const auto exitCode = outcome.exitCode();
     if (exitCode != exitYes || names.empty()) {

@@ -5,6 +5,7 @@
 #include "cli/output/Findings.hpp"
 #include "cli/output/Json.hpp"
 #include "cli/output/Render.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -20,13 +21,13 @@ namespace {
 using analysis::LockedName;
 using Lines = std::vector<std::string>;
 
-// Adds what changed of a name; a lock without its line has an empty one.
-void addChanges(std::vector<NameChanges>& names, std::string_view oldLine, std::string_view newLine,
+// Adds what changed of a name; a lock without its line has an empty one. `number` is that of the new line.
+void addChanges(std::vector<NameChanges>& names, std::string_view oldLine, std::string_view newLine, std::size_t number,
                 const Lock& after) {
     const auto read = [](std::string_view line) {
         return line.empty() ? LockedName() : analysis::readLockLine(line, lockSpelling);
     };
-    NameChanges name{read(oldLine), read(newLine), {}};
+    NameChanges name{read(oldLine), read(newLine), {}, number};
     (oldLine.empty() ? name.before : name.after).name = (oldLine.empty() ? name.after : name.before).name;
     name.changes = analysis::changesOf(name.before, name.after);
     for (auto& [finding, isAboutFile, old, now] : name.changes) {
@@ -82,10 +83,11 @@ std::vector<NameChanges> changesBetween(const Lock& before, const Lock& after) {
         const auto newName = now != after.lines.end() ? analysis::nameInLine(*now) : std::string_view();
         const bool isOld = now == after.lines.end() || (old != before.lines.end() && oldName <= newName);
         const bool isNew = old == before.lines.end() || (now != after.lines.end() && newName <= oldName);
+        const auto index = static_cast<std::size_t>(now - after.lines.begin());
         const std::string_view oldLine = isOld ? std::string_view(*old++) : "";
         const std::string_view newLine = isNew ? std::string_view(*now++) : "";
         if (oldLine != newLine && !hasFailed(isOld ? oldName : newName)) {
-            addChanges(names, oldLine, newLine, after);
+            addChanges(names, oldLine, newLine, isNew && !after.paths ? after.numbers[index] : 0, after);
         }
     }
     return names;
@@ -113,15 +115,20 @@ std::string asJSON(const std::vector<NameChanges>& names, const Lock& before, co
     return text + (names.empty() ? "]}\n" : "\n]}\n");
 }
 
-Report reportOn(const std::vector<NameChanges>& names, std::string_view command, const Lock& after) {
-    Report report{command, {}, {}, workingFolder(), after.place};
+Report reportOn(const std::vector<NameChanges>& names, std::string_view command, const Lock& before,
+                const Lock& after) {
+    const bool isFile = after.place != "-";
+    Report report{command, {}, {}, workingFolder(), {}};
+    report.manifest = standalone::absolutePath(isFile ? after.place : before.place, report.folder);
     report.rules.assign(analysis::changeRules.begin(), analysis::changeRules.end());
     for (const auto& name : names) {
         for (const auto& change : name.changes) {
-            auto& finding = report.entries.emplace_back().finding;
-            finding = change.finding;
-            if (!finding.path.empty()) { // else reports add the name
-                finding.message.insert(0, finding.name + u": ");
+            auto& entry = report.entries.emplace_back();
+            entry.finding = change.finding;
+            if (isFile && name.line != 0) {
+                entry.use = UsePlace{forJSON(report.manifest), name.line, 1};
+            } else if (!change.finding.path.empty()) { // else reports add the name
+                entry.finding.message.insert(0, change.finding.name + u": ");
             }
         }
     }

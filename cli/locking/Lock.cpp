@@ -68,6 +68,7 @@ Lock readLines(LineReader& lines, const std::string& file, const std::optional<L
         before = analysis::nameInLine(*line);
         if (!names || std::binary_search(names->begin(), names->end(), before)) {
             lock.lines.emplace_back(*line);
+            lock.numbers.push_back(lines.number());
         }
     }
     return lock;

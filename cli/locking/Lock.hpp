@@ -5,6 +5,7 @@
 #include "cli/locking/LockedPaths.hpp"
 #include "standalone/files/AtomicFile.hpp"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@ struct Lock {
     std::vector<std::string> lines;        // without the first one and line ends; sorted
     std::vector<std::string> failed;       // names without an answer, as they are spelled in lines; sorted
     std::optional<LockedPaths> paths = {}; // of an installation
+    std::vector<std::size_t> numbers = {}; // of the lines in the lock's file, counted from 1
 };
 
 extern const analysis::Spelling lockSpelling;
