@@ -44,6 +44,11 @@ bool isLock(const std::string& file) {
 
 // Checks a line that follows the one of the name `before`.
 void checkLine(const LineReader& lines, std::string_view line, std::string_view before) {
+    try {
+        static_cast<void>(analysis::readLockLine(line, lockSpelling));
+    } catch (const std::runtime_error& error) {
+        refuseLine(lines, error.what());
+    }
     const auto name = analysis::nameInLine(line);
     if (name == before) {
         refuseLine(lines, fmt::format("a second line of the name {}; locks that are merged must not contradict each "
@@ -52,11 +57,6 @@ void checkLine(const LineReader& lines, std::string_view line, std::string_view 
     }
     if (name < before) {
         refuseLine(lines, "the line is not in its place; sort the file with: LC_ALL=C sort -u");
-    }
-    try {
-        static_cast<void>(analysis::readLockLine(line, lockSpelling));
-    } catch (const std::runtime_error& error) {
-        refuseLine(lines, error.what());
     }
 }
 
