@@ -4,19 +4,15 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace tessgen::cli {
 
 namespace {
 
-// The lock in a file, or of the installation there.
-Lock sideOf(const std::string& file, Request request, const std::optional<LockedNames>& names, Outcome& outcome) {
-    if (auto lock = readLock(file, names)) {
-        return *std::move(lock);
-    }
-    request.installation = file;
-    return lockOf(request, names, outcome);
+Lock lockIn(const std::string& place, Request request, const std::optional<LockedNames>& names,
+            const std::optional<Lock>& other, Outcome& outcome) {
+    request.installation = place;
+    return lockOf(request, names, other, outcome);
 }
 
 } // namespace
@@ -25,9 +21,13 @@ int diff(const Request& request) {
     requireReplaceable(request.reports);
     Outcome outcome;
     const auto names = namesOfFile(request, outcome);
-    const auto before = sideOf(request.operands.front(), request, names, outcome);
-    const auto after = sideOf(request.operands.back(), request, names, outcome);
-    return printChanges(request, "diff", before, after, outcome);
+    const auto& first = request.operands.front();
+    const auto& last = request.operands.back();
+    auto before = readLock(first, names);
+    auto after = readLock(last, names);
+    before = before ? before : lockIn(first, request, names, after, outcome);
+    after = after ? after : lockIn(last, request, names, before, outcome);
+    return printChanges(request, "diff", *before, *after, outcome);
 }
 
 } // namespace tessgen::cli

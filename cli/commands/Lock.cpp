@@ -52,7 +52,7 @@ int lock(const Request& request) {
         throw std::runtime_error(
             fmt::format("{}: is not a lock; write one with: kelwhich lock -o FILE", *request.lockToCheck));
     }
-    const auto now = lockOf(request, names, outcome);
+    const auto now = lockOf(request, names, before, outcome);
     if (before) {
         return printChanges(request, "lock", *before, now, outcome);
     }

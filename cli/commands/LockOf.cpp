@@ -39,6 +39,24 @@ std::string lineOf(const std::u16string& name, const ResolverSession& resolver, 
     return line;
 }
 
+void sortEachOnce(LockedNames& names) {
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+}
+
+// The known names, and those of a lock, which may be known no longer and still stand for something.
+LockedNames allNames(const standalone::SessionState& session, const std::optional<Lock>& other) {
+    LockedNames names;
+    for (const auto& name : standalone::knownNames(session)) {
+        names.push_back(analysis::spelledName(parseName(name), lockSpelling));
+    }
+    for (const auto& line : other ? other->lines : std::vector<std::string>()) {
+        names.push_back(analysis::spelledName(unescapedText(analysis::nameInLine(line)).value(), lockSpelling));
+    }
+    sortEachOnce(names);
+    return names;
+}
+
 } // namespace
 
 std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome) {
@@ -70,12 +88,12 @@ std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome)
             addFailure(standalone::LineTooLong::message);
         }
     }
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
+    sortEachOnce(names);
     return names;
 }
 
-Lock lockOf(const Request& request, const std::optional<LockedNames>& names, Outcome& outcome) {
+Lock lockOf(const Request& request, const std::optional<LockedNames>& names, const std::optional<Lock>& other,
+            Outcome& outcome) {
     ResolverSession resolver(request, standalone::View::snapshot);
     const auto& session = standalone::currentSession();
     const LockedPaths paths(session);
@@ -98,21 +116,14 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, Out
             lock.failed.push_back(spelled);
         }
     };
-    if (names) {
-        for (const auto& name : *names) {
-            add(unescapedText(name).value(), name);
-        }
-    } else {
-        for (const auto& text : standalone::knownNames(session)) {
-            const auto name = parseName(text);
-            add(name, analysis::spelledName(name, lockSpelling));
-        }
+    for (const auto& name : names ? *names : allNames(session, other)) {
+        add(unescapedText(name).value(), name);
+    }
+    if (!names) {
         if (!session.snapshotSearch->isComplete()) {
             reportNote("folders that cannot be read, or packages behind several links, may hold more names");
         }
     }
-    std::sort(lock.lines.begin(), lock.lines.end());
-    std::sort(lock.failed.begin(), lock.failed.end());
     resolver.close();
     return lock;
 }

@@ -95,7 +95,7 @@ Side makeSide(unsigned seed, bool isSecond) {
     cli::Request request;
     request.installation = folder.path("h");
     cli::Outcome outcome;
-    Side side{answersOf(folder, request), lockOf(request, std::nullopt, outcome)};
+    Side side{answersOf(folder, request), lockOf(request, std::nullopt, std::nullopt, outcome)};
     EXPECT_EQ(outcome.exitCode(), 0);
     // What is written is read again, and nothing differs from it.
     std::string text = cli::lockFirstLine();
@@ -104,7 +104,7 @@ Side makeSide(unsigned seed, bool isSecond) {
     }
     const auto again = cli::readLock(folder.write("names.lock", text), std::nullopt);
     EXPECT_EQ(again.value().lines, side.lock.lines);
-    EXPECT_TRUE(changesBetween(*again, lockOf(request, std::nullopt, outcome)).empty());
+    EXPECT_TRUE(changesBetween(*again, lockOf(request, std::nullopt, std::nullopt, outcome)).empty());
     return side;
 }
 
