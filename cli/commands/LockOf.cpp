@@ -120,8 +120,11 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, con
         add(unescapedText(name).value(), name);
     }
     if (!names) {
-        if (!session.snapshotSearch->isComplete()) {
-            reportNote("folders that cannot be read, or packages behind several links, may hold more names");
+        if (session.snapshotSearch->hasUnreadable()) {
+            reportError("folders that cannot be read may hold more names; find them with: kelwhich doctor");
+            outcome.addFailure();
+        } else if (!session.snapshotSearch->isComplete()) {
+            reportNote("packages behind several links may hold more names");
         }
     }
     resolver.close();

@@ -70,7 +70,7 @@ public:
         try {
             addFolder(folder, "", 0);
         } catch (const std::system_error&) {
-            search_.allIncomplete_ = true;
+            search_.allIncomplete_ = search_.hasUnreadable_ = true;
         }
     }
 
@@ -256,6 +256,7 @@ private:
             return true;
         } catch (const std::system_error&) {
             markIncomplete(names);
+            search_.hasUnreadable_ = true;
             return false;
         }
     }

@@ -39,6 +39,8 @@ public:
 
     // Whether these are all: no folder was unreadable, and no package is reached through more than one link.
     [[nodiscard]] bool isComplete() const { return !allIncomplete_ && incomplete_.empty(); }
+    // Whether a folder or file was unreadable.
+    [[nodiscard]] bool hasUnreadable() const { return hasUnreadable_; }
 
 private:
     friend class SearchPathWalk;
@@ -52,6 +54,7 @@ private:
     // First parts of the names that the index may lack files of, "" for every plain name: `search_` finds these.
     std::unordered_set<std::string, TextHash> incomplete_;
     bool allIncomplete_ = false;
+    bool hasUnreadable_ = false;
 };
 
 } // namespace tessgen::standalone
