@@ -111,7 +111,7 @@ Document gitlabIssue(const ReportedFinding& entry) {
                          : level == analysis::Level::warning ? "minor"
                                                              : "info"},
             {"fingerprint", entry.fingerprint},
-            {"location", {{"path", entry.file}, {"lines", {{"begin", entry.line}}}}}};
+            {"location", {{"path", forJSON(entry.file)}, {"lines", {{"begin", entry.line}}}}}};
 }
 
 } // namespace

@@ -43,13 +43,13 @@ std::string identity(const Report& report, const ReportedFinding& finding) {
 
 ReportedFinding reportedFinding(const ReportEntry& entry, const Report& report) {
     const auto& finding = entry.finding;
-    const auto path = inUTF8(finding.path);
+    const auto path = entry.path.empty() ? inUTF8(finding.path) : entry.path;
     const auto isFile = path.starts_with('/');
     ReportedFinding result;
     result.entry = &entry;
     result.name = inUTF8(finding.name.empty() && !isFile ? finding.path : finding.name);
     const bool isPlaced = entry.use && !entry.use->file.empty();
-    result.file = shownPath(report, isPlaced ? entry.use->file : isFile ? path : forJSON(report.manifest));
+    result.file = shownPath(report, isPlaced ? entry.use->file : isFile ? path : report.manifest);
     if (isPlaced) {
         result.line = entry.use->line;
         result.column = entry.use->column;

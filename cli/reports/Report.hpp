@@ -25,6 +25,7 @@ struct ReportEntry {
     analysis::Finding finding;
     std::optional<UsePlace> use = {}; // of a name that is used; without its file, the finding's own file is the place
     bool isKnown = false;             // a baseline lists it: shown as such, or left out
+    std::string path = {};            // the finding's own, when it is not UTF-8, for which the finding has it escaped
 };
 
 // A definition that a name may stand for.
@@ -71,7 +72,7 @@ struct ReportedFinding {
 
     const ReportEntry* entry = nullptr;
     std::string name;
-    std::string file; // of its place: relative or absolute, unescaped
+    std::string file; // of its place: relative or absolute, unescaped; any bytes
     std::size_t line = 1;
     std::optional<std::size_t> column;
     std::vector<Other> others; // what else it is about

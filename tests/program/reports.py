@@ -27,7 +27,7 @@ NAMES = {
     b"%0A%25::error title=x,file=y,line=1::z": None,
     "\u202e\u2066right\u200b\ufeff\ufffe\uffff\u0085\u2028".encode():
         r"\u{202E}\u{2066}right\u{200B}\u{FEFF}\u{FFFE}\u{FFFF}\u{85}\u{2028}",
-    b"\xff\xc0\x80": r"\\x{FF}\\x{C0}\\x{80}", # the text that programs get, escaped as every text
+    b"\xff\xc0\x80": r"\x{FF}\x{C0}\x{80}",
     br"back\slash \u{1} {{names}} @style@ ${x}": r"back\\slash \\u{1} {{names}} @style@ ${x}",
     "\u00e9\u65e5\u672c\U0001f600".encode(): None,
     b"n" * 252: None,
@@ -78,7 +78,7 @@ def places(form, file):
             isAbsolute = artifact["uri"].startswith("file:///")
             expect(isAbsolute or artifact["uriBaseId"] in run["originalUriBaseIds"], "no base:", artifact)
             expect(re.fullmatch(r"(file://)?([\w.~/-]|%[0-9A-F]{2})+", artifact["uri"], re.ASCII), "no URI:", artifact)
-        return [unquote(artifact["uri"]) for artifact in artifacts]
+        return [unquote(artifact["uri"], errors="surrogateescape") for artifact in artifacts]
     if form == "junit":
         subprocess.run(["xmllint", "--noout", "--schema", HERE + "/junit.xsd", file], check=True, stderr=subprocess.PIPE)
         cases = [case for case in xml.fromstring(text).iter("testcase") if len(case)]
@@ -93,11 +93,10 @@ def places(form, file):
 
 
 def spelled(form, name, shown):
-    """The name in a format: programs get it as it is where it is UTF-8."""
-    try:
-        return name.decode() if form in ("json", "gitlab", "sarif") else shown or name.decode()
-    except UnicodeDecodeError:
-        return shown.replace("\\\\", "\\")
+    """The name in a format: programs get it as it is, but in JSON where it is not UTF-8."""
+    decoded = name.decode(errors="surrogateescape")
+    isUTF8 = decoded.encode(errors="replace") == name
+    return decoded if form == "sarif" or form in ("json", "gitlab") and isUTF8 else shown or decoded
 
 
 def check(arguments, folder=None):
