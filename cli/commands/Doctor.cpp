@@ -74,11 +74,10 @@ std::string asJSON(const Findings& findings) {
 
 Report reportOn(const Findings& findings) {
     Report report{"doctor", doctorRules(), {}, workingFolder(), standalone::currentSession().installation.manifest};
-    std::transform(findings.begin(), findings.end(), std::back_inserter(report.entries),
-                   [](const Finding& finding) {
-                       const bool isUTF8 = standalone::isUTF8(finding.path);
-                       return ReportEntry{asFinding(finding), {}, false, isUTF8 ? "" : finding.path};
-                   });
+    std::transform(findings.begin(), findings.end(), std::back_inserter(report.entries), [](const Finding& finding) {
+        const bool isUTF8 = standalone::isUTF8(finding.path);
+        return ReportEntry{asFinding(finding), {}, false, isUTF8 ? "" : finding.path};
+    });
     return report;
 }
 
