@@ -3,6 +3,7 @@
 #include "cli/reports/ReportFiles.hpp"
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace tessgen::cli {
@@ -11,6 +12,9 @@ namespace {
 
 Lock lockIn(const std::string& place, Request request, const std::optional<LockedNames>& names,
             const std::optional<Lock>& other, Outcome& outcome) {
+    if (place == "-") {
+        throw std::runtime_error("standard input: is not a lock; write one with: kelwhich lock");
+    }
     request.installation = place;
     return lockOf(request, names, other, outcome);
 }
@@ -25,8 +29,12 @@ int diff(const Request& request) {
     const auto& last = request.operands.back();
     auto before = readLock(first, names);
     auto after = readLock(last, names);
-    before = before ? before : lockIn(first, request, names, after, outcome);
-    after = after ? after : lockIn(last, request, names, before, outcome);
+    if (!before) {
+        before = lockIn(first, request, names, after, outcome);
+    }
+    if (!after) {
+        after = lockIn(last, request, names, before, outcome);
+    }
     return printChanges(request, "diff", *before, *after, outcome);
 }
 
