@@ -116,7 +116,8 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, con
             lock.failed.push_back(spelled);
         }
     };
-    for (const auto& name : names ? *names : allNames(session, other)) {
+    const auto all = names ? LockedNames() : allNames(session, other);
+    for (const auto& name : names ? *names : all) {
         add(unescapedText(name).value(), name);
     }
     if (!names) {
