@@ -4,7 +4,6 @@
 #include "analysis/Names.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <stdexcept>
 #include <utility>

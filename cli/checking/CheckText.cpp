@@ -64,15 +64,15 @@ private:
 
 std::string asText(const Report& report, Level least, bool coloured) {
     const auto style = outputStyle(coloured);
-    auto listed = report;
+    Report listed{report.command, {}, {}, report.folder, report.manifest};
     std::map<std::string_view, std::size_t> notListed; // by code
-    std::erase_if(listed.entries, [&](const ReportEntry& entry) {
-        const bool isGraveEnough = entry.finding.level >= least;
-        if (!entry.isKnown && !isGraveEnough) {
+    for (const auto& entry : report.entries) {
+        if (!entry.isKnown && entry.finding.level >= least) {
+            listed.entries.push_back(entry);
+        } else if (!entry.isKnown) {
             ++notListed[entry.finding.code];
         }
-        return entry.isKnown || !isGraveEnough;
-    });
+    }
     std::string text;
     Advice advice;
     for (const auto& reported : reported(listed)) {

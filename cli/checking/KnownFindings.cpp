@@ -86,6 +86,9 @@ void KnownFindings::apply(std::vector<ReportEntry>& entries, const CheckedScope&
         entry.isKnown = known_.contains(key);
         matched.insert(std::move(key));
     }
+    if (!scope.isSelected(std::string(analysis::rule::staleBaseline.code))) {
+        return;
+    }
     std::map<std::size_t, const KnownFinding*> stale; // by line
     for (const auto& [known, line] : known_) {
         if (!matched.contains(known) && isInScope(known, scope)) {

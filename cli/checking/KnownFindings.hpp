@@ -33,7 +33,8 @@ public:
     // Errors: std::runtime_error: the file cannot be read, or a line of it is malformed.
     KnownFindings(const std::string& file, bool mayBeAbsent, const standalone::SessionState& session);
 
-    // Marks the entries that the baseline lists, and adds one for each of its lines that is stale.
+    // Marks the entries that the baseline lists, and adds one for each of its lines that is stale,
+    // if such are selected.
     void apply(std::vector<ReportEntry>& entries, const CheckedScope& scope) const;
 
     // Writes a baseline of these entries, which become known unless their lines would be too long, and of what it lists

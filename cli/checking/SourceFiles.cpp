@@ -25,7 +25,7 @@ using standalone::joinPath;
 using Kind = FileTree::Kind;
 
 bool isAtOrBelow(std::string_view path, std::string_view folder) {
-    return folder == "/" || (path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/'));
+    return path == folder || standalone::isBelow(path, folder);
 }
 
 std::optional<std::string> realPath(const std::string& path) {

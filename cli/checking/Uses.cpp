@@ -66,23 +66,11 @@ bool isBefore(const Use& a, const Use& b) {
 Uses readUses(const std::string& file, char end) {
     auto lines = file == "-" ? LineReader::ofStandardInput(end) : LineReader(file, end);
     Uses uses;
-    for (bool isAtEnd = false; !isAtEnd;) {
-        std::optional<std::string_view> line;
-        try {
-            line = lines.next();
-        } catch (const standalone::LineTooLong&) {
-            uses.skipped.push_back({placeOf(lines), standalone::LineTooLong::message});
-            continue;
-        }
-        isAtEnd = !line;
-        try {
-            if (line) {
-                uses.all.push_back(readUse(*line));
-            }
-        } catch (const std::runtime_error& error) {
-            uses.skipped.push_back({placeOf(lines), error.what()});
-        }
-    }
+    standalone::forEachLine(
+        lines, [&](std::string_view line) { uses.all.push_back(readUse(line)); },
+        [&](const char* reason) {
+            uses.skipped.push_back({placeOf(lines), reason});
+        });
     std::sort(uses.all.begin(), uses.all.end(), isBefore);
     const auto isSame = [](const Use& a, const Use& b) { return !isBefore(a, b); }; // sorted
     uses.all.erase(std::unique(uses.all.begin(), uses.all.end(), isSame), uses.all.end());

@@ -51,7 +51,7 @@ std::vector<analysis::Rule> rulesFor(const Request& request) {
     return rules;
 }
 
-// The gravest level that is not listed is that of notes, unless they were asked for.
+// Notes are only counted, unless they were asked for.
 Level leastListed(const Request& request) {
     const bool wantsNotes = request.verbose || request.failOn == Level::note || !request.only.empty();
     return wantsNotes ? Level::note : Level::warning;
@@ -72,9 +72,6 @@ std::string applyBaseline(std::vector<ReportEntry>& entries, const CheckedScope&
     KnownFindings known(*request.baseline, request.updateBaseline, standalone::currentSession());
     if (!request.updateBaseline) {
         known.apply(entries, scope);
-        if (!scope.isSelected(std::string(analysis::rule::staleBaseline.code))) {
-            std::erase_if(entries, [](const auto& e) { return e.finding.code == analysis::rule::staleBaseline.code; });
-        }
         return "";
     }
     const auto count = known.update(entries, scope);
@@ -85,11 +82,8 @@ std::string applyBaseline(std::vector<ReportEntry>& entries, const CheckedScope&
 std::string summary(const Report& report, const Checked& checked) {
     std::string text;
     for (const auto level : {Level::error, Level::warning, Level::note}) {
-        const auto count = std::count_if(report.entries.begin(), report.entries.end(), [&](const ReportEntry& entry) {
-            return !entry.isKnown && entry.finding.level == level;
-        });
-        if (count > 0) {
-            text += (text.empty() ? "" : ", ") + counted(static_cast<std::size_t>(count), levelName(level));
+        if (const auto count = countOf(report, level); count > 0) {
+            text += (text.empty() ? "" : ", ") + counted(count, levelName(level));
         }
     }
     text = fmt::format("{} in {}", text.empty() ? "no findings" : text, counted(checked.definitions, "definition"));

@@ -66,28 +66,12 @@ std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome)
     const char end = request.null ? '\0' : '\n';
     auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
     LockedNames names;
-    const auto addFailure = [&](std::string_view message) {
-        reportErrorInLine(lines.place(), message);
-        outcome.addFailure();
-    };
-    const auto addName = [&](std::string_view line) {
-        try {
-            names.push_back(analysis::spelledName(parseName(line), lockSpelling));
-        } catch (const std::runtime_error& error) {
-            addFailure(error.what());
-        }
-    };
-    for (bool isAtEnd = false; !isAtEnd;) {
-        try {
-            const auto line = lines.next();
-            isAtEnd = !line;
-            if (line) {
-                addName(*line);
-            }
-        } catch (const standalone::LineTooLong&) {
-            addFailure(standalone::LineTooLong::message);
-        }
-    }
+    standalone::forEachLine(
+        lines, [&](std::string_view line) { names.push_back(analysis::spelledName(parseName(line), lockSpelling)); },
+        [&](const char* reason) {
+            reportErrorInLine(lines.place(), reason);
+            outcome.addFailure();
+        });
     sortEachOnce(names);
     return names;
 }

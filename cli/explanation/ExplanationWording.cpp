@@ -1,5 +1,6 @@
 #include "cli/explanation/ExplanationWording.hpp"
 
+#include "analysis/Answer.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
@@ -77,8 +78,7 @@ std::string supportReason(const Candidate& candidate, std::string_view subject, 
 }
 
 std::string sourceFileReason(const Candidate& candidate, std::string_view subject) {
-    using Type = kelwhich::WhichResultType;
-    if (candidate.result.type != Type::KELPath && candidate.result.type != Type::ORVAKPath) {
+    if (!analysis::isFile(candidate.result.type)) {
         return fmt::format("{} is a built-in", subject);
     }
     return fmt::format("{} is {} source file of the host language", subject, candidate.sourceFile ? "a" : "not a");

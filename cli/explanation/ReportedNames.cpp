@@ -69,7 +69,7 @@ std::size_t ReportedNames::folderOf(const kelwhich::WhichResult& result) {
     if (result.type == kelwhich::WhichResultType::KELBuiltin) {
         return places_.at(builtinsOfKEL);
     }
-    if (result.type != kelwhich::WhichResultType::KELPath && result.type != kelwhich::WhichResultType::ORVAKPath) {
+    if (!analysis::isFile(result.type)) {
         return places_.at(builtinsOfHost);
     }
     const auto path = inUTF8(result.path);

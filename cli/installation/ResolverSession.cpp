@@ -1,5 +1,6 @@
 #include "cli/installation/ResolverSession.hpp"
 
+#include "analysis/Answer.hpp"
 #include "cli/installation/ManifestLookup.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/recording/Recording.hpp"
@@ -75,9 +76,8 @@ void ResolverSession::dropCache() {
 
 void ResolverSession::boundCache(std::size_t textSize) {
     constexpr std::size_t limit = std::size_t{1} << 25U;
-    constexpr std::size_t entrySize = 180; // of heap besides the texts; 136 to 180 bytes were measured
-    constexpr std::size_t utf16 = 2;       // bytes a byte; a name and the paths of its candidates may each be asked for
-    cachedBytes_ += entrySize + 2 * utf16 * textSize;
+    constexpr std::size_t utf16 = 2; // bytes a byte; a name and the paths of its candidates may each be asked for
+    cachedBytes_ += cacheEntrySize + 2 * utf16 * textSize;
     if (cachedBytes_ >= limit) {
         dropCache();
     }
@@ -98,9 +98,8 @@ void ResolverSession::refresh() {
 }
 
 bool ResolverSession::isMissing(const kelwhich::Explanation::Candidate& candidate) const {
-    using Type = kelwhich::WhichResultType;
     const auto& [path, type] = candidate.result;
-    const bool isFile = (type == Type::KELPath || type == Type::ORVAKPath) && path.starts_with(u'/');
+    const bool isFile = analysis::isFile(type) && path.starts_with(u'/');
     if (!isFile || candidate.source.question == kelwhich::Explanation::Source::Question::host) {
         return false;
     }

@@ -19,7 +19,6 @@ namespace tessgen::cli {
 namespace {
 
 using analysis::LockedName;
-using Lines = std::vector<std::string>;
 
 // Adds what changed of a name; a lock without its line has an empty one. `number` is that of the new line.
 void addChanges(std::vector<NameChanges>& names, std::string_view oldLine, std::string_view newLine, std::size_t number,

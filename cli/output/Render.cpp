@@ -1,5 +1,6 @@
 #include "cli/output/Render.hpp"
 
+#include "analysis/Answer.hpp"
 #include "cli/output/Columns.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
@@ -183,8 +184,7 @@ std::string asJSONLine(std::string_view query, std::string_view error) {
 std::string asPaths(const Answer& answer) {
     std::string paths;
     for (const auto& candidate : answer.candidates) {
-        using Type = kelwhich::WhichResultType;
-        if (candidate.type == Type::KELPath || candidate.type == Type::ORVAKPath) {
+        if (analysis::isFile(candidate.type)) {
             paths.append(candidate.path).append(1, '\0');
         }
     }

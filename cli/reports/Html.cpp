@@ -21,12 +21,6 @@ using analysis::Level;
 
 constexpr std::array levels = {Level::error, Level::warning, Level::note};
 
-std::size_t countOf(const Report& report, Level level) {
-    const auto& entries = report.entries;
-    return static_cast<std::size_t>(std::count_if(
-        entries.begin(), entries.end(), [&](const auto& e) { return e.finding.level == level && !e.isKnown; }));
-}
-
 std::size_t hiding(const Report& report) {
     const auto& names = report.names;
     return static_cast<std::size_t>(

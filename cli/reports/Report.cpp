@@ -83,6 +83,13 @@ std::size_t knownCount(const Report& report) {
         std::count_if(entries.begin(), entries.end(), [](const ReportEntry& entry) { return entry.isKnown; }));
 }
 
+std::size_t countOf(const Report& report, analysis::Level level) {
+    const auto& entries = report.entries;
+    return static_cast<std::size_t>(std::count_if(entries.begin(), entries.end(), [level](const ReportEntry& entry) {
+        return !entry.isKnown && entry.finding.level == level;
+    }));
+}
+
 std::string shownPath(const Report& report, std::string path) {
     return relativeTo(report.folder, std::move(path));
 }

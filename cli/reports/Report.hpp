@@ -57,6 +57,9 @@ struct Report {
 // How many entries a baseline lists.
 [[nodiscard]] std::size_t knownCount(const Report& report);
 
+// How many of the others have this level.
+[[nodiscard]] std::size_t countOf(const Report& report, analysis::Level level);
+
 // `path` relative to the report's folder, if it lies below it.
 [[nodiscard]] std::string shownPath(const Report& report, std::string path);
 

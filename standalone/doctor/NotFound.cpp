@@ -31,11 +31,6 @@ std::string rootFolderOf(const std::u16string& path) {
     return folder.empty() ? "/" : inUTF8(folder);
 }
 
-bool isBelow(std::string_view path, std::string_view folder) {
-    return folder == "/"
-           || (path.size() > folder.size() && path.starts_with(folder) && path.substr(folder.size()).front() == '/');
-}
-
 // A tree as if one more file were in it, with the folders that lead to it.
 class TreeWithFile final : public FileTree {
 public:

@@ -110,4 +110,25 @@ void LineReader::fail(const char* what) const {
     throw std::runtime_error(file_ + ": " + what + ": " + std::generic_category().message(errno));
 }
 
+void forEachLine(LineReader& lines, const std::function<void(std::string_view line)>& take,
+                 const std::function<void(const char* reason)>& refuse) {
+    for (bool isAtEnd = false; !isAtEnd;) {
+        std::optional<std::string_view> line;
+        try {
+            line = lines.next();
+        } catch (const LineTooLong&) {
+            refuse(LineTooLong::message);
+            continue;
+        }
+        isAtEnd = !line;
+        try {
+            if (line) {
+                take(*line);
+            }
+        } catch (const std::runtime_error& error) {
+            refuse(error.what());
+        }
+    }
+}
+
 } // namespace tessgen::standalone

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -66,5 +67,11 @@ private:
     std::uint64_t number_ = 0;
     std::uint64_t bytes_ = 0;
 };
+
+// Calls `take` with each line that is left, and `refuse` with the reason when the line is too long or `take` throws
+// std::runtime_error.
+// Errors: those of the reader, and of `refuse`.
+void forEachLine(LineReader& lines, const std::function<void(std::string_view line)>& take,
+                 const std::function<void(const char* reason)>& refuse);
 
 } // namespace tessgen::standalone

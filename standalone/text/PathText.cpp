@@ -48,6 +48,10 @@ std::string absolutePath(std::string_view path, std::string_view base) {
     return result;
 }
 
+bool isBelow(std::string_view path, std::string_view folder) {
+    return folder == "/" || (path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/');
+}
+
 bool isPackageClassOrPrivate(std::string_view name) {
     return name.starts_with('+') || name.starts_with('@') || name == "private";
 }

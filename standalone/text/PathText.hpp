@@ -25,6 +25,13 @@ void joinPath(std::string& path, std::string_view folder, std::string_view rest)
 //   "..", "/w"        -> "/"
 [[nodiscard]] std::string absolutePath(std::string_view path, std::string_view base);
 
+// Lexical: whether the absolute `path` lies below the absolute `folder`, at any depth.
+//   "/w/a/f.vk", "/w" -> true
+//   "/w", "/w"        -> false
+//   "/wa/f.vk", "/w"  -> false
+//   "/f.vk", "/"      -> true
+[[nodiscard]] bool isBelow(std::string_view path, std::string_view folder);
+
 // Whether a folder of that name is a package, class or private folder. These are removed from a file's path before its
 // folder is compared.
 [[nodiscard]] bool isPackageClassOrPrivate(std::string_view name);

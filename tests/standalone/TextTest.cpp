@@ -98,5 +98,12 @@ TEST(PathText, MakesPathsAbsoluteInOneWay) {
     }
 }
 
+TEST(PathText, IsBelowAFolderAtAnyDepth) {
+    EXPECT_TRUE(isBelow("/w/a/f.vk", "/w"));
+    EXPECT_FALSE(isBelow("/w", "/w"));
+    EXPECT_FALSE(isBelow("/wa/f.vk", "/w"));
+    EXPECT_TRUE(isBelow("/f.vk", "/"));
+}
+
 } // namespace
 } // namespace tessgen::standalone
