@@ -24,7 +24,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "mutants"
-LIBRARY = ("resolver", "entry", "host", "adaptors", "analysis")
+LIBRARY = ("resolver", "entry", "host", "adaptors")
 # The programs that test the sources of a folder, in this order.
 TESTED_BY = {folder: ("tests/library_tests",) for folder in LIBRARY} | {
     "analysis": ("tests/library_tests", "cli/kelwhich"), "standalone": ("tests/standalone_tests", "cli/kelwhich"),

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # What takes too long for each change, with what .ci/run does of it. Ends with `N passed, N failed`.
-#   every mutant            each is compiled, linked and tested: an hour. .ci/run tries none.
+#   every mutant            each is compiled, linked and tested: half an hour for the library. Those of analysis/, of the
+#                           stand-alone host and of the program are sampled, since the program's sessions, which take
+#                           half a minute, test these. .ci/run tries none.
 #   fuzzing                 finds more the longer it runs: two minutes a target here, ten seconds in .ci/run.
 #   clang-tidy              the analyzer and the tests take most of its time; .ci/run looks at what the last 30 commits
 #                           changed, without them. An old file can only fail when another header changes.
@@ -21,6 +23,6 @@ gate "packages on a clean root" scripts/check-packages.sh --clean-root
 gate "reports, by the programs that they are for" scripts/check-reports.sh
 gate "fuzzing" scripts/fuzz.sh 120
 gate "every mutant of the library" scripts/mutate.py
-gate "mutants of the stand-alone host and the program" scripts/mutate.py --sample 50 standalone cli
+gate "mutants of the other rooms" scripts/mutate.py --sample 50 analysis standalone cli
 
 finish_gates
