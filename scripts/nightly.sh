@@ -8,6 +8,8 @@
 #                           changed, without them. An old file can only fail when another header changes.
 #   the preset nightly      500,000 random worlds instead of 50,000, every fault of a system call instead of a sample, and
 #                           every header compiled alone: each repeats what a part of it shows, over more cases.
+#   the changing disk       100,000 random changes of an installation between questions, and as many beside them: .ci/run
+#                           makes some hundred.
 #   the thread sanitizer    .ci/run runs only the tests that have threads.
 #   a clean root            debootstrap downloads a whole Debian; .ci/run unpacks the packages and builds a consumer.
 #   reports                 Chromium and a validator from npm; .ci/run checks the formats by what it has itself.
@@ -16,6 +18,7 @@
 
 gate "set-up" scripts/setup.sh gates
 gate "the tests in full" scripts/test.sh nightly
+gate "answers while the disk changes" tests/faults/watch.py build/nightly/cli/kelwhich --changes 100000
 gate "the tests with the thread sanitizer" scripts/test.sh tsan
 gate "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
 gate "coverage of the stand-alone host and the program" scripts/coverage.sh standalone cli

@@ -7,6 +7,12 @@ foreach(test lookup store-build)
   set_tests_properties(faults.${test} PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 300 PROCESSORS 2 LABELS long)
 endforeach()
 
+# Answers while the disk changes: a share of what scripts/nightly.sh tries.
+add_test(NAME faults.watch COMMAND faults/watch.py $<TARGET_FILE:kelwhich_program> --changes 300
+                                   --part lock-step --part floods --part watches
+         WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+set_tests_properties(faults.watch PROPERTIES TIMEOUT 300 LABELS long)
+
 # The benchmarks check every answer; small ones keep them working.
 add_test(NAME benchmarks.quick COMMAND "${PROJECT_SOURCE_DIR}/benchmarks/bench.py" "${PROJECT_BINARY_DIR}" --quick)
 add_test(NAME benchmarks.store COMMAND "${PROJECT_SOURCE_DIR}/benchmarks/store.sh" 3000 $<TARGET_FILE:kelwhich_program>)
