@@ -1,5 +1,6 @@
 #include "standalone/Session.hpp"
 
+#include "standalone/index/InstallationDisk.hpp"
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/Text.hpp"
@@ -55,53 +56,58 @@ Installation withRoots(Installation installation) {
     return installation;
 }
 
-// What was found below a root that is gone, or that another folder took the place of, is no answer.
-void requireSameRoot(const Installation& installation, const DirectoryHandle& top) {
-    if (!top.isAtItsPath()) {
-        requireFolder(installation, "root", installation.root);
-        throw std::runtime_error(installation.manifest + ": key \"root\": another folder took the place of "
-                                 + installation.root + ": try again");
-    }
-}
-
 std::optional<SearchIndex> openIndex(const Installation& installation) {
-    const auto& file = installation.searchIndex;
-    return file && RealFileTree().kindOf(*file) ? std::optional<SearchIndex>(std::in_place, *file) : std::nullopt;
+    return isIndexBuilt(installation) ? std::optional<SearchIndex>(std::in_place, *installation.searchIndex)
+                                      : std::nullopt;
 }
 
 const SearchIndex* pointerTo(const std::optional<SearchIndex>& index) {
     return index ? &*index : nullptr;
 }
 
-std::optional<SupportStore> openStore(const Installation& installation) {
-    return installation.supportStore
-               ? std::optional<SupportStore>(std::in_place, *installation.supportStore, installation.root)
-               : std::nullopt;
+// The watched view opens it itself.
+std::shared_ptr<const SupportStore> openStore(const Installation& installation, const WatchedView* watched) {
+    return installation.supportStore && watched == nullptr
+               ? std::make_shared<const SupportStore>(*installation.supportStore, installation.root)
+               : nullptr;
+}
+
+// Null, with the reason, when the system cannot watch.
+std::unique_ptr<WatchedView> watch(const Installation& installation, std::string& reason) {
+    try {
+        return std::make_unique<WatchedView>(installation);
+    } catch (const CannotWatch& error) {
+        reason = error.what();
+        return nullptr;
+    }
 }
 
 } // namespace
 
 SessionState::SessionState(Installation opened, View view)
-    : installation(withRoots(std::move(opened))), index(openIndex(installation)), files(pointerTo(index), disk),
-      store(openStore(installation)), root(inUTF16(installation.root)),
+    : installation(withRoots(std::move(opened))),
+      watched(view == View::watched ? watch(installation, notWatched) : nullptr),
+      index(watched ? std::nullopt : openIndex(installation)), files(pointerTo(index), disk),
+      store(openStore(installation, watched.get())), root(inUTF16(installation.root)),
       supportPackageRoot(inUTF16(installation.supportPackageRoot)), kelPath(inUTF16(installation.kelPath)),
       sourceCodeDirs(inUTF16(installation.sourceCode)) {
     if (view == View::snapshot) {
-        const DirectoryHandle top(installation.root);
-        const RealFileTree now(&top);
-        snapshotSearch.emplace(installation, files, IndexedFileTree(pointerTo(index), now, &top));
-        requireSameRoot(installation, top);
+        const InstallationDisk now(installation, index);
+        snapshotSearch.emplace(installation, files, now.files());
+        now.requireSameRoot();
     }
 }
 
 std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
+    if (watched) {
+        return watched->find(name);
+    }
     if (snapshotSearch) {
         return snapshotSearch->find(name);
     }
-    const DirectoryHandle top(installation.root); // most of the search path lies in it
-    const RealFileTree now(&top);
-    auto places = NameSearch(installation, IndexedFileTree(pointerTo(index), now, &top)).find(name);
-    requireSameRoot(installation, top);
+    const InstallationDisk now(installation, index);
+    auto places = NameSearch(installation, now.files()).find(name);
+    now.requireSameRoot();
     return places;
 }
 

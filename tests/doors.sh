@@ -46,7 +46,7 @@ door adaptors "adaptors/|host/|tessgen/kelwhich/|$host"
 door analysis "analysis/|host/Paths|tessgen/kelwhich/"
 door entry "tessgen/kelwhich/|$host"
 rooms standalone "host/KeyedHash|host/Paths|standalone/Session\.hpp|$host" \
-  text files json manifest database search store index services doctor
+  text files json manifest database search store index watch services doctor
 rooms cli 'analysis/|standalone/|tessapp/|tessgen/kelwhich/' output reports options pages recording installation explanation locking checking commands
 
 # Public headers know only the standard library and each other.

@@ -20,6 +20,7 @@ add_unit_tests(
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
   standalone/TreeSurveyTest.cpp
+  standalone/WatchedViewTest.cpp
   sweeps/HostSweepTest.cpp
   LIBRARIES
   kelwhich_objects

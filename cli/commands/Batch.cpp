@@ -5,6 +5,9 @@
 #include "cli/output/Console.hpp"
 #include "cli/output/Render.hpp"
 #include "standalone/files/LineReader.hpp"
+#include "standalone/services/SessionState.hpp"
+
+#include <fmt/format.h>
 
 #include <exception>
 #include <string>
@@ -71,14 +74,41 @@ private:
     Outcome outcome_;
 };
 
+void noteIfNotWatched() {
+    if (const auto& reason = standalone::currentSession().notWatched; !reason.empty()) {
+        reportNote("folders cannot be watched (" + reason + "), so the disk is searched anew for each name");
+    }
+}
+
+void reportStats() {
+    const auto& watched = standalone::currentSession().watched;
+    if (!watched) {
+        reportNote("no folder was watched");
+        return;
+    }
+    const standalone::WatchCounts counts = watched->counts();
+    const auto& [links, disks, access, limit] = counts.notWatched;
+    reportNote(
+        fmt::format("questions {}, folders listed at the start {} and later {}, changes lost {}, mounts changed {}",
+                    counts.questions, counts.listed, counts.listedAgain, counts.lostQueues, counts.mounts));
+    reportNote(
+        fmt::format("looked at each time: links {}, folders of other disks {}, unreadable {}, beyond the limit {}",
+                    links, disks, access, limit));
+}
+
 } // namespace
 
 int batch(const Request& request) {
-    ResolverSession resolver(request);
+    ResolverSession resolver(request, request.live ? standalone::View::live : standalone::View::watched);
     if (isatty(STDIN_FILENO) != 0) {
         noteOnName(request, resolver);
     }
-    return BatchAnswering(request, resolver).answerAll();
+    noteIfNotWatched();
+    const int exitCode = BatchAnswering(request, resolver).answerAll();
+    if (request.stats) {
+        reportStats();
+    }
+    return exitCode;
 }
 
 } // namespace tessgen::cli

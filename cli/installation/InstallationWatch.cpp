@@ -4,9 +4,7 @@
 #include "standalone/text/PathText.hpp"
 
 #include <filesystem>
-#include <sys/stat.h>
 #include <system_error>
-#include <utility>
 
 namespace tessgen::cli {
 
@@ -19,27 +17,15 @@ std::string manifestIn(const std::string& fileOrFolder) {
                : fileOrFolder;
 }
 
-std::optional<FileWatch> watchOf(const std::optional<std::string>& path) {
-    return path ? std::optional<FileWatch>(*path) : std::nullopt;
+std::optional<standalone::FileStamp> stampOf(const std::optional<std::string>& path) {
+    return path ? std::optional<standalone::FileStamp>(*path) : std::nullopt;
 }
 
 } // namespace
 
-FileWatch::FileWatch(std::string path) : path_(std::move(path)), last_(stamp()) {}
-
-FileWatch::Stamp FileWatch::stamp() const {
-    struct stat status {};
-    return stat(path_.c_str(), &status) == 0 ? Stamp(standalone::stampOf(status)) : std::nullopt;
-}
-
-bool FileWatch::hasChanged() {
-    const auto before = std::exchange(last_, stamp());
-    return last_ != before;
-}
-
 InstallationWatch::InstallationWatch(const std::string& fileOrFolder)
     : manifest_(manifestIn(fileOrFolder)), installation_(standalone::readInstallation(fileOrFolder)),
-      store_(watchOf(installation_.supportStore)), index_(watchOf(installation_.searchIndex)) {}
+      store_(stampOf(installation_.supportStore)), index_(stampOf(installation_.searchIndex)) {}
 
 bool InstallationWatch::isDataReplaced() {
     const bool isStoreReplaced = store_ && store_->hasChanged();

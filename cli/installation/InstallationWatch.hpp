@@ -1,31 +1,15 @@
-// Notices that the files of an open installation were replaced, for a process that keeps it open.
+// Notices that the files of an open installation were replaced, for a process that keeps it open in the live view.
 //
 // Threads: one.
 #pragma once
 
-#include "standalone/index/FolderStamp.hpp"
 #include "standalone/manifest/Installation.hpp"
+#include "standalone/watch/WatchedFile.hpp"
 
 #include <optional>
 #include <string>
 
 namespace tessgen::cli {
-
-// Construct it before the file is read, so that no change is missed.
-class FileWatch {
-public:
-    explicit FileWatch(std::string path);
-
-    // Whether another file, or none, is there since the last call, or since construction.
-    [[nodiscard]] bool hasChanged();
-
-private:
-    using Stamp = std::optional<standalone::FolderStamp>;
-    [[nodiscard]] Stamp stamp() const;
-
-    std::string path_;
-    Stamp last_; // none without a file
-};
 
 class InstallationWatch {
 public:
@@ -40,10 +24,10 @@ public:
     [[nodiscard]] bool isManifestChanged();
 
 private:
-    std::optional<FileWatch> manifest_; // none after its first change
+    std::optional<standalone::FileStamp> manifest_; // none after its first change
     standalone::Installation installation_;
-    std::optional<FileWatch> store_;
-    std::optional<FileWatch> index_;
+    std::optional<standalone::FileStamp> store_;
+    std::optional<standalone::FileStamp> index_;
 };
 
 } // namespace tessgen::cli

@@ -6,6 +6,7 @@
 #include "cli/recording/Recording.hpp"
 #include "cli/recording/Replay.hpp"
 #include "standalone/manifest/Installation.hpp"
+#include "standalone/services/SessionState.hpp"
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 #include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
 #include "tessgen/kelwhich/RealFileSystem.hpp"
@@ -28,8 +29,8 @@ standalone::Installation installationOf(const Replay& replay) {
     return installation;
 }
 
-std::unique_ptr<standalone::Session> openAgain(const InstallationWatch& watch) {
-    return std::make_unique<standalone::Session>(standalone::Installation(watch.installation()));
+std::unique_ptr<standalone::Session> open(const InstallationWatch& watch, standalone::View view) {
+    return std::make_unique<standalone::Session>(standalone::Installation(watch.installation()), view);
 }
 
 Collaborators realCollaborators() {
@@ -44,7 +45,7 @@ ResolverSession::ResolverSession(const Request& request, standalone::View view)
     if (replay_) {
         session_ = std::make_unique<standalone::Session>(installationOf(*replay_));
     } else if (request.action == Action::batch) {
-        session_ = openAgain(watch_.emplace(findManifest(request)));
+        session_ = open(watch_.emplace(findManifest(request)), view);
     } else {
         session_ = std::make_unique<standalone::Session>(findManifest(request), view);
     }
@@ -84,17 +85,24 @@ void ResolverSession::boundCache(std::size_t textSize) {
 }
 
 void ResolverSession::refresh() {
-    if (watch_->isManifestChanged()) {
+    auto* const watched = session_ ? standalone::currentSession().watched.get() : nullptr;
+    if (watched != nullptr ? watched->takeManifestChange() : watch_->isManifestChanged()) {
         reportNote(watch_->installation().manifest + ": changed; start kelwhich batch again to use it");
     }
+    if (watched == nullptr) {
+        reopen();
+    }
+    dropCache();
+}
+
+void ResolverSession::reopen() {
     if (watch_->isDataReplaced()) {
         session_.reset();
     }
     if (!session_) {
-        session_ = openAgain(*watch_); // a process can have one
+        session_ = open(*watch_, standalone::View::live); // a process can have one
         files_ = collaborators().fileSystem;
     }
-    dropCache();
 }
 
 bool ResolverSession::isMissing(const kelwhich::Explanation::Candidate& candidate) const {

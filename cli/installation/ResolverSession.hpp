@@ -62,9 +62,10 @@ public:
     // Closes the installation, so that this process can open another one. Nothing may be asked afterwards.
     void close() { session_.reset(); }
 
-    // For `batch`, before each question: does `dropCache`, and when the support store or the search index was replaced,
-    // opens the installation anew with them. Its manifest is not read again; that it changed is reported, once.
-    // Errors: those of Session; the next call tries again.
+    // For a process that lives long, before each question: does `dropCache`, and outside the watched view, when the
+    // support store or the search index was replaced, opens the installation anew with them. Its manifest is not read
+    // again; that it changed is reported, once.
+    // Errors: those of Session and WatchedView; the next call tries again.
     void refresh();
 
     [[nodiscard]] bool isRecorded() const { return recording_ != nullptr; }
@@ -78,6 +79,8 @@ public:
 
 private:
     [[nodiscard]] Collaborators collaborators() const;
+
+    void reopen();
 
     std::optional<InstallationWatch> watch_;       // in `batch`
     std::unique_ptr<standalone::Session> session_; // none while the installation cannot be opened anew

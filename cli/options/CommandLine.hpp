@@ -42,6 +42,8 @@ struct Request {
     bool quiet = false; // only the exit code
     bool verbose = false;
     bool null = false; // NUL-terminated paths
+    bool live = false; // batch
+    bool stats = false;
 };
 
 // Options may stand anywhere before "--". Only the first word that is not an option can begin a command; after "--" no

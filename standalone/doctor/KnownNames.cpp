@@ -9,7 +9,7 @@
 namespace tessgen::standalone {
 
 std::vector<std::string> knownNames(const SessionState& session) {
-    auto names = session.snapshotSearch->symbols();
+    auto names = session.symbols();
     std::erase_if(names, [](const std::string& name) { return !isUTF8(name); });
     const auto add = [&names](const std::u16string& units) {
         auto name = toUTF8(units);
@@ -20,8 +20,8 @@ std::vector<std::string> knownNames(const SessionState& session) {
     for (const Builtin& builtin : session.installation.builtins) {
         add(builtin.name);
     }
-    if (session.store) {
-        session.store->forEachRecord(
+    if (const auto store = session.supportStore()) {
+        store->forEachRecord(
             [&add](const SupportRecord& record) { std::for_each(record.names.begin(), record.names.end(), add); });
     }
     std::sort(names.begin(), names.end());

@@ -10,17 +10,17 @@
 namespace tessgen::standalone {
 
 NamesByFile::NamesByFile(const SessionState& session) {
-    for (auto& symbol : session.snapshotSearch->symbols()) {
+    for (auto& symbol : session.symbols()) {
         auto last = symbol.substr(symbol.rfind('.') + 1);
         symbols_.emplace(std::move(last), std::move(symbol));
     }
-    if (session.store) {
-        addRecords(session);
+    if (const auto store = session.supportStore()) {
+        addRecords(session, *store);
     }
 }
 
-void NamesByFile::addRecords(const SessionState& session) {
-    session.store->forEachRecord([&](const SupportRecord& record) {
+void NamesByFile::addRecords(const SessionState& session, const SupportStore& store) {
+    store.forEachRecord([&](const SupportRecord& record) {
         const auto& path = record.entry.path;
         // A file of the support packages may stand in for it, even for one beside the root.
         const auto standIn = kelwhich::replacePrefix(path, session.root, session.supportPackageRoot.value_or(u""));

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& redirecting() const { return redirecting_; }
 
 private:
-    void addRecords(const SessionState& session);
+    void addRecords(const SessionState& session, const SupportStore& store);
 
     std::unordered_multimap<std::string, std::string> symbols_; // by the start of the file name, up to the first "."
     std::unordered_multimap<std::string, std::string> records_; // by the file name

@@ -46,8 +46,8 @@ SpellingSuggestions::SpellingSuggestions(const SessionState& session, Clock::tim
         add(builtin.name);
     }
     try {
-        if (session.store) {
-            session.store->forEachRecord([&](const SupportRecord& record) {
+        if (const auto store = session.supportStore()) {
+            store->forEachRecord([&](const SupportRecord& record) {
                 std::for_each(record.names.begin(), record.names.end(), add);
                 if (Clock::now() >= endOfRecords) {
                     throw TimeIsUp();

@@ -1,5 +1,7 @@
 #include "standalone/files/CachingFileTree.hpp"
 
+#include "standalone/files/PackedListing.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <system_error>
@@ -16,19 +18,6 @@ constexpr std::size_t usualSize = std::size_t{1} << 20U; // untouched memory is 
 // Bytes that an entry takes besides its path, with its share of the table; a failure holds its message.
 constexpr std::size_t entrySize = 100;
 constexpr std::size_t failureSize = 700;
-
-template <typename Accepts>
-std::vector<Entry> entriesOf(std::string_view listing, const Accepts& accepts) {
-    std::vector<Entry> entries;
-    while (!listing.empty()) {
-        const std::size_t end = listing.find('\0', 1);
-        if (const auto name = listing.substr(1, end - 1); accepts(name)) {
-            entries.push_back({std::string(name), static_cast<FileTree::Kind>(listing.front())});
-        }
-        listing.remove_prefix(end + 1);
-    }
-    return entries;
-}
 
 } // namespace
 
@@ -65,7 +54,7 @@ std::optional<std::vector<FileTree::Entry>> CachingFileTree::entriesBy(const Fil
                                                                        const std::string& folder) const {
     std::optional<std::vector<Entry>> fresh;
     const auto known = listing(tree, folder, Growth::unlimited, fresh);
-    return fresh || !known ? std::move(fresh) : entriesOf(*known, [](std::string_view) { return true; });
+    return fresh || !known ? std::move(fresh) : unpacked(*known, [](std::string_view) { return true; });
 }
 
 std::optional<std::vector<FileTree::Entry>> CachingFileTree::entries(const std::string& folder,
@@ -76,7 +65,7 @@ std::optional<std::vector<FileTree::Entry>> CachingFileTree::entries(const std::
         std::erase_if(*fresh, [&](const Entry& entry) { return !wanted.accepts(entry.name); });
         return fresh;
     }
-    return known ? std::optional(entriesOf(*known, wanted.accepts)) : std::nullopt;
+    return known ? std::optional(unpacked(*known, wanted.accepts)) : std::nullopt;
 }
 
 std::optional<CachingFileTree::Listing> CachingFileTree::listing(const FileTree& tree, const std::string& folder,
@@ -98,16 +87,9 @@ std::optional<FileTree::Kind> CachingFileTree::kindOf(const std::string& path) c
 }
 
 CachingFileTree::Listing CachingFileTree::store(const std::vector<Entry>& entries) const {
-    std::size_t size = 0;
-    for (const Entry& entry : entries) {
-        size += entry.name.size() + 2;
-    }
+    const std::size_t size = packedSize(entries);
     auto* const begin = static_cast<char*>(memory_.allocate(size, 1));
-    char* end = begin;
-    for (const Entry& entry : entries) {
-        *end++ = static_cast<char>(entry.kind);
-        end = std::copy_n(entry.name.c_str(), entry.name.size() + 1, end);
-    }
+    pack(entries, begin);
     return {begin, size};
 }
 

@@ -40,8 +40,7 @@ private:
     };
     template <typename Answer>
     using Cache = std::pmr::unordered_map<std::string_view, Cached<Answer>, TextHash>;
-    // For each entry one byte for its kind, then its name, then a NUL.
-    using Listing = std::string_view;
+    using Listing = std::string_view; // packed
 
     enum class Growth { limited, unlimited };
 

@@ -191,15 +191,13 @@ void addPathFiles(const std::string& name, const Installation& installation, con
     }
 }
 
-void addSymbolFiles(std::string_view name, const Installation& installation, const FileTree& files, Places& places) {
-    std::vector<std::string> parts = split(name, '.');
-    if (std::find(parts.begin(), parts.end(), "") != parts.end()) {
-        return;
-    }
-    const SymbolSearch symbol(std::move(parts), installation.extensions, files);
-    for (const std::string& folder : installation.searchPath) {
-        symbol.search(folder, places);
-    }
+// Nothing for a name that no file has.
+std::optional<SymbolSearch> searchFor(std::string_view symbol, const Installation& installation,
+                                      const FileTree& files) {
+    std::vector<std::string> parts = split(symbol, '.');
+    const bool isComplete = std::find(parts.begin(), parts.end(), "") == parts.end();
+    return isComplete ? std::optional<SymbolSearch>(std::in_place, std::move(parts), installation.extensions, files)
+                      : std::nullopt;
 }
 
 } // namespace
@@ -230,14 +228,23 @@ std::vector<FoundPlace> NameSearch::find(std::u16string_view name) const {
     if (const std::optional<std::string> text = toUTF8(name)) {
         if (isPath) {
             addPathFiles(*text, *installation_, *files_, places);
-        } else {
-            addSymbolFiles(*text, *installation_, *files_, places);
+        } else if (const auto symbol = searchFor(*text, *installation_, *files_)) {
+            for (const std::string& folder : installation_->searchPath) {
+                symbol->search(folder, places);
+            }
         }
     }
     if (!isPath) {
         addBuiltins(name, installation_->builtins, places);
     }
     return places;
+}
+
+void NameSearch::addSymbolFiles(std::string_view symbol, const std::string& searchFolder,
+                                std::vector<FoundPlace>& places) const {
+    if (const auto search = searchFor(symbol, *installation_, *files_)) {
+        search->search(searchFolder, places);
+    }
 }
 
 } // namespace tessgen::standalone

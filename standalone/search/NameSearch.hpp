@@ -32,6 +32,11 @@ public:
     // Errors: those of the file tree.
     [[nodiscard]] std::vector<FoundPlace> find(std::u16string_view name) const;
 
+    // Adds the files of a plain or dotted name (UTF-8) below one folder of the search path.
+    // Errors: those of the file tree.
+    void addSymbolFiles(std::string_view symbol, const std::string& searchFolder,
+                        std::vector<FoundPlace>& places) const;
+
 private:
     const Installation* installation_;
     const FileTree* files_;

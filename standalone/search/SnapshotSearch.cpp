@@ -1,287 +1,25 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
-#include "standalone/files/MountPoints.hpp"
-#include "standalone/search/SearchForms.hpp"
-#include "standalone/text/PathText.hpp"
+#include "standalone/search/SearchPathWalk.hpp"
 #include "standalone/text/Text.hpp"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <optional>
-#include <set>
 #include <string>
-#include <system_error>
-#include <utility>
 
 namespace tessgen::standalone {
-
-namespace {
-
-using Entry = FileTree::Entry;
-using Kind = FileTree::Kind;
-
-struct SymbolFile {
-    std::string_view symbol;
-    std::uint32_t extension; // the first place of the extension in the list, which may repeat it
-};
-
-// The first place of an extension in the list, or the list's size.
-std::uint32_t placeOf(std::string_view extension, const std::vector<std::string>& extensions) {
-    std::uint32_t place = 0;
-    while (place < extensions.size() && extensions[place] != extension) {
-        ++place;
-    }
-    return place;
-}
-
-// The symbol and the extension in a file's name. A symbol has no dot, an extension may have some.
-std::optional<SymbolFile> symbolFile(const Entry& entry, const std::vector<std::string>& extensions) {
-    const std::string_view name = entry.name;
-    const std::size_t dot = name.find('.');
-    if (dot == std::string_view::npos || dot == 0) {
-        return std::nullopt;
-    }
-    const std::uint32_t extension = placeOf(name.substr(dot + 1), extensions);
-    return extension == extensions.size() ? std::nullopt : std::optional(SymbolFile{name.substr(0, dot), extension});
-}
-
-// The entries that any name can lead to.
-EntryFilter searchedEntries(const std::vector<std::string>& extensions) {
-    return {[&extensions](std::string_view name) {
-        return hasExtension(name, extensions) || isPackageClassOrPrivate(name); // the rarer ones last
-    }};
-}
-
-} // namespace
-
-// Adds the files of every symbol to the index, those of one symbol in the order of NameSearch.
-class SearchPathWalk {
-public:
-    SearchPathWalk(const std::vector<std::string>& extensions, const FileTree& disk, SnapshotSearch& search)
-        : extensions_(extensions), disk_(disk), search_(search) {
-        for (const std::string& extension : extensions_) {
-            firstPlaces_.push_back(placeOf(extension, extensions_));
-        }
-    }
-
-    void addSearchFolder(const std::string& folder) {
-        try {
-            addFolder(folder, "", 0);
-        } catch (const std::system_error&) {
-            search_.allIncomplete_ = search_.hasUnreadable_ = true;
-        }
-    }
-
-private:
-    struct ClassFolder {
-        std::string_view symbol; // without the "@"
-        std::string path;
-        std::uint32_t folder; // of its symbols
-        std::vector<Entry> entries;
-        std::vector<SymbolFile> files; // among `entries`
-    };
-
-    // `prefix` names the packages that lead to the folder, each with a "." after it.
-    // Errors: std::system_error when this very folder cannot be read.
-    void addFolder(const std::string& folder, const std::string& prefix, int links) {
-        const auto entries = list(folder);
-        if (!entries) {
-            return;
-        }
-        static_assert(dottedForms.back() == SearchForm::packageClass); // so packages come before classes
-        addPackages(folder, *entries, prefix, links);
-        const std::vector<ClassFolder> classes = readClasses(folder, *entries, prefix);
-        const std::vector<SymbolFile> files = symbolFiles(folder, *entries, prefix, {});
-        for (const SearchForm form : searchForms(!prefix.empty())) {
-            switch (form) {
-            case SearchForm::ownClass:
-                addOwnClasses(classes, prefix);
-                break;
-            case SearchForm::folder:
-                addFiles(search_.index_.addFolder(folder, prefix), files);
-                break;
-            case SearchForm::otherClasses: // also indexes "C.f", the form packageClass
-                for (const ClassFolder& c : classes) {
-                    addFiles(c.folder, c.files, [&](std::string_view symbol) { return symbol != c.symbol; });
-                }
-                break;
-            case SearchForm::privateFolder:
-                addPrivate(folder, *entries);
-                break;
-            case SearchForm::packageClass:
-                addPackageClasses(classes);
-                break;
-            }
-        }
-    }
-
-    void addOwnClasses(const std::vector<ClassFolder>& classes, const std::string& prefix) {
-        for (const ClassFolder& c : classes) {
-            const std::uint32_t own = prefix.empty() ? c.folder : search_.index_.addFolder(c.path, prefix);
-            addFiles(own, c.files, [&](std::string_view symbol) { return symbol == c.symbol; });
-        }
-    }
-
-    void addPackageClasses(const std::vector<ClassFolder>& classes) {
-        for (const ClassFolder& c : classes) {
-            if (canBePart(c.symbol)) {
-                addFiles(c.folder, c.files);
-            }
-        }
-    }
-
-    void addPackages(const std::string& folder, const std::vector<Entry>& entries, const std::string& prefix,
-                     int links) {
-        for (const Entry& entry : entries) {
-            const std::string_view part = std::string_view(entry.name).substr(1);
-            if (!entry.name.starts_with('+') || !canBePart(part)) {
-                continue;
-            }
-            const std::string inside = prefix + std::string(part) + ".";
-            const int linksToIt = links + (entry.kind == Kind::link ? 1 : 0);
-            readOrMark(inside, [&] {
-                if (!leadsTo(Kind::folder, search_.files_, folder, &entry)) {
-                    return;
-                }
-                if (linksToIt > 1) { // such packages may never end
-                    markIncomplete(inside);
-                } else {
-                    addFolder(joinPath(folder, entry.name), inside, linksToIt);
-                }
-            });
-        }
-    }
-
-    std::vector<ClassFolder> readClasses(const std::string& folder, const std::vector<Entry>& entries,
-                                         const std::string& prefix) {
-        std::vector<ClassFolder> classes;
-        for (const Entry* entry : classFolders(entries)) {
-            const std::string_view symbol = std::string_view(entry->name).substr(1);
-            const std::string inside = prefix + std::string(symbol) + ".";
-            const bool isRead = readOrMark(inside, [&] {
-                if (leadsTo(Kind::folder, search_.files_, folder, entry)) {
-                    std::string path = joinPath(folder, entry->name);
-                    if (auto below = list(path)) {
-                        auto files = symbolFiles(path, *below, prefix, inside);
-                        const auto number =
-                            search_.index_.addFolder(path, canBePart(symbol) ? inside : "", prefix.empty());
-                        classes.push_back({symbol, std::move(path), number, *std::move(below), std::move(files)});
-                    }
-                }
-            });
-            if (!isRead && prefix.empty()) {
-                markIncomplete("");
-            }
-        }
-        return classes;
-    }
-
-    void addPrivate(const std::string& folder, const std::vector<Entry>& entries) {
-        const auto entry =
-            std::find_if(entries.begin(), entries.end(), [](const Entry& e) { return e.name == "private"; });
-        readOrMark("", [&] {
-            if (entry == entries.end() || !leadsTo(Kind::folder, search_.files_, folder, &*entry)) {
-                return;
-            }
-            const std::string path = joinPath(folder, entry->name);
-            if (const auto below = list(path)) {
-                addFiles(search_.index_.addFolder(path, ""), symbolFiles(path, *below, "", {}));
-            }
-        });
-    }
-
-    // The source files among `entries`. Names reach them by `prefix`, or by `otherPrefix` unless that is empty.
-    std::vector<SymbolFile> symbolFiles(const std::string& folder, const std::vector<Entry>& entries,
-                                        const std::string& prefix, const std::string& otherPrefix) {
-        std::vector<SymbolFile> found;
-        found.reserve(entries.size());
-        for (const Entry& entry : entries) {
-            const auto file = symbolFile(entry, extensions_);
-            if (!file) {
-                continue;
-            }
-            const bool isRead = readOrMark(prefix.empty() ? file->symbol : prefix, [&] {
-                if (leadsTo(Kind::file, search_.files_, folder, &entry)) {
-                    found.push_back(*file);
-                }
-            });
-            if (!isRead && !otherPrefix.empty()) {
-                markIncomplete(otherPrefix);
-            }
-        }
-        return found;
-    }
-
-    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files) {
-        addFiles(folder, files, [](std::string_view) { return true; });
-    }
-
-    template <typename Wanted>
-    void addFiles(std::uint32_t folder, const std::vector<SymbolFile>& files, Wanted wanted) {
-        for (std::uint32_t extension = 0; extension < extensions_.size(); ++extension) {
-            for (const SymbolFile& file : files) {
-                if (file.extension == firstPlaces_[extension] && wanted(file.symbol)) {
-                    search_.index_.add(file.symbol, folder, extension);
-                }
-            }
-        }
-    }
-
-    // Whether a dotted symbol can have that part: not empty, without a dot, UTF-8.
-    static bool canBePart(std::string_view text) {
-        return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
-    }
-
-    // An entry over which something may be mounted counts as a link, so that the disk is asked what is there.
-    [[nodiscard]] std::optional<std::vector<Entry>> list(const std::string& folder) const {
-        auto entries = search_.files_.entriesBy(disk_, folder);
-        if (entries) {
-            for (Entry& entry : *entries) {
-                if (entry.kind != Kind::folder && mounted_.contains(entry.name)) {
-                    entry.kind = Kind::link;
-                }
-            }
-        }
-        return entries;
-    }
-
-    // Runs `read`. On std::system_error marks all names with the first part of `names` ("": all plain names) as
-    // incomplete and returns false.
-    template <typename Read>
-    bool readOrMark(std::string_view names, Read read) {
-        try {
-            read();
-            return true;
-        } catch (const std::system_error&) {
-            markIncomplete(names);
-            search_.hasUnreadable_ = true;
-            return false;
-        }
-    }
-
-    void markIncomplete(std::string_view names) { search_.incomplete_.emplace(names.substr(0, names.find('.'))); }
-
-    const std::vector<std::string>& extensions_;
-    std::vector<std::uint32_t> firstPlaces_; // of each extension among them
-    const std::set<std::string> mounted_ = namesOfMountPoints();
-    const FileTree& disk_;
-    SnapshotSearch& search_;
-};
 
 SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files)
     : SnapshotSearch(installation, files, files) {}
 
 SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files, const FileTree& now)
     : files_(files, searchedEntries(installation.extensions)), search_(installation, files_),
-      index_(installation.extensions) {
-    for (const Builtin& builtin : installation.builtins) {
-        builtins_[builtin.name].push_back(builtin);
-    }
-    SearchPathWalk walk(installation.extensions, now, *this);
+      index_(installation.extensions), builtins_(installation.builtins) {
+    const SearchedDisk disk{installation.extensions,
+                            [&](const std::string& folder) { return files_.entriesBy(now, folder); }, files_};
+    std::uint32_t number = 0;
     for (const std::string& folder : installation.searchPath) {
-        walk.addSearchFolder(folder);
+        addSearchFolder(number++, folder, disk, index_, incomplete_);
     }
     index_.close();
 }
@@ -289,22 +27,12 @@ SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree&
 std::vector<FoundPlace> SnapshotSearch::find(std::u16string_view name) const {
     const bool isPath = name.find(u'/') != std::u16string_view::npos;
     const std::optional<std::string> symbol = isPath ? std::nullopt : toUTF8(name);
-    if (!symbol || isIncomplete(*symbol)) {
+    if (!symbol || incomplete_.contains(*symbol)) {
         return search_.find(name);
     }
     std::vector<FoundPlace> places = index_.find(*symbol);
-    if (const auto group = builtins_.find(name); group != builtins_.end()) {
-        addBuiltins(name, group->second, places);
-    }
+    builtins_.add(name, places);
     return places;
-}
-
-bool SnapshotSearch::isIncomplete(std::string_view symbol) const {
-    const std::size_t end = symbol.find('.');
-    return allIncomplete_
-           || (!incomplete_.empty()
-               && (incomplete_.contains(std::string(symbol.substr(0, end)))
-                   || (end == std::string_view::npos && incomplete_.contains(""))));
 }
 
 } // namespace tessgen::standalone

@@ -6,15 +6,13 @@
 #include "standalone/files/CachingFileTree.hpp"
 #include "standalone/files/FileTree.hpp"
 #include "standalone/manifest/Installation.hpp"
+#include "standalone/search/BuiltinTable.hpp"
+#include "standalone/search/IncompleteNames.hpp"
 #include "standalone/search/NameIndex.hpp"
 #include "standalone/search/NameSearch.hpp"
-#include "standalone/text/Hash.hpp"
 
-#include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace tessgen::standalone {
@@ -38,23 +36,16 @@ public:
     [[nodiscard]] std::vector<std::string> symbols() const { return index_.symbols(); }
 
     // Whether these are all: no folder was unreadable, and no package is reached through more than one link.
-    [[nodiscard]] bool isComplete() const { return !allIncomplete_ && incomplete_.empty(); }
+    [[nodiscard]] bool isComplete() const { return incomplete_.isEmpty(); }
     // Whether a folder or file was unreadable.
-    [[nodiscard]] bool hasUnreadable() const { return hasUnreadable_; }
+    [[nodiscard]] bool hasUnreadable() const { return incomplete_.hasUnreadable(); }
 
 private:
-    friend class SearchPathWalk;
-
-    [[nodiscard]] bool isIncomplete(std::string_view symbol) const;
-
     const CachingFileTree files_;
     const NameSearch search_; // in the cached files
     NameIndex index_;
-    std::unordered_map<std::u16string, std::vector<Builtin>, TextHash, std::equal_to<>> builtins_; // by their names
-    // First parts of the names that the index may lack files of, "" for every plain name: `search_` finds these.
-    std::unordered_set<std::string, TextHash> incomplete_;
-    bool allIncomplete_ = false;
-    bool hasUnreadable_ = false;
+    IncompleteNames incomplete_; // `search_` finds these
+    const BuiltinTable builtins_;
 };
 
 } // namespace tessgen::standalone

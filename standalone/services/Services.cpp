@@ -38,12 +38,12 @@ const std::vector<std::vector<std::u16string>>& tessapp::util::foundation::getOR
 namespace tessapp::internal::screener::meta {
 
 std::optional<std::shared_ptr<const SupportEntry>> searchByPath(const std::u16string& path) {
-    const auto& store = currentSession().store;
+    const auto store = currentSession().supportStore();
     return store ? store->findByPath(path) : std::nullopt;
 }
 
 std::vector<std::shared_ptr<const SupportEntry>> searchBySymbol(const std::u16string& symbol) {
-    const auto& store = currentSession().store;
+    const auto store = currentSession().supportStore();
     return store ? store->findBySymbol(symbol) : std::vector<std::shared_ptr<const SupportEntry>>();
 }
 

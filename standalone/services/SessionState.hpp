@@ -1,6 +1,6 @@
 // The state that an open session answers from.
 //
-// Threads: immutable; its members allow concurrent const use.
+// Threads: any, at the same time.
 #pragma once
 
 #include "standalone/Session.hpp"
@@ -9,7 +9,9 @@
 #include "standalone/manifest/Installation.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
 #include "standalone/store/SupportStore.hpp"
+#include "standalone/watch/WatchedView.hpp"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,12 +28,26 @@ struct SessionState {
     // NameSearch::find in the session's view of the disk.
     [[nodiscard]] std::vector<FoundPlace> find(std::u16string_view name) const;
 
+    // The support store in the session's view; null when the installation has none.
+    // Errors: in the watched view those of SupportStore, for one that was replaced.
+    [[nodiscard]] std::shared_ptr<const SupportStore> supportStore() const {
+        return watched ? watched->store() : store;
+    }
+
+    // Every symbol that has a file, once, in a snapshot or the watched view; there without those of files that are
+    // looked at each time.
+    [[nodiscard]] std::vector<std::string> symbols() const {
+        return watched ? watched->symbols() : snapshotSearch.value().symbols();
+    }
+
     const Installation installation;
     const RealFileTree disk;
-    const std::optional<SearchIndex> index; // none unless it was built
+    std::string notWatched;                 // why the watched view is live, if it is
+    std::unique_ptr<WatchedView> watched;   // only in the watched view
+    const std::optional<SearchIndex> index; // none unless it was built; the watched view has its own
     const IndexedFileTree files;
-    std::optional<SnapshotSearch> snapshotSearch; // none in the live view
-    const std::optional<SupportStore> store;
+    std::optional<SnapshotSearch> snapshotSearch; // only in a snapshot
+    const std::shared_ptr<const SupportStore> store;
 
     // The installation's folders as the services hand them out, in UTF-16.
     const std::u16string root;

@@ -105,7 +105,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
         expected = answersTo(names);
     }
     EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
-    for (const auto view : {View::live, View::snapshot}) {
+    for (const auto view : {View::live, View::snapshot, View::watched}) {
         for (int round = 0; round < 10; ++round) {
             const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), view);
             together([&](int number) {
@@ -174,7 +174,7 @@ TEST(HostSweep, OfEveryAllocation) {
             });
         }
     };
-    for (const auto view : {View::live, View::snapshot}) {
+    for (const auto view : {View::live, View::snapshot, View::watched}) {
         sweepSession(listed, view);
         sweepSession(indexed, view);
     }

@@ -1,0 +1,202 @@
+#include "standalone/watch/FolderWatch.hpp"
+
+#include "standalone/files/FileErrors.hpp"
+#include "standalone/files/MountPoints.hpp"
+#include "standalone/text/PathText.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/epoll.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+#include <utility>
+
+namespace tessgen::standalone {
+
+namespace {
+
+constexpr const char* mountsFile = "/proc/self/mountinfo";
+
+constexpr std::uint32_t goneMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
+constexpr std::uint32_t entryMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
+// IN_MASK_ADD: a folder that has another path keeps its watch.
+constexpr std::uint32_t watchMask =
+    entryMask | IN_ATTRIB | IN_CLOSE_WRITE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD;
+
+Descriptor opened(int descriptor, const char* what) {
+    if (descriptor < 0) {
+        throw CannotWatch(errno, std::generic_category(), what);
+    }
+    return Descriptor(descriptor);
+}
+
+void addTo(const Descriptor& ready, const Descriptor& source, std::uint32_t events) {
+    epoll_event event{};
+    event.events = events;
+    event.data.fd = source.get();
+    if (epoll_ctl(ready.get(), EPOLL_CTL_ADD, source.get(), &event) != 0) {
+        throw CannotWatch(errno, std::generic_category(), "epoll");
+    }
+}
+
+// Disks of this machine alone, on which every change passes through its system. An overlay counts: changing the
+// folders that it lies over is not allowed while it is mounted.
+// True, too, when nobody can say: then there is nothing to watch.
+bool isTrustedDisk(const std::string& folder) {
+    constexpr auto trusted = std::to_array<std::uint32_t>(
+        {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC, RAMFS_MAGIC,
+         OVERLAYFS_SUPER_MAGIC, REISERFS_SUPER_MAGIC, SQUASHFS_MAGIC, ISOFS_SUPER_MAGIC, EROFS_SUPER_MAGIC_V1});
+    struct statfs disk {};
+    return statfs(folder.c_str(), &disk) != 0
+           || std::find(trusted.begin(), trusted.end(), static_cast<std::uint32_t>(disk.f_type)) != trusted.end();
+}
+
+// For a folder that has no watch.
+std::optional<NotWatched> reasonOf(int error, const std::string& folder) {
+    struct stat status {};
+    switch (error) {
+    case ENOENT:
+        return std::nullopt;
+    case ENOTDIR: // a file counts as none
+        return lstat(folder.c_str(), &status) == 0 && S_ISLNK(status.st_mode) ? std::optional(NotWatched::link)
+                                                                              : std::nullopt;
+    case ENOSPC:
+    case ENOMEM:
+        return NotWatched::limit;
+    default:
+        return NotWatched::access;
+    }
+}
+
+} // namespace
+
+FolderWatch::FolderWatch()
+    : queue_(opened(inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify")),
+      mounts_(opened(open(mountsFile, O_RDONLY | O_CLOEXEC), mountsFile)),
+      ready_(opened(epoll_create1(EPOLL_CLOEXEC), "epoll")), mountNames_(namesOfMountPoints()) {
+    addTo(ready_, queue_, EPOLLIN);
+    addTo(ready_, mounts_, EPOLLPRI);
+}
+
+std::optional<NotWatched> FolderWatch::watch(const std::string& folder) {
+    if (watches_.contains(folder)) {
+        return std::nullopt;
+    }
+    const std::size_t slash = folder.rfind('/');
+    if (folder.size() > 1) { // what is above first, so that nothing below can be exchanged unseen
+        const std::string above = folder.substr(0, std::max<std::size_t>(slash, 1));
+        if (const auto reason = watch(above)) {
+            return reason;
+        }
+        if (!watches_.contains(above)) { // not there
+            return std::nullopt;
+        }
+    }
+    return isOnTrustedDisk(folder, std::string_view(folder).substr(slash + 1)) ? add(folder) : NotWatched::disk;
+}
+
+// The folder above is on such a disk.
+bool FolderWatch::isOnTrustedDisk(const std::string& folder, std::string_view name) const {
+    const bool mayBeMounted = name.empty() || mountNames_.contains(std::string(name));
+    return !mayBeMounted || isTrustedDisk(folder);
+}
+
+std::optional<NotWatched> FolderWatch::add(const std::string& folder) {
+    const int watch = inotify_add_watch(queue_.get(), folder.c_str(), watchMask);
+    if (watch < 0) {
+        return reasonOf(errno, folder);
+    }
+    auto& paths = watched_[watch];
+    paths.push_back(folder);
+    watches_.emplace(folder, watch);
+    return std::nullopt;
+}
+
+void FolderWatch::forget(std::string_view path) {
+    forEachAtOrBelow(watches_, path, [this](auto at) {
+        const auto watched = watched_.find(at->second);
+        std::erase(watched->second, at->first);
+        if (watched->second.empty()) {
+            inotify_rm_watch(queue_.get(), watched->first);
+            watched_.erase(watched);
+        }
+        watches_.erase(at);
+    });
+}
+
+void FolderWatch::clear() {
+    for (const auto& [watch, paths] : watched_) {
+        inotify_rm_watch(queue_.get(), watch);
+    }
+    watched_.clear();
+    watches_.clear();
+    readQueue([](int, std::uint32_t, std::string_view) {});
+    mountNames_ = namesOfMountPoints();
+}
+
+void FolderWatch::readQueue(const std::function<void(int watch, std::uint32_t mask, std::string_view name)>& visit) {
+    alignas(inotify_event) std::array<char, 65536> block; // NOLINT(*-member-init): filled by the system
+    for (;;) {
+        const auto size = read(queue_.get(), block.data(), block.size());
+        if (size < 0) {
+            if (errno != EAGAIN) {
+                throw std::system_error(errno, std::generic_category(), "inotify");
+            }
+            return;
+        }
+        for (long place = 0; place < size;) {
+            const auto& event = *reinterpret_cast<const inotify_event*>(&block[static_cast<std::size_t>(place)]);
+            visit(event.wd, event.mask, event.len == 0 ? std::string_view() : std::string_view(event.name));
+            place += static_cast<long>(sizeof event + event.len);
+        }
+    }
+}
+
+FolderWatch::Changes FolderWatch::take() {
+    std::array<epoll_event, 2> events{};
+    const int count = epoll_wait(ready_.get(), events.data(), events.size(), 0);
+    if (count < 0 && errno != EINTR) {
+        throw std::system_error(errno, std::generic_category(), "epoll");
+    }
+    Changes changes;
+    for (int i = 0; i < count; ++i) {
+        if (events[static_cast<std::size_t>(i)].data.fd == mounts_.get()) {
+            changes.areMountsOther = true;
+        } else {
+            readQueue(
+                [&](int watch, std::uint32_t mask, std::string_view name) { addChange(watch, mask, name, changes); });
+        }
+    }
+    return changes;
+}
+
+void FolderWatch::addChange(int watch, std::uint32_t mask, std::string_view name, Changes& changes) {
+    using What = FolderChange::What;
+    if ((mask & IN_Q_OVERFLOW) != 0) {
+        changes.isQueueLost = true;
+        return;
+    }
+    const auto watched = watched_.find(watch);
+    const bool areOtherRightsOfFile = (mask & IN_ATTRIB) != 0 && !name.empty() && (mask & IN_ISDIR) == 0;
+    if (watched == watched_.end() || areOtherRightsOfFile) {
+        return;
+    }
+    const What what = (mask & IN_CLOSE_WRITE) != 0             ? What::content
+                      : name.empty() || (mask & goneMask) != 0 ? What::folder
+                                                               : What::entry;
+    const auto paths = watched->second; // a copy: `forget` may take the watch away
+    for (const std::string& path : paths) {
+        changes.list.push_back({what, path, std::string(name)});
+        if (what == What::folder) {
+            forget(path);
+        } else if (what == What::entry) {
+            forget(joinPath(path, name));
+        }
+    }
+}
+
+} // namespace tessgen::standalone

@@ -1,0 +1,104 @@
+// Which folders of this machine changed, by their paths: inotify, and the list of mounts.
+//
+// The system queues a change before the call that makes it returns, so `take` tells every change that was made before
+// it was called. Links are not followed, since a watch sees no change of what they lead to. Threads: one at a time.
+#pragma once
+
+#include "standalone/files/Descriptor.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <unordered_map>
+#include <vector>
+
+namespace tessgen::standalone {
+
+// Why changes of a folder are not told.
+enum class NotWatched {
+    link,   // the folder, or one above it, is a link
+    disk,   // it lies on a disk that others may change (network, FUSE), or on an unknown kind of disk
+    access, // the system allows no watch: it needs the right to read the folder and each one above it
+    limit,  // the system's limit of watches is reached
+};
+inline constexpr std::size_t notWatchedCount = 4;
+
+struct FolderChange {
+    enum class What {
+        entry,   // an entry of the folder was made, removed or renamed; or a folder in it got other rights
+        content, // a file in the folder was closed after writing
+        folder,  // the folder itself was removed or renamed, or got other rights
+    };
+    What what;
+    std::string folder;
+    std::string name; // of the entry or file
+};
+
+// The part of an ordered map of paths that lies at a path, or below it.
+// Lexical: calls `visit` with the iterator of each, which it may erase.
+template <typename Map, typename Visit>
+void forEachAtOrBelow(Map& paths, std::string_view path, Visit visit) {
+    if (const auto at = paths.find(path); at != paths.end()) {
+        visit(at);
+    }
+    const std::string above(path == "/" ? path : std::string(path) + "/");
+    for (auto next = paths.upper_bound(above); next != paths.end() && next->first.starts_with(above);) {
+        visit(next++);
+    }
+}
+
+// The system has no inotify, or none is left for this user or process.
+class CannotWatch final : public std::system_error {
+public:
+    using std::system_error::system_error;
+};
+
+class FolderWatch {
+public:
+    // Errors: CannotWatch.
+    FolderWatch();
+
+    // Watches a folder (absolute, lexically normal) and each folder above it from now on, or says why not. Nothing to
+    // watch may be there: that it appears is told as a change of the folder above.
+    // Errors: std::bad_alloc.
+    [[nodiscard]] std::optional<NotWatched> watch(const std::string& folder);
+
+    struct Changes {
+        std::vector<FolderChange> list; // in the order in which they were made
+        bool isQueueLost = false;       // there were more than the system keeps: everything may have changed
+        bool areMountsOther = false;    // everything may lead elsewhere
+    };
+    // The changes since the last call. What changed at or below a path, or might have, is no longer watched.
+    // Errors: std::system_error.
+    [[nodiscard]] Changes take();
+
+    // Stops watching all folders, forgets their changes, and reads the list of mounts anew.
+    // Errors: std::system_error.
+    void clear();
+
+    // Readable when `take` has something to tell. Lifetime: this object's.
+    [[nodiscard]] int descriptor() const { return ready_.get(); }
+
+private:
+    [[nodiscard]] std::optional<NotWatched> add(const std::string& folder);
+    [[nodiscard]] bool isOnTrustedDisk(const std::string& folder, std::string_view name) const;
+    void forget(std::string_view path);
+    void readQueue(const std::function<void(int watch, std::uint32_t mask, std::string_view name)>& visit);
+    void addChange(int watch, std::uint32_t mask, std::string_view name, Changes& changes);
+
+    Descriptor queue_;  // inotify
+    Descriptor mounts_; // /proc/self/mountinfo
+    Descriptor ready_;  // epoll over both
+    std::set<std::string> mountNames_;
+    std::map<std::string, int, std::less<>> watches_;           // of each path
+    std::unordered_map<int, std::vector<std::string>> watched_; // paths of each watch: a folder may have several
+};
+
+} // namespace tessgen::standalone

@@ -1,0 +1,87 @@
+#include "standalone/watch/WatchedFileTree.hpp"
+
+#include "standalone/files/PackedListing.hpp"
+#include "standalone/text/PathText.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessgen::standalone {
+
+NotKept::NotKept() : std::system_error(std::make_error_code(std::errc::operation_not_supported)) {}
+
+WatchedFileTree::WatchedFileTree(FolderWatch& watch, EntryFilter wanted) : watch_(&watch), wanted_(std::move(wanted)) {}
+
+void WatchedFileTree::askFor(User user, const FileTree& disk) {
+    user_ = user;
+    disk_ = &disk;
+}
+
+std::optional<std::vector<FileTree::Entry>> WatchedFileTree::entries(const std::string& folder,
+                                                                     const EntryFilter& /*wanted*/) const {
+    Kept& kept = keptFor(folder);
+    if (kept.isSure) {
+        return kept.listing ? std::optional(unpacked(*kept.listing, [](std::string_view) { return true; }))
+                            : std::nullopt;
+    }
+    kept.reason = watch_->watch(folder); // before it is listed, so that no change is missed
+    if (kept.reason) {
+        throw NotKept();
+    }
+    ++listed_;
+    auto found = disk_->entries(folder, wanted_);
+    if (found) {
+        std::string listing(packedSize(*found), '\0');
+        pack(*found, listing.data());
+        kept.listing = std::move(listing);
+    }
+    kept.isSure = true;
+    return found;
+}
+
+std::optional<FileTree::Kind> WatchedFileTree::kindOf(const std::string& path) const {
+    keptFor(path).reason = NotWatched::link;
+    throw NotKept();
+}
+
+WatchedFileTree::Kept& WatchedFileTree::keptFor(const std::string& path) const {
+    Kept& kept = kept_[path];
+    if (std::find(kept.users.begin(), kept.users.end(), user_) == kept.users.end()) {
+        kept.users.push_back(user_);
+    }
+    return kept;
+}
+
+std::vector<WatchedFileTree::User> WatchedFileTree::drop(const FolderChange& change) {
+    std::vector<User> users;
+    const auto dropOne = [&](auto at) {
+        users.insert(users.end(), at->second.users.begin(), at->second.users.end());
+        kept_.erase(at);
+    };
+    switch (change.what) {
+    case FolderChange::What::content:
+        break;
+    case FolderChange::What::entry:
+        forEachAtOrBelow(kept_, joinPath(change.folder, change.name), dropOne);
+        if (const auto above = kept_.find(change.folder); above != kept_.end() && wanted_.accepts(change.name)) {
+            dropOne(above);
+        }
+        break;
+    case FolderChange::What::folder:
+        forEachAtOrBelow(kept_, change.folder, dropOne);
+        break;
+    }
+    return users;
+}
+
+std::array<std::size_t, notWatchedCount> WatchedFileTree::notWatched() const {
+    std::array<std::size_t, notWatchedCount> counts{};
+    for (const auto& [path, kept] : kept_) {
+        if (kept.reason) {
+            ++counts.at(static_cast<std::size_t>(*kept.reason));
+        }
+    }
+    return counts;
+}
+
+} // namespace tessgen::standalone
