@@ -29,7 +29,7 @@ standalone::Installation installationOf(const Replay& replay) {
     return installation;
 }
 
-std::unique_ptr<standalone::Session> open(const InstallationWatch& watch, standalone::View view) {
+std::unique_ptr<standalone::Session> openSession(const InstallationWatch& watch, standalone::View view) {
     return std::make_unique<standalone::Session>(standalone::Installation(watch.installation()), view);
 }
 
@@ -45,7 +45,7 @@ ResolverSession::ResolverSession(const Request& request, standalone::View view)
     if (replay_) {
         session_ = std::make_unique<standalone::Session>(installationOf(*replay_));
     } else if (request.action == Action::batch) {
-        session_ = open(watch_.emplace(findManifest(request)), view);
+        session_ = openSession(watch_.emplace(findManifest(request)), view);
     } else {
         session_ = std::make_unique<standalone::Session>(findManifest(request), view);
     }
@@ -100,7 +100,7 @@ void ResolverSession::reopen() {
         session_.reset();
     }
     if (!session_) {
-        session_ = open(*watch_, standalone::View::live); // a process can have one
+        session_ = openSession(*watch_, standalone::View::live); // a process can have one
         files_ = collaborators().fileSystem;
     }
 }
