@@ -21,6 +21,7 @@ import time
 import calls
 import instructions
 import plot
+import watched
 
 HERE = os.path.dirname(os.path.realpath(__file__))
 DOCUMENT = os.path.join(HERE, "../docs/performance.md")
@@ -321,6 +322,13 @@ class Bench:
                 ratio = count / baseline if baseline else 1 + count
                 self.add("9", f"{what}, beside what is written down", str(count), ratio, instructions.GROWTH)
 
+    output = staticmethod(run)
+    wrong = Wrong
+
+    def watched_view(self):
+        world = World(self, 50 if self.quick else 5000, self.counts[1:2])
+        watched.measure(self, world, f"n{self.counts[1]}")
+
     def others(self):
         """The time that other programs take for one name; no goals."""
         world, name = self.large, self.large.shared[-1]
@@ -371,7 +379,7 @@ def main(words):
         try:
             bench = Bench(folders[0], os.path.realpath(folder), "--quick" in options)
             bench.make_worlds()
-            for measure in (bench.fresh, bench.store, bench.many, bench.warm, bench.gates, bench.others):
+            for measure in (bench.fresh, bench.store, bench.many, bench.warm, bench.watched_view, bench.gates, bench.others):
                 measure()
             if "--write" in options:
                 write_document(bench)

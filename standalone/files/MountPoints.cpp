@@ -50,4 +50,12 @@ std::set<std::string> namesOfMountPoints() {
     return names;
 }
 
+void doubtMountPoints(std::vector<FileTree::Entry>& entries, const std::set<std::string>& names) {
+    for (FileTree::Entry& entry : entries) {
+        if (entry.kind != FileTree::Kind::folder && names.contains(entry.name)) {
+            entry.kind = FileTree::Kind::link;
+        }
+    }
+}
+
 } // namespace tessgen::standalone

@@ -4,13 +4,20 @@
 // Threads: any.
 #pragma once
 
+#include "standalone/files/FileTree.hpp"
+
 #include <set>
 #include <string>
+#include <vector>
 
 namespace tessgen::standalone {
 
 // The file names of all mount points, without their folders, since links may lead there by other paths. Empty where the
 // system does not tell.
 [[nodiscard]] std::set<std::string> namesOfMountPoints();
+
+// Makes links of the entries over which something of these names may be mounted, so that the disk is asked what is
+// there.
+void doubtMountPoints(std::vector<FileTree::Entry>& entries, const std::set<std::string>& names);
 
 } // namespace tessgen::standalone

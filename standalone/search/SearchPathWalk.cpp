@@ -73,7 +73,7 @@ private:
     // `prefix` names the packages that lead to the folder, each with a "." after it.
     // Errors: std::system_error when this very folder cannot be read.
     void addFolder(const std::string& folder, const std::string& prefix, int links) {
-        const auto entries = list(folder);
+        const auto entries = disk_.list(folder);
         if (!entries) {
             return;
         }
@@ -150,7 +150,7 @@ private:
             const bool isRead = readOrMark(inside, [&] {
                 if (leadsTo(Kind::folder, disk_.links, folder, entry)) {
                     std::string path = joinPath(folder, entry->name);
-                    if (auto below = list(path)) {
+                    if (auto below = disk_.list(path)) {
                         auto files = symbolFiles(path, *below, prefix, inside);
                         const auto number = index_.addFolder(path, canBePart(symbol) ? inside : "", prefix.empty());
                         classes.push_back({symbol, std::move(path), number, *std::move(below), std::move(files)});
@@ -172,7 +172,7 @@ private:
                 return;
             }
             const std::string path = joinPath(folder, entry->name);
-            if (const auto below = list(path)) {
+            if (const auto below = disk_.list(path)) {
                 addFiles(index_.addFolder(path, ""), symbolFiles(path, *below, "", {}));
             }
         });
@@ -218,19 +218,6 @@ private:
     // Whether a dotted symbol can have that part: not empty, without a dot, UTF-8.
     static bool canBePart(std::string_view text) {
         return !text.empty() && text.find('.') == std::string_view::npos && isUTF8(text);
-    }
-
-    // An entry over which something may be mounted counts as a link, so that the disk is asked what is there.
-    [[nodiscard]] std::optional<std::vector<Entry>> list(const std::string& folder) const {
-        auto entries = disk_.list(folder);
-        if (entries) {
-            for (Entry& entry : *entries) {
-                if (entry.kind != Kind::folder && disk_.mounted.contains(entry.name)) {
-                    entry.kind = Kind::link;
-                }
-            }
-        }
-        return entries;
     }
 
     // Runs `read`. On std::system_error marks all names with the first part of `names` ("": all plain names) as

@@ -5,14 +5,12 @@
 #pragma once
 
 #include "standalone/files/FileTree.hpp"
-#include "standalone/files/MountPoints.hpp"
 #include "standalone/search/IncompleteNames.hpp"
 #include "standalone/search/NameIndex.hpp"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -24,10 +22,9 @@ namespace tessgen::standalone {
 // Where a walk finds things.
 struct SearchedDisk {
     const std::vector<std::string>& extensions;
-    // Lists the `searchedEntries` of a folder, as FileTree::entries does.
+    // Lists the `searchedEntries` of a folder, as FileTree::entries does, with doubts about mount points.
     std::function<std::optional<std::vector<FileTree::Entry>>(const std::string& folder)> list;
     const FileTree& links; // says what links lead to
-    std::set<std::string> mounted = namesOfMountPoints();
 };
 
 // Adds the files below a folder of the search path, which is one by number, to the index. A std::system_error of the

@@ -1,5 +1,6 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
+#include "standalone/files/MountPoints.hpp"
 #include "standalone/search/SearchPathWalk.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -15,8 +16,15 @@ SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree&
 SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files, const FileTree& now)
     : files_(files, searchedEntries(installation.extensions)), search_(installation, files_),
       index_(installation.extensions), builtins_(installation.builtins) {
-    const SearchedDisk disk{installation.extensions,
-                            [&](const std::string& folder) { return files_.entriesBy(now, folder); }, files_};
+    const auto mounted = namesOfMountPoints();
+    const auto list = [&](const std::string& folder) {
+        auto entries = files_.entriesBy(now, folder);
+        if (entries) {
+            doubtMountPoints(*entries, mounted);
+        }
+        return entries;
+    };
+    const SearchedDisk disk{installation.extensions, list, files_};
     std::uint32_t number = 0;
     for (const std::string& folder : installation.searchPath) {
         addSearchFolder(number++, folder, disk, index_, incomplete_);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
 #include <linux/magic.h>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
@@ -83,20 +84,25 @@ FolderWatch::FolderWatch()
 }
 
 std::optional<NotWatched> FolderWatch::watch(const std::string& folder) {
-    if (watches_.contains(folder)) {
-        return std::nullopt;
+    return watchIfThere(folder).notWatched;
+}
+
+FolderWatch::Watched FolderWatch::watchIfThere(const std::string& folder) {
+    const auto next = watches_.lower_bound(folder);
+    if (next != watches_.end() && next->first == folder) {
+        return {true, {}};
     }
     const std::size_t slash = folder.rfind('/');
-    if (folder.size() > 1) { // what is above first, so that nothing below can be exchanged unseen
-        const std::string above = folder.substr(0, std::max<std::size_t>(slash, 1));
-        if (const auto reason = watch(above)) {
-            return reason;
+    const auto above = std::string_view(folder).substr(0, std::max<std::size_t>(slash, 1));
+    if (folder.size() > 1 && above != lastAbove_) { // first, so that nothing below can be exchanged unseen
+        const auto watched = watchIfThere(std::string(above));
+        if (!watched.isThere) {
+            return watched;
         }
-        if (!watches_.contains(above)) { // not there
-            return std::nullopt;
-        }
+        lastAbove_ = above;
     }
-    return isOnTrustedDisk(folder, std::string_view(folder).substr(slash + 1)) ? add(folder) : NotWatched::disk;
+    return isOnTrustedDisk(folder, std::string_view(folder).substr(slash + 1)) ? add(folder, next)
+                                                                               : Watched{false, NotWatched::disk};
 }
 
 // The folder above is on such a disk.
@@ -105,34 +111,37 @@ bool FolderWatch::isOnTrustedDisk(const std::string& folder, std::string_view na
     return !mayBeMounted || isTrustedDisk(folder);
 }
 
-std::optional<NotWatched> FolderWatch::add(const std::string& folder) {
+FolderWatch::Watched FolderWatch::add(const std::string& folder, Watches::iterator next) {
     const int watch = inotify_add_watch(queue_.get(), folder.c_str(), watchMask);
     if (watch < 0) {
-        return reasonOf(errno, folder);
+        return {false, reasonOf(errno, folder)};
     }
-    auto& paths = watched_[watch];
-    paths.push_back(folder);
-    watches_.emplace(folder, watch);
-    return std::nullopt;
+    paths_.emplace(watch, &watches_.emplace_hint(next, folder, watch)->first);
+    return {true, {}};
 }
 
 void FolderWatch::forget(std::string_view path) {
+    lastAbove_.clear();
     forEachAtOrBelow(watches_, path, [this](auto at) {
-        const auto watched = watched_.find(at->second);
-        std::erase(watched->second, at->first);
-        if (watched->second.empty()) {
-            inotify_rm_watch(queue_.get(), watched->first);
-            watched_.erase(watched);
+        auto [one, end] = paths_.equal_range(at->second);
+        const bool isOnly = std::next(one) == end;
+        while (one->second != &at->first) {
+            ++one;
+        }
+        paths_.erase(one);
+        if (isOnly) {
+            inotify_rm_watch(queue_.get(), at->second);
         }
         watches_.erase(at);
     });
 }
 
 void FolderWatch::clear() {
-    for (const auto& [watch, paths] : watched_) {
+    for (const auto& [watch, path] : paths_) {
         inotify_rm_watch(queue_.get(), watch);
     }
-    watched_.clear();
+    lastAbove_.clear();
+    paths_.clear();
     watches_.clear();
     readQueue([](int, std::uint32_t, std::string_view) {});
     mountNames_ = namesOfMountPoints();
@@ -180,15 +189,17 @@ void FolderWatch::addChange(int watch, std::uint32_t mask, std::string_view name
         changes.isQueueLost = true;
         return;
     }
-    const auto watched = watched_.find(watch);
     const bool areOtherRightsOfFile = (mask & IN_ATTRIB) != 0 && !name.empty() && (mask & IN_ISDIR) == 0;
-    if (watched == watched_.end() || areOtherRightsOfFile) {
+    if (areOtherRightsOfFile) {
         return;
     }
     const What what = (mask & IN_CLOSE_WRITE) != 0             ? What::content
                       : name.empty() || (mask & goneMask) != 0 ? What::folder
                                                                : What::entry;
-    const auto paths = watched->second; // a copy: `forget` may take the watch away
+    std::vector<std::string> paths;
+    for (auto [one, end] = paths_.equal_range(watch); one != end; ++one) {
+        paths.push_back(*one->second);
+    }
     for (const std::string& path : paths) {
         changes.list.push_back({what, path, std::string(name)});
         if (what == What::folder) {

@@ -83,11 +83,21 @@ public:
     // Errors: std::system_error.
     void clear();
 
+    // The file names of all mount points, as they are while `take` tells no other.
+    [[nodiscard]] const std::set<std::string>& mountNames() const { return mountNames_; }
+
     // Readable when `take` has something to tell. Lifetime: this object's.
     [[nodiscard]] int descriptor() const { return ready_.get(); }
 
 private:
-    [[nodiscard]] std::optional<NotWatched> add(const std::string& folder);
+    struct Watched {
+        bool isThere;
+        std::optional<NotWatched> notWatched; // why not, if it may be there
+    };
+    [[nodiscard]] Watched watchIfThere(const std::string& folder);
+    using Watches = std::map<std::string, int, std::less<>>;
+    // `next` is the first watch after it.
+    [[nodiscard]] Watched add(const std::string& folder, Watches::iterator next);
     [[nodiscard]] bool isOnTrustedDisk(const std::string& folder, std::string_view name) const;
     void forget(std::string_view path);
     void readQueue(const std::function<void(int watch, std::uint32_t mask, std::string_view name)>& visit);
@@ -97,8 +107,9 @@ private:
     Descriptor mounts_; // /proc/self/mountinfo
     Descriptor ready_;  // epoll over both
     std::set<std::string> mountNames_;
-    std::map<std::string, int, std::less<>> watches_;           // of each path
-    std::unordered_map<int, std::vector<std::string>> watched_; // paths of each watch: a folder may have several
+    Watches watches_;                                        // of each path
+    std::unordered_multimap<int, const std::string*> paths_; // of each watch: a folder may have several
+    std::string lastAbove_; // a watched path, with which the next question is likely to begin
 };
 
 } // namespace tessgen::standalone

@@ -1,5 +1,6 @@
 #include "standalone/watch/WatchedFileTree.hpp"
 
+#include "standalone/files/MountPoints.hpp"
 #include "standalone/files/PackedListing.hpp"
 #include "standalone/text/PathText.hpp"
 
@@ -31,6 +32,7 @@ std::optional<std::vector<FileTree::Entry>> WatchedFileTree::entries(const std::
     ++listed_;
     auto found = disk_->entries(folder, wanted_);
     if (found) {
+        doubtMountPoints(*found, watch_->mountNames());
         std::string listing(packedSize(*found), '\0');
         pack(*found, listing.data());
         kept.listing = std::move(listing);

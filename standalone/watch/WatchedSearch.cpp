@@ -5,12 +5,15 @@
 namespace tessgen::standalone {
 
 WatchedSearch::WatchedSearch(const Installation& installation, FolderWatch& watch)
-    : installation_(&installation), files_(watch, searchedEntries(installation.extensions)) {}
+    : installation_(&installation),
+      files_(watch, searchedEntries(installation.extensions)), disk_{installation.extensions,
+                                                                     [this](const std::string& folder) {
+                                                                         return files_.entries(folder, {});
+                                                                     },
+                                                                     files_} {}
 
 void WatchedSearch::startOver(const FileTree& disk) {
     files_.clear();
-    disk_.emplace(SearchedDisk{installation_->extensions,
-                               [this](const std::string& folder) { return files_.entries(folder, {}); }, files_});
     addAllAnew(disk);
 }
 
@@ -39,7 +42,7 @@ void WatchedSearch::addAnew(const std::set<Number>& searchFolders, const FileTre
     for (const Number number : searchFolders) {
         files_.askFor(number, disk);
         incomplete_[number] = {};
-        addSearchFolder(number, installation_->searchPath[number], *disk_, *index_, incomplete_[number]);
+        addSearchFolder(number, installation_->searchPath[number], disk_, *index_, incomplete_[number]);
     }
     index_->close();
     partial_.clear();

@@ -49,7 +49,7 @@ private:
 
     const Installation* installation_;
     WatchedFileTree files_;
-    std::optional<SearchedDisk> disk_; // what is mounted is read when starting over
+    const SearchedDisk disk_;
     std::optional<NameIndex> index_;
     std::vector<IncompleteNames> incomplete_; // of each folder of the search path
     std::vector<Number> partial_;             // those that have some, in order
