@@ -167,8 +167,11 @@ void FolderWatch::readQueue(const std::function<void(int watch, std::uint32_t ma
 
 FolderWatch::Changes FolderWatch::take() {
     std::array<epoll_event, 2> events{};
-    const int count = epoll_wait(ready_.get(), events.data(), events.size(), 0);
-    if (count < 0 && errno != EINTR) {
+    int count = 0;
+    do {
+        count = epoll_wait(ready_.get(), events.data(), events.size(), 0);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
         throw std::system_error(errno, std::generic_category(), "epoll");
     }
     Changes changes;
@@ -190,12 +193,9 @@ void FolderWatch::addChange(int watch, std::uint32_t mask, std::string_view name
         return;
     }
     const bool areOtherRightsOfFile = (mask & IN_ATTRIB) != 0 && !name.empty() && (mask & IN_ISDIR) == 0;
-    if (areOtherRightsOfFile) {
-        return;
-    }
-    const What what = (mask & IN_CLOSE_WRITE) != 0             ? What::content
-                      : name.empty() || (mask & goneMask) != 0 ? What::folder
-                                                               : What::entry;
+    const What what = (mask & IN_CLOSE_WRITE) != 0 || areOtherRightsOfFile ? What::content
+                      : name.empty() || (mask & goneMask) != 0             ? What::folder
+                                                                           : What::entry;
     std::vector<std::string> paths;
     for (auto [one, end] = paths_.equal_range(watch); one != end; ++one) {
         paths.push_back(*one->second);

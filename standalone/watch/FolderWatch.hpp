@@ -33,7 +33,7 @@ inline constexpr std::size_t notWatchedCount = 4;
 struct FolderChange {
     enum class What {
         entry,   // an entry of the folder was made, removed or renamed; or a folder in it got other rights
-        content, // a file in the folder was closed after writing
+        content, // a file in the folder was closed after writing, or got other rights
         folder,  // the folder itself was removed or renamed, or got other rights
     };
     What what;

@@ -31,6 +31,7 @@ void WatchedView::startOver() {
             (*file)->forget();
         }
     }
+    (void)watch_.watch(installation_.root); // before it is held open, so that another in its place is noticed
     const InstallationDisk disk(installation_, index_);
     search_.startOver(disk.files());
     isWhole_ = true;

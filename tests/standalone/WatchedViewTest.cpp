@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <array>
@@ -234,7 +235,12 @@ TEST(WatchedView, OpensTheStoreAnewAndTellsOfTheManifest) {
     EXPECT_NE(test::errorOf([&] { (void)view.store(); }), "no error");
     EXPECT_NE(test::errorOf([&] { (void)view.store(); }), "no error");
     fs::rename(folder.path("t"), folder.path("s"));
-    EXPECT_EQ(view.store()->findBySymbol(u"g").size(), 1U);
+    const auto store = view.store();
+    EXPECT_EQ(store->findBySymbol(u"g").size(), 1U);
+    EXPECT_EQ(view.store(), store);
+    const std::array<timespec, 2> longAgo{}; // told as other rights are, for which it may no longer be readable
+    utimensat(AT_FDCWD, world.supportStore->c_str(), longAgo.data(), 0);
+    EXPECT_NE(view.store(), store);
 
     EXPECT_FALSE(view.takeManifestChange());
     folder.write("installation.json", "{ }");
