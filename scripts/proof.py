@@ -49,6 +49,11 @@ def faults(script):
             "run": f"tests/faults/{script}.sh build/dev/cli/kelwhich"}
 
 
+def watch(options):
+    return {**faults("watch"), "run": f"tests/faults/watch.py build/dev/cli/kelwhich {options}", "limit": 1800,
+            "path": "standalone/watch/FolderWatch.cpp", "prints": "a wrong answer"}
+
+
 DEAD = "".join(f"if (name.size() == {size}) {{\n return false;\n}}\n" for size in range(100000, 100020))
 ROWS = [
     Row("failing allocations of the library", **unit("library_tests", "FaultSweep.OfEveryAllocation"),
@@ -76,6 +81,10 @@ ROWS = [
     Row("meetings of six threads in one session", **unit("host_thread_tests", "HostSweep.*", "tsan"),
         figure=r"threads: (\d+) meetings", fault="a view of the disk without its lock", limit=300, may_hang=True,
         path="standalone/files/CachingFileTree.cpp", old="    const std::lock_guard guard(lock_);\n", new=""),
+    Row("meetings of six threads in the watched view", **unit("host_thread_tests", "HostSweep.*Watched*", "tsan"),
+        figure=r"threads: (\d+) meetings", fault="the view without its lock", limit=300, may_hang=True,
+        path="standalone/watch/WatchedView.cpp",
+        old="    const std::lock_guard guard(lock_);\n    ++counts_.questions;\n", new="    ++counts_.questions;\n"),
     Row("faults of system calls in look-ups", **faults("lookup"),
         figure=r"(\d+) faults:", fault="a listing that breaks off is taken for whole", limit=1800,
         path="standalone/files/RealFileTree.cpp",
@@ -84,6 +93,19 @@ ROWS = [
         figure=r"(\d+) (?:kills|errors)", fault="the disk's refusal to keep the new store goes unseen", limit=1800,
         path="standalone/files/AtomicFile.cpp", old="fsync(descriptor_.get()) != 0", new="fsync(descriptor_.get()) > 0",
         prints=r"FAILED: error=\w+ at fsync 1: "),
+    Row("changes between two questions", **watch("--part lock-step --changes 2000"), figure=r"(\d+) changes",
+        fault="a kind of event is ignored", old="IN_MOVED_FROM | IN_MOVED_TO", new="IN_MOVED_FROM"),
+    Row("folders moved away and back", **watch("--part lock-step --only moves --changes 500"), figure=r"(\d+) changes",
+        fault="the folders above are not watched", old="folder.size() > 1 && above", new="folder.empty() && above"),
+    Row("mounts made, moved and removed", **watch("--part lock-step --only mounts --changes 500"),
+        figure=r"(\d+) changes", fault="a mount is ignored", old="changes.areMountsOther = true;", new=""),
+    Row("queues of changes that overflow", **watch("--part floods --changes 3000"), figure=r"changes lost (\d+)",
+        fault="an overflow is ignored", old="changes.isQueueLost = true;", new=""),
+    Row("folders beyond the limit of watches", **watch("--part watches --changes 2000"),
+        figure=r"beyond the limit (\d+)", fault="such a folder is taken for watched",
+        old="        return NotWatched::limit;\n", new="        return std::nullopt;\n"),
+    Row("answers that changes cross", **watch("--part free --changes 10000"), figure=r"crossed (\d+)",
+        fault="files that appear are ignored", old="IN_CREATE | IN_DELETE |", new="IN_DELETE |"),
     Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}", figure=r"(\d+) inputs",
         fault="one for each target", limit=7200, caught_by="scripts/check-fuzz.sh"),
     Row("coverage of the library", build="true", run="scripts/coverage.sh",

@@ -9,7 +9,6 @@ endforeach()
 
 # Answers while the disk changes: a share of what scripts/nightly.sh tries.
 add_test(NAME faults.watch COMMAND faults/watch.py $<TARGET_FILE:kelwhich_program> --changes 300
-                                   --part lock-step --part floods --part watches
          WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
 set_tests_properties(faults.watch PROPERTIES TIMEOUT 300 LABELS long)
 

@@ -15,11 +15,11 @@ import random
 import subprocess
 import sys
 
-from watched import free, lockstep, namespaces, shrinking
+from watched import asking, free, lockstep, namespaces, shrinking
 from watched.changes import WEIGHTS
 
 FLOODED = ["floods", "creations", "renames", "moves", "links", "mounts", "stores"]
-FEWER = [("max_inotify_instances", 0), *(("max_inotify_watches", most) for most in (0, 1, 7, 25, 60))]
+FEWER = [("max_inotify_instances", 0), *(("max_inotify_watches", most) for most in (0, 1, 7))]
 
 
 def report(difference, given):
@@ -27,13 +27,11 @@ def report(difference, given):
     sys.exit(f"watch.py: a wrong answer (--part {given.part[0]} --seed {given.seed} --changes {given.changes})")
 
 
-def lock_step(given, only=None, longest=800, more=""):
+def lock_step(given, required, only=None, longest=800, more=""):
     setting = lockstep.Setting(given.program, only=given.only or only)
     rng = random.Random(given.seed)
-    left = given.changes
-    while left > 0:
+    while (left := given.changes - sum(setting.made.values())) > 0:
         count = min(left, rng.choice([longest // 16, longest // 2, longest]))
-        left -= count
         if found := lockstep.run_round(setting, rng.random(), count):
             round_, difference = found
             print(f"{difference}\nmaking the history shorter ...", file=sys.stderr)
@@ -43,11 +41,14 @@ def lock_step(given, only=None, longest=800, more=""):
     print(f"{given.part[0]}{more}: {sum(setting.made.values())} changes, {setting.questions} answers, "
           f"{setting.unopened} of them with nothing to compare with")
     print("    " + ", ".join(f"{number} {kind}" for kind, number in sorted(setting.made.items())))
+    print("    " + ", ".join(f"{what} {number}" for what, number in setting.stats.items()))
+    if not given.only and (missing := [what for what in required if setting.stats[what] == 0]):
+        sys.exit(f"watch.py: in {given.part[0]}{more}, this never happened: {', '.join(missing)}")
 
 
 def floods(given):
     given.changes = max(given.changes // 50, 10)
-    lock_step(given, FLOODED, longest=64)
+    lock_step(given, ["changes lost"], FLOODED, longest=64)
 
 
 def watches(given):
@@ -59,7 +60,8 @@ def watches(given):
     for number, (limit, most) in enumerate(FEWER):
         script = f'echo {most} >/proc/sys/user/{limit} && exec "$@"'
         command = [sys.argv[0], given.program, "--part", "lock-step", "--changes", str(max(given.changes // 20, 20)),
-                   "--seed", str(given.seed + number), "--name", f" with {limit} {most}"]
+                   "--seed", str(given.seed + number), "--name", f" with {limit} {most}",
+                   "--require", lockstep.STATS[-1] if most or "watches" in limit else lockstep.NOTHING]
         done = subprocess.run([*wrapper[0], "sh", "-c", script, "sh", *command],
                               env=os.environ | {namespaces.INSIDE: "yes"})
         if done.returncode != 0:
@@ -71,8 +73,14 @@ def free_running(given):
         report(difference, given)
 
 
-PARTS = {"lock-step": lambda given: lock_step(given, more=given.name), "floods": floods, "watches": watches,
-         "free": free_running}
+def plainly(given):
+    required = ["later", "links"] + ["mounts changed"] * namespaces.may_mount()
+    if os.geteuid() != 0 or asking.unprivileged():
+        required.append("unreadable")
+    lock_step(given, given.require or required, more=given.name)
+
+
+PARTS = {"lock-step": plainly, "floods": floods, "watches": watches, "free": free_running}
 
 
 def main():
@@ -83,6 +91,7 @@ def main():
     options.add_argument("--seed", type=int, default=1)
     options.add_argument("--only", action="append", choices=sorted(WEIGHTS), help="only this kind; may be repeated")
     options.add_argument("--name", default="", help=argparse.SUPPRESS)
+    options.add_argument("--require", action="append", help=argparse.SUPPRESS)
     given = options.parse_args()
     namespaces.enter()
     if not namespaces.may_mount():

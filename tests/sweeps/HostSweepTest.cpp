@@ -16,6 +16,7 @@
 #include <array>
 #include <cstddef>
 #include <ctime>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -64,6 +65,13 @@ public:
         return standalone::buildSearchIndex(installation, installation.searchIndex.value(), [] {
             return timespec{std::time(nullptr) + later, 0};
         });
+    }
+
+    // Makes or removes a file that no name leads to, in a folder that most names need.
+    void change() const {
+        if (!std::filesystem::remove(folder_.path("w/private/another.vk"))) {
+            folder_.write("w/private/another.vk");
+        }
     }
 
     std::string store() const { return folder_.path("support.cdb"); }
@@ -119,6 +127,31 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
     tellMeetings();
 }
 
+// While some ask, one changes a folder, so that the next to ask lists it anew for all.
+TEST(HostSweep, AnswersManyThreadsWhileWatchedFoldersChange) {
+    const SmallHost host;
+    const auto names = host.names();
+    Answers expected;
+    {
+        const Session alone(host.withoutIndex());
+        expected = answersTo(names);
+    }
+    for (int round = 0; round < 10; ++round) {
+        const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), View::watched);
+        together([&](int number) {
+            for (std::size_t i = 0; i < names.size(); ++i) {
+                if (number == 0) {
+                    host.change();
+                }
+                const auto at = (i + static_cast<std::size_t>(number)) % names.size();
+                EXPECT_EQ(kelwhich::kelwhich(names[at]), expected[at]);
+            }
+        });
+        EXPECT_GT(standalone::currentSession().watched->counts().listedAgain, 5U);
+    }
+    tellMeetings();
+}
+
 TEST(HostSweep, InternsANameOnceForAllThreads) {
     for (int round = 0; round < 60; ++round) {
         std::array<zelt::internal::Interned, threadCount> names{};
@@ -131,6 +164,14 @@ TEST(HostSweep, InternsANameOnceForAllThreads) {
 }
 
 #ifdef KELWHICH_SWEEPS_ALLOCATIONS
+std::vector<std::pair<std::u16string, std::u16string>> linesOf(const std::u16string& name) {
+    std::vector<std::pair<std::u16string, std::u16string>> lines;
+    for (auto& place : standalone::currentSession().find(name)) {
+        lines.emplace_back(std::move(place.line), std::move(place.partner));
+    }
+    return lines;
+}
+
 TEST(HostSweep, OfEveryAllocation) {
     const SmallHost host;
     const auto indexed = host.installation();
@@ -160,13 +201,16 @@ TEST(HostSweep, OfEveryAllocation) {
                                  std::u16string(u"private/f"), host.path("w/f.vk")}) {
             sweep("ask in a session", [&, view] {
                 return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
-                    std::vector<std::pair<std::u16string, std::u16string>> lines;
-                    for (auto& place : standalone::currentSession().find(name)) {
-                        lines.emplace_back(std::move(place.line), std::move(place.partner));
-                    }
-                    return lines;
+                    return linesOf(name);
                 };
             });
+            if (view == View::watched) {
+                sweep("ask in a session after a change", [&, view] {
+                    auto session = std::make_shared<const Session>(Installation(installation), view);
+                    host.change();
+                    return [&name, session = std::move(session)] { return linesOf(name); };
+                });
+            }
             sweep("kelwhich in a session", [&, view] {
                 return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
                     return kelwhich::kelwhich(name);

@@ -17,27 +17,34 @@ class Changes(Picking):
             del self.kinds["index"]
         if not namespaces.may_mount():
             del self.kinds["mounts"]
-        self.open = []  # a kind, and what ends what a change of it began
+        self.open = []  # a kind, a path, and what ends what a change of that kind began there
 
     def next(self, only=None):
         """A kind, and its changes."""
-        grave = [(kind, end) for kind, end in self.open if GRAVE & set(end)]
-        if grave and self.rng.random() < 0.3:
-            self.open.remove(chosen := self.any(*grave))
-            return chosen[0], [chosen[1]]
         kinds = [kind for kind in self.kinds if (kind in only if only else kind != "floods")]
         kind = self.rng.choices(kinds, [WEIGHTS[kind] for kind in kinds])[0]
         if kind == "creations" and not only and len(self.everything()) > MOST_FILES:
             kind = "deletions"
         return kind, self.kinds[kind](self)
 
+    def mend(self):
+        """Ends whatever may be in the way of opening the installation, the last first."""
+        ends = [change for _, _, end in reversed(self.open) for change in end]
+        self.open = []
+        return "mending", [*ends, ("store", 0), ("index",)]
+
     def end(self, kind, probability):
         """Ends what an earlier change of the kind began, or returns nothing."""
-        opened = [(known, end) for known, end in self.open if known == kind]
+        opened = [opened for opened in self.open if opened[0] == kind and self.exists(opened[1])]
         if not opened or (len(opened) < MOST_OPEN and self.rng.random() >= probability):
             return None
         self.open.remove(chosen := self.any(*opened))
-        return [chosen[1]]
+        return chosen[2]
+
+    def begin(self, kind, path, changes, *end):
+        """`changes`, which `end` ends while there is such a path."""
+        self.open.append((kind, path, list(end)))
+        return changes
 
     def creations(self):
         place = self.place()
@@ -70,15 +77,16 @@ class Changes(Picking):
         new = self.unused("away")
         if self.rng.random() < 0.3:
             return [("rename", old, new), ("rename", new, old)]
-        self.open.append(("moves", ("rename", new, old)))
-        return [("rename", old, new)] + [("folder", old), ("file", old + "/f.vk")][: self.any(0, 0, 1, 2)]
+        others = [("folder", old), ("file", old + "/f.vk")][: self.any(0, 0, 1, 2)]
+        return self.begin("moves", new, [("rename", old, new), *others], ("remove", old), ("rename", new, old))
 
     def modes(self):
         if back := self.end("modes", 0.6):
             return back
-        path = self.any(self.known_folder(), self.known_folder(), self.known_folder(), self.existing())
-        self.open.append(("modes", ("mode", "755", path)))
-        return [("mode", self.any("0", "111", "444", "500", "333"), path)]
+        path = self.any(*(self.known_folder() for _ in range(6)), self.existing(), self.existing(), "data",
+                        "data/support.cdb", "data/search.cdb")
+        mode = self.any("0", "111", "444", "500", "333")
+        return self.begin("modes", path, [("mode", mode, path)], ("mode", "755", path))
 
     def replacements(self):
         """Files by folders and the reverse, and by others of the same kind."""
@@ -91,14 +99,14 @@ class Changes(Picking):
         build = ("store", self.any(*range(len(world.RECORDS))))
         if self.rng.random() < 0.7:
             return [build]
-        self.open.append(("stores", build))
-        return [self.any(("rename", "data/support.cdb", self.unused("data")), ("damage", "data/support.cdb"))]
+        change = self.any(("rename", "data/support.cdb", self.unused("data")), ("damage", "data/support.cdb"))
+        return self.begin("stores", "data", [change], build)
 
     def index(self):
         if self.rng.random() < 0.7:
             return [("index",)]
-        self.open.append(("index", ("index",)))
-        return [self.any(("remove", "data/search.cdb"), ("damage", "data/search.cdb"))]
+        change = self.any(("remove", "data/search.cdb"), ("damage", "data/search.cdb"))
+        return self.begin("index", "data", [change], ("index",))
 
     def mounts(self):
         if back := self.end("mounts", 0.5):
@@ -107,14 +115,14 @@ class Changes(Picking):
         is_file = os.path.isfile(os.path.join(self.top, target))
         source = self.existing(os.path.isfile) if is_file else self.known_folder()
         moved = self.end("mounts", 0.2)
-        self.open.append(("mounts", ("unmount", target)))
-        if moved:
-            return [("move mount", moved[0][1], target)]
-        return [self.any(("bind", source, target), ("tmpfs", target))] + [("file", target + "/f.vk")][: self.any(0, 1)]
+        change = ("move mount", moved[0][1], target) if moved else self.any(
+            ("bind", source, target), ("bind", source, target), ("tmpfs", target), ("other disk", target))
+        changes = [change, ("file", target + "/f.vk")][: self.any(1, 2)]
+        return self.begin("mounts", target, changes, ("unmount", target))
 
     def touches(self):
         """What changes no answer."""
-        return [self.any(("touch", self.existing()), ("write", self.existing(os.path.isfile)),
+        return [self.any(("touch", self.existing()), ("touch", self.existing(os.path.isfile)),
                          ("touch", self.any("installation.json", "indexed.json", "records0.jsonl")))]
 
     def bursts(self):
@@ -133,6 +141,4 @@ def queue_size():
 
 
 WEIGHTS = {"creations": 20, "deletions": 10, "renames": 16, "links": 10, "moves": 12, "modes": 10, "replacements": 8,
-           "stores": 3, "index": 1, "mounts": 10, "touches": 3, "bursts": 4, "floods": 15}
-# What nothing can be opened without: it is mended soon.
-GRAVE = {"tree", "tree/host", "tree/packages", "data", "store", "index"}
+           "stores": 3, "index": 1, "mounts": 10, "touches": 3, "bursts": 4, "floods": 50}

@@ -28,6 +28,9 @@ class Picking:
     def place(self):
         return self.folder() + "/" + self.any(*world.FILES, *world.FOLDERS)
 
+    def exists(self, path):
+        return os.path.lexists(os.path.join(self.top, path))
+
     def everything(self):
         found = []
         for start in ("tree", "other"):

@@ -65,6 +65,13 @@ def remove(path):
         os.remove(path)
 
 
+def touch(path):
+    """As the command does: a file is opened as well."""
+    if os.path.isfile(path):
+        open(path, "a", encoding="utf-8").close()
+    os.utime(path)
+
+
 def flood(folder, count):
     """So many events of a folder, no two in a row alike."""
     a, b = os.path.join(folder, "flood-a"), os.path.join(folder, "flood-b")
@@ -93,11 +100,11 @@ def apply(change, top, program):
      "link": lambda to, path: replace(at(path), lambda new: os.symlink(to.format(top=top), new)),
      "hard link": lambda old, new: os.link(at(old), at(new)),
      "mode": lambda mode, path: os.chmod(at(path), int(mode, 8)),
-     "touch": lambda path: os.utime(at(path)),
-     "write": lambda path: open(at(path), "a", encoding="utf-8").write("x"),
+     "touch": lambda path: touch(at(path)),
      "damage": lambda path: replace(at(path), lambda new: open(new, "w", encoding="utf-8").write("no such thing")),
      "store": lambda number: build(program, top, "installation.json", ["store", "build", f"records{number}.jsonl"]),
      "index": lambda: build(program, top, "indexed.json", ["index", "build"]),
+     "other disk": lambda path: namespaces.mount("none", at(path), b"hugetlbfs"),
      "bind": lambda old, new: namespaces.mount(at(old), at(new), flags=namespaces.BIND),
      "tmpfs": lambda path: namespaces.mount("none", at(path), b"tmpfs"),
      "move mount": lambda old, new: namespaces.mount(at(old), at(new), flags=namespaces.MOVE),
