@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,9 +17,10 @@ namespace tessgen::standalone {
 // few entries.
 struct EntryFilter {
     std::function<bool(std::string_view name)> accepts;
-    // If set, `accepts` takes only package, class and private folders and files `symbol.*`; an index may skip the rest.
-    // Lifetime: the text outlives the filter.
-    std::string_view symbol = {};
+    // If set, `accepts` takes only package, class and private folders and these files, which are all of one symbol. A
+    // tree may then leave out class and private folders that can be listed and hold none of these files.
+    // Lifetime: they outlive the filter.
+    std::span<const std::string> files = {};
 };
 
 class FileTree {

@@ -5,6 +5,7 @@
 #include "standalone/files/ListingCheck.hpp"
 #include "standalone/text/PathText.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -13,6 +14,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <span>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/vfs.h>
@@ -103,6 +105,21 @@ void failUnlessAbsent(const std::string& path) {
     }
 }
 
+// Whether a folder in an open one can be listed and holds none of these files, found out without listing it. False,
+// too, when that is unknown. Where the disk does not tell upper from lower case, it may find other files than are
+// listed; that it finds none is certain.
+bool holdsNone(const Descriptor& above, const std::string& folder, std::span<const std::string> files) {
+    if (faccessat(above.get(), folder.c_str(), R_OK, AT_EACCESS) != 0) {
+        return false;
+    }
+    std::string path;
+    return std::all_of(files.begin(), files.end(), [&](const std::string& file) {
+        joinPath(path, folder, file);
+        struct stat status {};
+        return fstatat(above.get(), path.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
+    });
+}
+
 // Adds the wanted entries of an open folder. Returns how many reads held entries.
 // Errors: DiskError.
 int addEntries(const Descriptor& opened, const std::string& folder, const EntryFilter& wanted,
@@ -117,7 +134,12 @@ int addEntries(const Descriptor& opened, const std::string& folder, const EntryF
         if (isTooLong(folder.size() + (folder.ends_with('/') ? 0 : 1) + name.size())) {
             throw DiskError(ENAMETOOLONG, joinPath(folder, name));
         }
-        found.push_back({std::string(name), kindOfEntry(opened, entry)});
+        const auto kind = kindOfEntry(opened, entry);
+        const bool mayBeLeftOut = kind == Kind::folder && !wanted.files.empty() && isClassOrPrivate(name);
+        if (mayBeLeftOut && holdsNone(opened, entry.d_name, wanted.files)) {
+            return;
+        }
+        found.push_back({std::string(name), kind});
     });
 }
 

@@ -1,8 +1,8 @@
 #include "standalone/index/SearchIndex.hpp"
 
 #include "standalone/index/SearchIndexFormat.hpp"
+#include "standalone/text/PathText.hpp"
 
-#include <cstddef>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,10 +13,38 @@ namespace tessgen::standalone {
 namespace {
 
 // Whether the folder is still the recorded one and the user, who need not be the one who built the index, may list it.
-bool isCurrent(const PathAt& folder, const IndexedFolder& recorded) {
+bool isCurrent(const PathAt& folder, const FolderSummary& recorded) {
     struct stat status {};
     return fstatat(folder.folder, folder.path, &status, 0) == 0 && stampOf(status) == recorded.stamp
            && (recorded.isWorldReadable || faccessat(folder.folder, folder.path, R_OK, AT_EACCESS) == 0);
+}
+
+// Adds the wanted ones of a folder's special folders. Those that hold none of the wanted files are left out, as long
+// as they are the recorded ones and can be listed. False when the entry is damaged.
+bool addSpecialFolders(const std::string& folder, const IndexedFolder& recorded, const EntryFilter& wanted,
+                       const DirectoryHandle* top, std::vector<FileTree::Entry>& found) {
+    auto path = joinPath(folder, "");
+    const auto above = path.size();
+    auto below = recorded.below;
+    for (auto rest = recorded.specialFolders; !rest.empty();) {
+        const auto entry = takeEntry(rest);
+        const auto summary = entry && isClassOrPrivate(entry->name) ? takeSummary(below) : FolderSummary();
+        if (!entry || !summary) {
+            return false;
+        }
+        if (!wanted.accepts(entry->name)) {
+            continue;
+        }
+        if (summary->isRecorded && !wanted.files.empty() && !summary->mayContain(wanted.files.front())) {
+            path.resize(above);
+            path += entry->name;
+            if (isCurrent(walkFrom(top, path), *summary)) {
+                continue;
+            }
+        }
+        found.push_back({std::string(entry->name), entry->kind});
+    }
+    return below.empty();
 }
 
 } // namespace
@@ -30,16 +58,12 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
         return std::nullopt;
     }
     const auto recorded = decodeFolder(entry->value);
-    if (recorded && !isCurrent(walkFrom(top, folder), *recorded)) {
+    if (recorded && !isCurrent(walkFrom(top, folder), recorded->summary)) {
         return std::nullopt;
     }
     std::optional<std::vector<FileTree::Entry>> found(std::in_place);
-    if (recorded && !recorded->specialFolders.empty()) {
-        constexpr std::size_t usualCount = 8;
-        found->reserve(usualCount);
-    }
-    bool isGood = recorded && decodeEntries(recorded->specialFolders, wanted, *found);
-    if (isGood && (wanted.symbol.empty() || recorded->mayContain(wanted.symbol))) {
+    bool isGood = recorded && addSpecialFolders(folder, *recorded, wanted, top, *found);
+    if (isGood && (wanted.files.empty() || recorded->summary.mayContain(wanted.files.front()))) {
         file_.check(*entry);
         isGood = decodeEntries(recorded->others, wanted, *found);
     }

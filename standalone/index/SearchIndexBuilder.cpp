@@ -5,14 +5,17 @@
 #include "standalone/files/AtomicFile.hpp"
 #include "standalone/index/SearchIndexFormat.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
+#include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"
 
 #include <algorithm>
 #include <chrono>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -32,7 +35,7 @@ timespec systemTime() {
 
 struct RecordedFolder {
     std::string path;
-    std::string value; // of its entry
+    EncodedFolder encoded;
 };
 
 struct Recording {
@@ -98,11 +101,32 @@ Recording recorded(const Installation& installation, const std::string& output, 
     return recording;
 }
 
+using Summaries = std::unordered_map<std::string_view, std::string_view, TextHash>; // by the folders' paths
+
+// The summaries of a folder's class and private folders.
+std::string belowOf(const RecordedFolder& folder, const Summaries& summaries) {
+    std::string below;
+    for (std::string_view rest = folder.encoded.specialFolders; !rest.empty();) {
+        if (const auto name = takeEntry(rest).value().name; isClassOrPrivate(name)) {
+            const auto known = summaries.find(joinPath(folder.path, name));
+            below += known == summaries.end() ? noSummary : known->second;
+        }
+    }
+    return below;
+}
+
 IndexBuild write(Recording recording, const std::string& output) {
     AtomicFile file(output, replaceableIndex);
     DatabaseWriter writer(file);
-    for (const auto& [path, value] : recording.folders) {
-        writer.add(path, value);
+    // What most questions read lies together.
+    std::stable_partition(recording.folders.begin(), recording.folders.end(),
+                          [](const RecordedFolder& folder) { return !folder.encoded.specialFolders.empty(); });
+    Summaries summaries;
+    for (const auto& folder : recording.folders) {
+        summaries.emplace(folder.path, folder.encoded.summary);
+    }
+    for (const auto& folder : recording.folders) {
+        writer.add(folder.path, encodeValue(folder.encoded, belowOf(folder, summaries)));
     }
     const auto count = recording.folders.size();
     writer.finish(searchIndexKind, static_cast<std::uint32_t>(count), {});

@@ -3,8 +3,11 @@
 #include "standalone/index/SearchIndexBuilder.hpp"
 #include "standalone/index/SearchIndexFormat.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
+#include "standalone/text/PathText.hpp"
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 #include <sys/stat.h>
 #include <utility>
 
@@ -27,9 +30,17 @@ private:
         const EntryFilter all{[](std::string_view /*name*/) { return true; }};
         const auto folder = decodeFolder(value);
         std::vector<FileTree::Entry> entries;
-        return folder && decodeEntries(folder->specialFolders, all, entries)
+        return folder && decodeEntries(folder->specialFolders, all, entries) && areSummariesOf(entries, folder->below)
                && decodeEntries(folder->others, all, entries)
-               && encodeFolder(folder->stamp, folder->isWorldReadable, entries) == value;
+               && encodeValue(encodeFolder(folder->summary.stamp, folder->summary.isWorldReadable, entries),
+                              folder->below)
+                      == value;
+    }
+
+    static bool areSummariesOf(const std::vector<FileTree::Entry>& specialFolders, std::string_view below) {
+        return std::all_of(specialFolders.begin(), specialFolders.end(),
+                           [&below](const auto& entry) { return !isClassOrPrivate(entry.name) || takeSummary(below); })
+               && below.empty();
     }
 };
 

@@ -55,9 +55,11 @@ public:
 
 private:
     void searchPlain(const std::string& folder, Places& places) const {
-        const Entries entries = list(folder, [this](std::string_view name) {
-            return name.starts_with('@') || name == "private" || isFileName(name);
-        });
+        const Entries entries =
+            list(folder, [this](std::string_view name) { return isClassOrPrivate(name) || isFileName(name); });
+        if (entries.empty()) { // most have none
+            return;
+        }
         for (const SearchForm form : plainForms) {
             addForm(form, folder, entries, places);
         }
@@ -121,7 +123,7 @@ private:
         if (leadsTo(Kind::folder, files_, folder, entry)) {
             joinPath(below_, folder, entry->name);
             const Entries entries = list(below_, [this](std::string_view name) { return isFileName(name); });
-            if (!entries.empty()) { // most have none
+            if (!entries.empty()) {
                 addFiles(below_, entries, places);
             }
         }
@@ -154,7 +156,7 @@ private:
 
     template <typename Accepts>
     Entries list(const std::string& folder, Accepts accepts) const {
-        return files_.entries(folder, {accepts, std::string_view(classFolder_).substr(1)}).value_or(Entries());
+        return files_.entries(folder, {accepts, fileNames_}).value_or(Entries());
     }
 
     bool isFileName(std::string_view name) const {

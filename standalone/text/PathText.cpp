@@ -53,7 +53,11 @@ bool isBelow(std::string_view path, std::string_view folder) {
 }
 
 bool isPackageClassOrPrivate(std::string_view name) {
-    return name.starts_with('+') || name.starts_with('@') || name == "private";
+    return name.starts_with('+') || isClassOrPrivate(name);
+}
+
+bool isClassOrPrivate(std::string_view name) {
+    return name.starts_with('@') || name == "private";
 }
 
 bool hasExtension(std::string_view name, const std::vector<std::string>& extensions) {

@@ -32,9 +32,10 @@ void joinPath(std::string& path, std::string_view folder, std::string_view rest)
 //   "/f.vk", "/"      -> true
 [[nodiscard]] bool isBelow(std::string_view path, std::string_view folder);
 
-// Whether a folder of that name is a package, class or private folder. These are removed from a file's path before its
-// folder is compared.
+// Whether a folder of that name is a package, class or private folder, and whether it is one of the latter two. These
+// are removed from a file's path before its folder is compared.
 [[nodiscard]] bool isPackageClassOrPrivate(std::string_view name);
+[[nodiscard]] bool isClassOrPrivate(std::string_view name);
 
 // Lexical: whether a file of that name is a source file, by its extension.
 //   "f.vk", {"vk"}    -> true

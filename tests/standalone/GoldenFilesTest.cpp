@@ -52,7 +52,14 @@ const std::vector<Folder> folders = {
       {"pipe.vk", Kind::other},
       {"\xFF.vk", Kind::file}}},
     {"/w/+p", {7, 8, 9, 10, 11, 12}, false, {}},
+    {"/w/@C", {13, 14, 15, 16, 17, 18}, false, {{"g.vk", Kind::file}}},
 };
+
+// Only the class folder of "/w" is recorded.
+std::string belowOf(const Folder& folder) {
+    const auto& [path, stamp, isWorldReadable, entries] = folders.back();
+    return folder.path != "/w" ? "" : encodeFolder(stamp, isWorldReadable, entries).summary.append(noSummary);
+}
 
 TEST(GoldenFiles, IndexIsWrittenToTheByte) {
     const TemporaryFolder temporary;
@@ -60,7 +67,8 @@ TEST(GoldenFiles, IndexIsWrittenToTheByte) {
     AtomicFile file(path, anyFile);
     DatabaseWriter writer(file);
     for (const auto& folder : folders) {
-        writer.add(folder.path, encodeFolder(folder.stamp, folder.isWorldReadable, folder.entries));
+        writer.add(folder.path,
+                   encodeValue(encodeFolder(folder.stamp, folder.isWorldReadable, folder.entries), belowOf(folder)));
     }
     writer.finish(searchIndexKind, static_cast<std::uint32_t>(folders.size()), {});
     file.commit();
@@ -74,7 +82,7 @@ TEST(GoldenFiles, IndexIsRead) {
     const DatabaseFile file(golden, searchIndexKind);
     for (const auto& folder : folders) {
         const auto entry = DatabaseSearch(file, folder.path).next().value();
-        EXPECT_EQ(decodeFolder(entry.value).value().mayContain("f"), folder.path == "/w");
+        EXPECT_EQ(decodeFolder(entry.value).value().summary.mayContain("f"), folder.path == "/w");
     }
 }
 

@@ -245,8 +245,13 @@ bool keepNobodyOut(const std::string& folder) {
     return setxattr(folder.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) == 0;
 }
 
+struct Denial {
+    const char* folder;
+    bool byAccessList;
+};
+
 // An index that root built tells others nothing of a folder that they may not list.
-class DeniedFolder : public testing::TestWithParam<bool> {};
+class DeniedFolder : public testing::TestWithParam<Denial> {};
 
 TEST_P(DeniedFolder, IsNotServedByTheIndex) {
     if (geteuid() != 0) {
@@ -254,10 +259,11 @@ TEST_P(DeniedFolder, IsNotServedByTheIndex) {
     }
     const TemporaryFolder folder;
     folder.write("w/a/f.vk");
-    folder.write("w/b/f.vk");
+    folder.write("w/b/@C/f.vk");
     fs::permissions(folder.path(), fs::perms{0755});
-    fs::permissions(folder.path("w/b"), fs::perms{GetParam() ? 0755U : 0711U});
-    if (GetParam() && !keepNobodyOut(folder.path("w/b"))) {
+    const auto denied = folder.path(GetParam().folder);
+    fs::permissions(denied, fs::perms{GetParam().byAccessList ? 0755U : 0711U});
+    if (GetParam().byAccessList && !keepNobodyOut(denied)) {
         GTEST_SKIP() << "the disk knows no access lists";
     }
     const auto installation = installationIn(folder);
@@ -265,15 +271,55 @@ TEST_P(DeniedFolder, IsNotServedByTheIndex) {
     const SearchIndex index(*installation.searchIndex);
     const RealFileTree disk;
     const IndexedFileTree indexed(&index, disk);
+    const auto errorIn = [&](const FileTree& files) {
+        const auto error = test::errorOf([&] { static_cast<void>(NameSearch(installation, files).find(u"none")); });
+        return error.substr(0, error.rfind(';'));
+    };
     ASSERT_EQ(seteuid(nobody), 0);
     const auto readable = indexed.entries(folder.path("w/a"), every);
-    const auto error = test::errorOf([&] { static_cast<void>(indexed.entries(folder.path("w/b"), every)); });
+    const auto indexError = errorIn(indexed);
+    const auto diskError = errorIn(disk);
     ASSERT_EQ(seteuid(0), 0);
     EXPECT_EQ(readable.value().size(), 1);
-    EXPECT_EQ(error.substr(0, error.rfind(';')), folder.path("w/b: cannot be read: Permission denied"));
+    EXPECT_EQ(indexError, denied + ": cannot be read: Permission denied");
+    EXPECT_EQ(diskError, indexError);
 }
 
-INSTANTIATE_TEST_SUITE_P(WithoutAndWithAccessList, DeniedFolder, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(WithoutAndWithAccessList, DeniedFolder,
+                         testing::Values(Denial{"w/b", false}, Denial{"w/b", true}, Denial{"w/b/@C", false},
+                                         Denial{"w/b/@C", true}));
+
+TEST(IndexedFileTree, LeavesOutFoldersWithoutTheFiles) {
+    const TemporaryFolder folder;
+    for (const auto* file :
+         {"w/a/f.vk", "w/a/@C/f.vk", "w/a/@D/g.vk", "w/a/private/h.vk", "w/a/+p/g.vk", "w/a/@file"}) {
+        folder.write(file);
+    }
+    const auto installation = installationIn(folder);
+    buildSearchIndex(installation, *installation.searchIndex, later);
+    const SearchIndex index(*installation.searchIndex);
+    const RealFileTree disk;
+    const IndexedFileTree indexed(&index, disk);
+    const auto names = [&](const FileTree& tree, const std::vector<std::string>& files) {
+        const EntryFilter wanted{[](std::string_view name) { return name.find('.') == std::string_view::npos; }, files};
+        std::string text;
+        for (const auto* name : {"+p", "@C", "@D", "@file", "private"}) {
+            const auto found = tree.entries(folder.path("w/a"), wanted).value();
+            text += std::any_of(found.begin(), found.end(), [&](const auto& entry) { return entry.name == name; })
+                        ? std::string(name) + " "
+                        : "";
+        }
+        return text;
+    };
+    for (const FileTree* tree : {static_cast<const FileTree*>(&disk), static_cast<const FileTree*>(&indexed)}) {
+        EXPECT_EQ(names(*tree, {}), "+p @C @D @file private ");
+        EXPECT_EQ(names(*tree, {"f.vk", "f.vkx"}), "+p @C @file ");
+        EXPECT_EQ(names(*tree, {"g.vk"}), "+p @D @file ");
+    }
+    waitForClock(folder);
+    folder.write("w/a/@C/g.vk");
+    EXPECT_EQ(names(indexed, {"g.vk"}), "+p @C @D @file ");
+}
 
 TEST(SearchIndex, NeverGivesAnotherAnswerWhenDamaged) {
     const TemporaryFolder folder;
@@ -315,12 +361,15 @@ TEST(SearchIndex, RefusesWhatNoBuildWrites) {
     const std::string path = folder.makeFolder("w/a");
     const auto info = encodeInfo({std::u16string(searchIndexKind.magic), searchIndexKind.version, 1, u""});
     const auto stamp = stampOf(statusOf(path));
-    const auto one = encodeFolder(stamp, true, {{"f.vk", FileTree::Kind::file}});
-    const auto empty = encodeFolder(stamp, true, {});
+    const auto one = encodeValue(encodeFolder(stamp, true, {{"f.vk", FileTree::Kind::file}}), "");
+    const auto empty = encodeValue(encodeFolder(stamp, true, {}), "");
+    const auto withClass = encodeFolder(stamp, true, {{"@C", FileTree::Kind::folder}});
     for (const std::string& value :
          {one + std::string("f\5\0f.vk", 7), one + std::string("f\0\0", 3), one + "f",
           one.substr(0, one.size() - 7) + std::string("x\4\0f.vk", 7), one.substr(1), empty.substr(0, empty.size() - 1),
-          encodeFolder(stamp, true, {{"", FileTree::Kind::file}})}) {
+          encodeValue(encodeFolder(stamp, true, {{"", FileTree::Kind::file}}), ""), encodeValue(withClass, ""),
+          encodeValue(withClass, std::string(noSummary) + "a"), encodeValue(withClass, withClass.summary.substr(1)),
+          encodeValue(withClass, withClass.summary.substr(0, withClass.summary.size() - 1))}) {
         const auto file = writeDatabase(
             folder, {test::withChecksum(path, value), test::withChecksum(std::string(databaseInfoKey), info)});
         EXPECT_EQ(

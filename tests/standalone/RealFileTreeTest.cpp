@@ -36,6 +36,11 @@ TEST(RealFileTree, NamesWhatItMayNotRead) {
     chmod(top.path().c_str(), 0755);
     chmod(closed.c_str(), 0);
     chmod(top.path("entered").c_str(), 0711);
+    top.write("w/@C/f.vk"); // the class folder may be listed, but not entered
+    chmod(top.path("w/@C").c_str(), 0744);
+    Installation listed;
+    listed.searchPath = {top.path("w")};
+    listed.extensions = {"vk"};
     const uid_t user = geteuid();
     ASSERT_TRUE(user != 0 || seteuid(65534) == 0); // the superuser may read everything
     const std::vector<std::string> errors = {
@@ -44,12 +49,14 @@ TEST(RealFileTree, NamesWhatItMayNotRead) {
         errorOf([&] { static_cast<void>(search.find(u"f")); }),
         errorOf([&] { static_cast<void>(search.find(u"p.f")); }),
         errorOf([&] { EXPECT_EQ(search.find(u"sub/f").size(), 1); }),
+        errorOf([&] { EXPECT_EQ(NameSearch(listed, tree).find(u"f").size(), 1); }),
     };
     ASSERT_EQ(seteuid(user), 0);
     const std::string why = ": cannot be read: Permission denied; give the right to read it, or leave it out of the "
                             "installation";
     const auto entered = top.path("entered") + why;
-    EXPECT_EQ(errors, (std::vector{closed + why, closed + "/f.vk" + why, entered, entered, std::string("no error")}));
+    EXPECT_EQ(errors, (std::vector{closed + why, closed + "/f.vk" + why, entered, entered, std::string("no error"),
+                                   std::string("no error")}));
 }
 
 // No path reaches such a file: whether it exists cannot be found out, or nobody could open what is found.
