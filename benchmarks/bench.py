@@ -66,9 +66,9 @@ class World:
     def manifest(self, name):
         return f"{self.root}/{name}.json"
 
-    def path(self):
+    def path(self, folders="folders"):
         """The same folders as a PATH, for programs that search one."""
-        with open(f"{self.root}/folders", encoding="utf-8") as lines:
+        with open(f"{self.root}/{folders}", encoding="utf-8") as lines:
             return ":".join(lines.read().split())
 
 
@@ -101,8 +101,10 @@ class Bench:
         sizes, self.counts = ((10, 60, 100), (10000, 20000, 30000)) if self.quick else (
             (10, 100, 1000), (10000, 100000, 1000000))
         self.small, self.middle, self.large = (World(self, size, self.counts) for size in sizes)
+        searched = (4, 14, 22) if self.quick else (10, 100, 1000)
+        self.searched = {count: World(self, 5 * count, self.counts[:2]) for count in searched}
         time.sleep(2.5)  # folders younger than two seconds are not taken into an index
-        for world in (self.small, self.middle, self.large):
+        for world in (self.small, self.middle, self.large, *self.searched.values()):
             if self.has_index:
                 run(self.program, "-i", world.manifest("index"), "index", "build")
             self.check_answers(world)
@@ -155,6 +157,9 @@ class Bench:
     def listing(self, world, folders="folders"):
         return [f"{self.tools}/bench_listing", f"{world.root}/{folders}"]
 
+    def calls(self, world, folders):
+        return [f"{self.tools}/bench_status", world.root, f"{world.root}/{folders}"]
+
     @property
     def empty(self):
         return [f"{self.tools}/bench_empty"]
@@ -191,6 +196,26 @@ class Bench:
             if self.has_index:
                 self.point("M", world.size, {"with the index": times[-1]})
         self.never_asked(which)
+
+    def counted_as_searched(self):
+        """Goal 11: the same in S search folders, each with three class folders and a private one."""
+        which = shutil.which("which.gnu")
+        limits = ((0.65, None, None), (None, 0.85, None), (None, 5, 1.35))
+        for (count, world), (by_empty, index_by_empty, by_calls) in zip(self.searched.items(), limits):
+            name, s = world.shared[-1], f"S={count}"
+            programs = [self.ask(world, f"n{self.counts[0]}", name), self.ask(world, "index", name), self.empty,
+                        [self.program, "--version"], self.calls(world, "none"), self.calls(world, "folders")]
+            programs += [[which, "-a", f"{name}.vk"]] if which else []
+            asked, known, empty, start, none, calls, *other = (
+                time for time, _, _ in self.beside(*programs, environment={"PATH": world.path("search-folders")}))
+            self.add("11", f"{s}: one question beside E", f"{asked:.0f} us", asked / empty, by_empty)
+            self.add("11", f"{s}: with the index, beside E", f"{known:.0f} us", known / empty, index_by_empty)
+            if by_calls:
+                self.add("11", f"{s}: with the index, beyond the start, beside the bare calls",
+                         f"{known - start:.0f} us", (known - start) / (calls - none), by_calls)
+                if other:
+                    self.add("11", f"{s}: with the index, beside GNU which -a over the search folders alone",
+                             f"{known:.0f} us", known / other[0], None)
 
     def never_asked(self, which):
         what = f"M={self.large.size}: with the index, beside GNU which -a, names never asked before"
@@ -326,8 +351,7 @@ class Bench:
     wrong = Wrong
 
     def watched_view(self):
-        world = World(self, 50 if self.quick else 5000, self.counts[1:2])
-        watched.measure(self, world, f"n{self.counts[1]}")
+        watched.measure(self, list(self.searched.values())[-1], f"n{self.counts[1]}")
 
     def others(self):
         """The time that other programs take for one name; no goals."""
@@ -379,7 +403,8 @@ def main(words):
         try:
             bench = Bench(folders[0], os.path.realpath(folder), "--quick" in options)
             bench.make_worlds()
-            for measure in (bench.fresh, bench.store, bench.many, bench.warm, bench.watched_view, bench.gates, bench.others):
+            for measure in (bench.fresh, bench.counted_as_searched, bench.store, bench.many, bench.warm,
+                            bench.watched_view, bench.gates, bench.others):
                 measure()
             if "--write" in options:
                 write_document(bench)

@@ -91,6 +91,8 @@ def make_tree(root, folders):
         "installation.json": [json.dumps(manifest)],
         "expected": expected(answers, root, groups * 5),
         "names": (name + "\n" for name in answers),
+        "none": [],
+        "search-folders": (os.path.join(root, f"s{g}\n") for g in range(groups)),
         "folders": [f for f in searched if "/+" not in f],  # that the search for a plain name reads
         "all-folders": searched,  # that a fixed view reads
     }.items():
