@@ -15,7 +15,7 @@ import random
 import subprocess
 import sys
 
-from watched import asking, free, lockstep, namespaces, shrinking
+from watched import free, lockstep, namespaces, shrinking
 from watched.changes import WEIGHTS
 
 FLOODED = ["floods", "creations", "renames", "moves", "links", "mounts", "stores"]
@@ -74,10 +74,7 @@ def free_running(given):
 
 
 def plainly(given):
-    required = ["later", "links"] + ["mounts changed"] * namespaces.may_mount()
-    if os.geteuid() != 0 or asking.unprivileged():
-        required.append("unreadable")
-    lock_step(given, given.require or required, more=given.name)
+    lock_step(given, given.require or ["later"] + ["mounts changed"] * namespaces.may_mount(), more=given.name)
 
 
 PARTS = {"lock-step": plainly, "floods": floods, "watches": watches, "free": free_running}
