@@ -17,6 +17,8 @@ int run(const Request& request) {
         return request.from ? whichFrom(request) : which(request);
     case Action::batch:
         return batch(request);
+    case Action::lsp:
+        return lsp(request);
     case Action::explain:
         return explain(request);
     case Action::provides:

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the fuzz targets, two side by side, each from its seeds in fuzz/seeds. Usage: scripts/fuzz.sh [SECONDS] [TARGET...]
-# Each of worlds, manifest, store, records and program gets SECONDS (60). An input that crashes is kept in build/crashes.
+# Each of worlds, manifest, store, records, program and lsp gets SECONDS (60). An input that crashes is kept in build/crashes.
 # The exit code is 1 after a crash, and when a target tries too few inputs.
 . "$(dirname "$0")/lib.sh"
 export seconds=${1:-60}
@@ -8,7 +8,7 @@ export seconds=${1:-60}
 shift $(($# > 0 ? 1 : 0))
 export slowest=100 # inputs in a second of the processor's time, with ten times that being usual
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(worlds manifest store records program)
+[ ${#targets[@]} -gt 0 ] || targets=(worlds manifest store records program lsp)
 
 scripts/setup.sh gates
 build asan fuzz_targets

@@ -13,6 +13,7 @@
 #   the thread sanitizer    .ci/run runs only the tests that have threads.
 #   a clean root            debootstrap downloads a whole Debian; .ci/run unpacks the packages and builds a consumer.
 #   reports                 Chromium and a validator from npm; .ci/run checks the formats by what it has itself.
+#   editors                 Neovim, Emacs and a library from npm; .ci/run talks to the server by a script of its own.
 . "$(dirname "$0")/lib.sh"
 . scripts/gates.sh
 
@@ -24,6 +25,7 @@ gate "clang-tidy, with its analyzer and tests" scripts/check-tidy.sh
 gate "coverage of the stand-alone host and the program" scripts/coverage.sh standalone cli
 gate "packages on a clean root" scripts/check-packages.sh --clean-root
 gate "reports, by the programs that they are for" scripts/check-reports.sh
+gate "the server, by editors" scripts/check-editors.sh
 gate "fuzzing" scripts/fuzz.sh 120
 gate "every mutant of the library" scripts/mutate.py
 gate "mutants of the other rooms" scripts/mutate.py --sample 50 analysis standalone cli

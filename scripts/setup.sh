@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build|bench|package|test|gates|browser]
-# Each set includes `build`; `gates` includes all but `browser`. Never removes a package.
+# Installs the Debian packages that are missing. Usage: scripts/setup.sh [build|bench|package|test|gates|browser|editors]
+# Each set includes `build`; `gates` includes all but `browser` and `editors`. Never removes a package.
 set -euo pipefail
 
 packages=(
@@ -12,7 +12,8 @@ bench_packages=(time git python3 libbenchmark-dev gnu-which zsh fd-find strace v
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck shellcheck python3 git pkgconf debootstrap lintian)
 browser_packages=(chromium nodejs python3-jsonschema)
-command -v npm >/dev/null || browser_packages+=(npm) # with it, Node.js is of another source
+editor_packages=(neovim emacs-nox elpa-eglot nodejs)
+command -v npm >/dev/null || { browser_packages+=(npm) editor_packages+=(npm); } # with it, Node.js is of another source
 
 case "${1:-build}" in
   build) ;;
@@ -20,8 +21,9 @@ case "${1:-build}" in
   package) packages+=("${package_packages[@]}") ;;
   test) packages+=("${test_packages[@]}") ;;
   browser) packages+=("${browser_packages[@]}") ;;
+  editors) packages+=("${editor_packages[@]}") ;;
   gates) packages+=("${bench_packages[@]}" "${package_packages[@]}" "${test_packages[@]}" "${gate_packages[@]}") ;;
-  *) echo "setup.sh: expected build, bench, package, test, gates or browser, not '$1'" >&2; exit 2 ;;
+  *) echo "setup.sh: expected build, bench, package, test, gates, browser or editors, not '$1'" >&2; exit 2 ;;
 esac
 
 missing=()

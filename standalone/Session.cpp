@@ -111,6 +111,13 @@ std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
     return places;
 }
 
+std::vector<std::string> SessionState::symbols() const {
+    if (snapshotSearch) {
+        return snapshotSearch->symbols();
+    }
+    return watched && watched->watchesAll() ? watched->symbols() : SnapshotSearch(installation, files).symbols();
+}
+
 const SessionState& currentSession() {
     const auto* state = current.load();
     if (state == nullptr) {

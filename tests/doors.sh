@@ -47,7 +47,7 @@ door analysis "analysis/|host/Paths|tessgen/kelwhich/"
 door entry "tessgen/kelwhich/|$host"
 rooms standalone "host/KeyedHash|host/Paths|standalone/Session\.hpp|$host" \
   text files json manifest database search store index watch services doctor
-rooms cli 'analysis/|standalone/|tessapp/|tessgen/kelwhich/' output reports options pages recording installation explanation locking checking commands
+rooms cli 'analysis/|standalone/|tessapp/|tessgen/kelwhich/' output reports options pages recording installation explanation locking checking lsp commands
 
 # Public headers know only the standard library and each other.
 if grep -rnE '^ *# *include *<' include | grep -vE '<[a-z_]+>'; then

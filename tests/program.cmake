@@ -14,6 +14,7 @@ add_unit_tests(
   SOURCES
   cli/CheckingTest.cpp
   cli/LocksTest.cpp
+  cli/LspTest.cpp
   cli/ReachingNamesTest.cpp
   cli/RecordingTest.cpp
   LIBRARIES

@@ -13,6 +13,7 @@ add_unit_tests(
   standalone/InstallationNewsTest.cpp
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
+  standalone/OverlayFileTreeTest.cpp
   standalone/RealFileTreeTest.cpp
   standalone/SessionTest.cpp
   standalone/SupportStoreBuilderTest.cpp

@@ -23,7 +23,7 @@ struct Checked {
 // What the rules find about each definition, under its own name, and about each use. Asks for each name about once:
 // first for those that the definitions define and for those that are used; then, if these do not lead to every
 // definition, for others that may. `names`, unless it is null, gets those that definitions and uses were judged under.
-// `session` has a snapshot. Errors: std::runtime_error for a damaged store.
+// Many names want a session with a snapshot. Errors: std::runtime_error for a damaged store.
 Checked checkAll(const std::vector<std::u16string>& definitions, const std::vector<Use>& uses,
                  const standalone::SessionState& session, ResolverSession& resolver, ReportedNames* names);
 

@@ -36,17 +36,25 @@ std::optional<std::string> realPath(const std::string& path) {
     }
 }
 
+// In lower case.
+std::vector<std::string> sourceExtensions(const standalone::Installation& installation) {
+    auto extensions = standalone::defaultExtensions();
+    extensions.insert(extensions.end(), installation.extensions.begin(), installation.extensions.end());
+    std::transform(extensions.begin(), extensions.end(), extensions.begin(), standalone::inLowerCase);
+    return extensions;
+}
+
+bool hasLowerExtension(std::string_view name, const std::vector<std::string>& extensions) {
+    return standalone::hasExtension(standalone::inLowerCase(name), extensions);
+}
+
 class SourceWalk {
 public:
     // `entersFolder`: whether a folder and what is below it count.
     // Lifetime: the session outlives it.
     SourceWalk(const standalone::SessionState& session, std::function<bool(const std::string& folder)> entersFolder)
-        : files_(session.files), entersFolder_(std::move(entersFolder)) {
-        for (const auto* list : {&session.installation.extensions, &defaultExtensions_}) {
-            for (const auto& extension : *list) {
-                lowerExtensions_.push_back(standalone::inLowerCase(extension));
-            }
-        }
+        : files_(session.files), entersFolder_(std::move(entersFolder)),
+          lowerExtensions_(sourceExtensions(session.installation)) {
         for (const auto& folder : session.installation.searchPath) {
             searched_.push_back(folder);
         }
@@ -131,7 +139,7 @@ private:
     }
 
     void visitEntry(const Folder& folder, const FileTree::Entry& entry) {
-        const bool isSource = standalone::hasExtension(standalone::inLowerCase(entry.name), lowerExtensions_);
+        const bool isSource = hasLowerExtension(entry.name, lowerExtensions_);
         const bool isLink = entry.kind == Kind::link;
         if (!isSource && entry.kind != Kind::folder && !isLink) {
             return;
@@ -191,8 +199,7 @@ private:
 
     const FileTree& files_;
     const std::function<bool(const std::string& folder)> entersFolder_;
-    const std::vector<std::string> defaultExtensions_ = standalone::defaultExtensions();
-    std::vector<std::string> lowerExtensions_;
+    const std::vector<std::string> lowerExtensions_;
     std::vector<std::string> searched_; // folders of the search path, and KEL folders
     std::vector<Folder> open_;          // still to be visited
     std::unordered_set<std::string, standalone::TextHash> walked_;
@@ -200,6 +207,10 @@ private:
 };
 
 } // namespace
+
+bool isSourceFile(std::string_view path, const standalone::Installation& installation) {
+    return hasLowerExtension(path.substr(path.rfind('/') + 1), sourceExtensions(installation));
+}
 
 SourceFiles sourceFilesBelow(const std::vector<std::string>& paths, const standalone::SessionState& session) {
     SourceWalk walk(session, [](const std::string&) { return true; });

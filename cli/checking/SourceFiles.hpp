@@ -7,6 +7,7 @@
 #include "standalone/services/SessionState.hpp"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessgen::cli {
@@ -23,10 +24,13 @@ struct SourceFiles {
     std::vector<Skipped> skipped;      // folders that cannot be read, and paths that are not UTF-8; sorted
 };
 
+// Whether a file of that name or path is a source file: whether it has an extension that the search tries, or one that
+// differs from such only by the case of its letters, or a default one.
+bool isSourceFile(std::string_view path, const standalone::Installation& installation);
+
 // The given files, whatever they are called, and the source files below the given folders. Relative paths are meant in
-// the working folder. A source file has an extension that the search tries, or one that differs from such only by the
-// case of its letters, or a default one. Left out: what is hidden; links to folders, except to search folders and,
-// once on the way to a file, to package, class and private folders.
+// the working folder. Left out: what is hidden; links to folders, except to search folders and, once on the way to a
+// file, to package, class and private folders.
 // Errors: std::runtime_error for a path where neither a file nor a folder is, or that is not UTF-8 when it is whole.
 SourceFiles sourceFilesBelow(const std::vector<std::string>& paths, const standalone::SessionState& session);
 

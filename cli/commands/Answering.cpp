@@ -1,6 +1,7 @@
 #include "cli/commands/Answering.hpp"
 
 #include "analysis/PreferredCandidate.hpp"
+#include "cli/explanation/NameAnswers.hpp"
 #include "cli/options/NextCommand.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
@@ -23,20 +24,8 @@ namespace tessgen::cli {
 Answer answerTo(std::string_view name, const ResolverSession& resolver, const Request& request) {
     const bool marksMissing = (!request.quiet && !request.null) || resolver.isRecorded();
     const bool isForPerson = request.action == Action::which && !request.from && outputIsTerminal();
-    Answer answer;
-    answer.query = name;
     const auto explanation = resolver->explain(parseName(name));
-    for (const auto& resolution : explanation.resolutions) {
-        answer.hasLeftOut = answer.hasLeftOut || !resolution.dropped.empty();
-        for (const auto& candidate : resolution.candidates) {
-            if (candidate.repeat) {
-                continue;
-            }
-            answer.candidates.push_back({inUTF8(candidate.result.path), candidate.result.type, candidate.isUser(),
-                                         candidate.isSupported(), !candidate.isDirect(),
-                                         marksMissing && resolver.isMissing(candidate)});
-        }
-    }
+    auto answer = answerFrom(std::string(name), explanation, resolver, marksMissing);
     if ((request.json || isForPerson) && !answer.candidates.empty()) {
         answer.finding = analysis::mainFinding(explanation, !answer.candidates.front().isMissing);
         if (answer.finding && !request.json) {

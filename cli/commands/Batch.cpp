@@ -75,8 +75,8 @@ private:
 };
 
 void noteIfNotWatched() {
-    if (const auto& reason = standalone::currentSession().notWatched; !reason.empty()) {
-        reportNote("folders cannot be watched (" + reason + "), so the disk is searched anew for each name");
+    if (const auto why = whyNotWatched(); !why.empty()) {
+        reportNote(why);
     }
 }
 

@@ -15,6 +15,9 @@ enum ExitCode {
 // Prints the candidates of every name, all at once after the last name is answered.
 int which(const Request& request);
 
+// Answers an editor by the Language Server Protocol; exitNo when that ends without saying so.
+int lsp(const Request& request);
+
 // Prints the candidates of every name of a file as they are answered, all from one snapshot of the disk.
 int whichFrom(const Request& request);
 

@@ -1,7 +1,9 @@
+#include "analysis/Answer.hpp"
 #include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/commands/Outcome.hpp"
 #include "cli/explanation/DeadEnds.hpp"
+#include "cli/explanation/NameAnswers.hpp"
 #include "cli/explanation/RenderExplanation.hpp"
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/output/Console.hpp"
@@ -22,23 +24,11 @@ namespace tessgen::cli {
 namespace {
 
 Explained explained(const std::string& name, const Request& request, const ResolverSession& resolver) {
-    Explained answer{name, resolver->explain(parseName(name)), {}, {}, {}};
-    for (const auto& resolution : answer.explanation.resolutions) {
-        for (const auto& candidate : resolution.candidates) {
-            if (resolver.isMissing(candidate)) {
-                answer.missing.push_back(candidate.result.path);
-            }
-        }
-    }
+    auto answer = explainedFrom(name, resolver->explain(parseName(name)), resolver);
     if (request.whyNot) {
         answer.whyNot = whyNot(*request.whyNot, answer.explanation, resolver);
     }
     return answer;
-}
-
-bool hasCandidates(const kelwhich::Explanation& explanation) {
-    const auto& resolutions = explanation.resolutions;
-    return std::any_of(resolutions.begin(), resolutions.end(), [](const auto& r) { return !r.candidates.empty(); });
 }
 
 // What leads on from a name without a candidate: adds the lines about it, and returns what is said once.
@@ -48,10 +38,7 @@ std::string leadOn(Explained& answer, DeadEnds& deadEnds, const Request& request
         return "";
     }
     const auto deadEnd = deadEnds.lookAt(answer.query);
-    answer.notes = linesOf(deadEnd);
-    if (auto words = suggestionWords(deadEnd); !words.empty()) {
-        answer.notes.insert(answer.notes.begin(), std::move(words));
-    }
+    answer.notes = notesOf(deadEnd);
     return deadEnds.nextSteps(answer.query, deadEnd, false);
 }
 
@@ -81,7 +68,7 @@ int explain(const Request& request) {
     for (const auto& name : request.operands) {
         try {
             auto answer = explained(name, request, resolver);
-            const bool isDeadEnd = !hasCandidates(answer.explanation);
+            const bool isDeadEnd = analysis::answerOf(answer.explanation).empty();
             if (isDeadEnd && !request.json && !request.record && !request.replay) {
                 const auto more = leadOn(answer, deadEnds, request);
                 nextSteps = nextSteps.empty() ? more : nextSteps;

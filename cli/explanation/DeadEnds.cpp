@@ -79,6 +79,14 @@ std::vector<std::string> linesOf(const DeadEnd& deadEnd) {
     return lines;
 }
 
+std::vector<std::string> notesOf(const DeadEnd& deadEnd) {
+    auto notes = linesOf(deadEnd);
+    if (auto words = suggestionWords(deadEnd); !words.empty()) {
+        notes.insert(notes.begin(), std::move(words));
+    }
+    return notes;
+}
+
 std::string suggestionWords(const DeadEnd& deadEnd) {
     std::string words;
     for (const auto& name : deadEnd.similar) {

@@ -27,11 +27,6 @@ using Ownership = Explanation::Ownership;
 
 constexpr std::size_t keyCount = Explanation::keys.size();
 
-// The rank of a candidate, or "=" and the rank of the one that it repeats.
-std::string labelOf(const Candidate& candidate) {
-    return fmt::format("{}{}", candidate.repeat ? "=" : "", candidate.rank);
-}
-
 std::string valueOf(Key key, const Candidate& candidate, bool isNarrow) {
     const auto yesOrNo = [](bool value) { return value ? "yes" : "no"; };
     switch (key) {
@@ -157,12 +152,7 @@ private:
 
     void appendPairs(const std::vector<Candidate>& candidates, const std::string& name) {
         for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
-            const auto& earlier = candidates[i];
-            const auto& later = candidates[i + 1];
-            const auto key = *earlier.ahead;
-            add("  {} before {}: {}; {}\n", labelOf(earlier), labelOf(later),
-                escaped(reason(key, earlier, labelOf(earlier), name)),
-                escaped(reason(key, later, labelOf(later), name)));
+            add("  {}\n", orderWords(candidates[i], candidates[i + 1], name));
         }
     }
 

@@ -108,6 +108,17 @@ std::string reason(Key key, const Candidate& candidate, std::string_view subject
     return fmt::format("{} was found as {}", subject, sourceWords(candidate.source));
 }
 
+std::string labelOf(const Candidate& candidate) {
+    return fmt::format("{}{}", candidate.repeat ? "=" : "", candidate.rank);
+}
+
+std::string orderWords(const Candidate& earlier, const Candidate& later, const std::string& name) {
+    const auto key = *earlier.ahead;
+    return fmt::format("{} before {}: {}; {}", labelOf(earlier), labelOf(later),
+                       escaped(reason(key, earlier, labelOf(earlier), name)),
+                       escaped(reason(key, later, labelOf(later), name)));
+}
+
 std::string sourceWords(const Explanation::Source& source) {
     const bool isRecord = source.question == Explanation::Source::Question::supportRecords;
     return fmt::format("{} {}", isRecord ? "support record" : "host answer", source.number);

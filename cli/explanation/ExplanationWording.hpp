@@ -15,6 +15,14 @@ namespace tessgen::cli {
 std::string reason(kelwhich::Explanation::Key key, const kelwhich::Explanation::Candidate& candidate,
                    std::string_view subject, const std::string& name);
 
+// The rank of a candidate, or "=" and the rank of the one that it repeats.
+std::string labelOf(const kelwhich::Explanation::Candidate& candidate);
+
+// What puts a candidate before the next one when `name` is resolved, escaped:
+// "1 before 2: 1 is the user's own; 2 is a KEL built-in, which is never the user's own".
+std::string orderWords(const kelwhich::Explanation::Candidate& earlier, const kelwhich::Explanation::Candidate& later,
+                       const std::string& name);
+
 // "support record 2", "host answer 1".
 std::string sourceWords(const kelwhich::Explanation::Source& source);
 

@@ -1,7 +1,7 @@
 #include "cli/explanation/ReportedNames.hpp"
 
 #include "analysis/Answer.hpp"
-#include "cli/explanation/RenderExplanation.hpp"
+#include "cli/explanation/NameAnswers.hpp"
 #include "cli/output/Columns.hpp"
 #include "cli/output/Escape.hpp"
 #include "standalone/services/SessionState.hpp"
@@ -37,14 +37,10 @@ void ReportedNames::add(const kelwhich::Explanation& explanation) {
     }
     auto& name = known->second;
     name.name = text;
-    Explained explained{text, explanation, {}, {}, {}};
+    const auto explained = explainedFrom(text, explanation, resolver_);
     for (const auto& [candidate, resolution] : analysis::answerOf(explanation)) {
-        const bool isMissing = resolver_.isMissing(*candidate);
-        if (isMissing) {
-            explained.missing.push_back(candidate->result.path);
-        }
-        name.candidates.push_back(
-            {inUTF8(candidate->result.path), folderOf(candidate->result), candidate->isSupported(), isMissing});
+        name.candidates.push_back({inUTF8(candidate->result.path), folderOf(candidate->result),
+                                   candidate->isSupported(), explained.isMissing(*candidate)});
     }
     name.explanation = asText(explained, false, unlimitedColumns);
 }

@@ -124,4 +124,10 @@ void ResolverSession::writeRecording() const {
     }
 }
 
+std::string whyNotWatched() {
+    const auto& reason = standalone::currentSession().notWatched;
+    return reason.empty() ? ""
+                          : "folders cannot be watched (" + reason + "), so the disk is searched anew for each name";
+}
+
 } // namespace tessgen::cli

@@ -91,4 +91,7 @@ private:
     std::size_t cachedBytes_ = 0;                       // since the cache was empty, roughly
 };
 
+// Why the watched view of the open installation is live; empty when it is not.
+std::string whyNotWatched();
+
 } // namespace tessgen::cli

@@ -55,6 +55,10 @@ constexpr auto batchExamples = std::to_array<Example>({
     {"printf 'sum\\nrows\\n' | kelwhich batch --json", "print a line of JSON for each name, as soon as it is read"},
 });
 
+constexpr auto lspExamples = std::to_array<Example>({
+    {"kelwhich lsp", "what an editor runs: it goes to definitions, explains names and reports findings"},
+});
+
 constexpr auto buildExamples = std::to_array<Example>({
     {"kelwhich store build support.jsonl", "build the store that the manifest names"},
     {"kelwhich store export | kelwhich store build -o copy.cdb -", "build a copy of the store from its records"},
@@ -133,6 +137,7 @@ constexpr auto detailsTable = std::to_array<CommandDetails>({
     {Action::explain, explainColumns, explainExamples},
     {Action::provides, providesColumns, providesExamples},
     {Action::batch, batchColumns, batchExamples},
+    {Action::lsp, {}, lspExamples},
     {Action::storeBuild, {}, buildExamples},
     {Action::storeInfo, infoColumns, infoExamples},
     {Action::storeVerify, {}, verifyExamples},

@@ -59,6 +59,8 @@ constexpr auto commands = std::to_array<CommandRow>({
      "print the names that lead to each file, with its rank there and what comes before it"},
     {Action::batch, "batch", "", "", Operands::none,
      "answer each name on standard input, one per line, as soon as it is read; with --json print one line per name"},
+    {Action::lsp, "lsp", "", "", Operands::none,
+     "serve an editor: speak the Language Server Protocol 3.17 on standard input and output"},
     {Action::storeBuild, "store", "build", "RECORDS.jsonl", Operands::one,
      "build the support store from a file (- for standard input) with one JSON record per line"},
     {Action::storeInfo, "store", "info", "[STORE]", Operands::optional,

@@ -26,6 +26,7 @@ enum class Action : unsigned {
     config,
     init,
     batch,
+    lsp,
     doctor,
     provides,
     lock,

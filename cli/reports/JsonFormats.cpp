@@ -1,4 +1,5 @@
 #include "cli/output/Escape.hpp"
+#include "cli/output/FileURI.hpp"
 #include "cli/output/Findings.hpp"
 #include "cli/output/Json.hpp"
 #include "cli/reports/Formats.hpp"
@@ -29,20 +30,9 @@ std::string jsonList(const Elements& elements, Print print) {
     return text + (text.size() == 1 ? "]" : "\n]");
 }
 
-// Every byte but letters, digits, "-._~" and "/" as %XX.
-std::string encodedPath(std::string_view path) {
-    std::string encoded;
-    for (const char c : path) {
-        const bool isPlain = ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z') || ('0' <= c && c <= '9')
-                             || std::string_view("-._~/").find(c) != std::string_view::npos;
-        encoded += isPlain ? std::string(1, c) : fmt::format("%{:02X}", static_cast<unsigned char>(c));
-    }
-    return encoded;
-}
-
 // Viewers want a line.
 Document physicalLocation(const std::string& file, std::size_t line = 1, std::optional<std::size_t> column = {}) {
-    Document artifact{{"uri", (file.starts_with('/') ? "file://" : "") + encodedPath(file)}};
+    Document artifact{{"uri", file.starts_with('/') ? fileURI(file) : encodedPath(file)}};
     if (!file.starts_with('/')) {
         artifact["uriBaseId"] = baseId;
     }
@@ -136,7 +126,7 @@ std::string jsonReport(const Report& report) {
 }
 
 std::string sarifReport(const Report& report) {
-    const auto base = fmt::format("file://{}{}", encodedPath(report.folder), report.folder.ends_with('/') ? "" : "/");
+    const auto base = fmt::format("{}{}", fileURI(report.folder), report.folder.ends_with('/') ? "" : "/");
     return fmt::format("{}\"version\":\"" KELWHICH_VERSION "\",\"rules\":{}}}}},\n"
                        "\"automationDetails\":{{\"id\":\"kelwhich/{}/\"}},\n"
                        "\"originalUriBaseIds\":{},\n\"results\":{}}}]}}\n",

@@ -14,7 +14,7 @@ namespace tessgen::standalone {
 
 class NamesByFile {
 public:
-    // Of the session's snapshot. Errors: std::runtime_error for a damaged store.
+    // Of the session's snapshot if it has one, else as they are now. Errors: std::runtime_error for a damaged store.
     explicit NamesByFile(const SessionState& session);
 
     // Every plain and dotted name that leads to a file of that name (UTF-8) unless by a redirect, and others; sorted.

@@ -1,7 +1,7 @@
 #include "standalone/doctor/NotFound.hpp"
 
 #include "host/Paths.hpp"
-#include "standalone/files/FileTree.hpp"
+#include "standalone/files/OverlayFileTree.hpp"
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/services/SessionState.hpp"
 #include "standalone/text/PathText.hpp"
@@ -30,37 +30,6 @@ std::string rootFolderOf(const std::u16string& path) {
     const auto folder = kelwhich::packageRootFolder(path);
     return folder.empty() ? "/" : inUTF8(folder);
 }
-
-// A tree as if one more file were in it, with the folders that lead to it.
-class TreeWithFile final : public FileTree {
-public:
-    // Lifetime: both outlive the tree.
-    TreeWithFile(const FileTree& files, const std::string& path) : files_(files), path_(path) {}
-
-    [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
-                                                            const EntryFilter& wanted) const override {
-        auto entries = files_.entries(folder, wanted);
-        if (!isBelow(path_, folder)) {
-            return entries;
-        }
-        const auto rest = path_.substr(folder == "/" ? 1 : folder.size() + 1);
-        const auto name = rest.substr(0, rest.find('/'));
-        if (wanted.accepts(name)) {
-            entries = std::move(entries).value_or(std::vector<Entry>());
-            std::erase_if(*entries, [&](const Entry& entry) { return entry.name == name; });
-            entries->push_back({name, name == rest ? Kind::file : Kind::folder});
-        }
-        return entries;
-    }
-
-    [[nodiscard]] std::optional<Kind> kindOf(const std::string& path) const override {
-        return path == path_ ? Kind::file : isBelow(path_, path) ? Kind::folder : files_.kindOf(path);
-    }
-
-private:
-    const FileTree& files_;
-    const std::string& path_;
-};
 
 std::optional<std::size_t> placeOf(const std::u16string& path, const std::vector<FoundPlace>& places) {
     const auto place =
@@ -171,7 +140,7 @@ NotFound whyNotFound(const std::string& path, std::u16string_view name, const Se
         result.reasons.push_back(*folder + " is not on the search path");
         supposed.searchPath.push_back(std::move(*folder));
     }
-    const TreeWithFile files(session.files, path);
+    const OverlayFileTree files(session.files, {path});
     const NameSearch search(supposed, files);
     const auto placeAs = [&](const std::string& text) { return placeOf(units, search.find(*toUTF16(text))); };
     auto place = placeAs(asked);

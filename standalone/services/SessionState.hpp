@@ -34,11 +34,9 @@ struct SessionState {
         return watched ? watched->store() : store;
     }
 
-    // Every symbol that has a file, once, in a snapshot or the watched view; there without those of files that are
-    // looked at each time.
-    [[nodiscard]] std::vector<std::string> symbols() const {
-        return watched ? watched->symbols() : snapshotSearch.value().symbols();
-    }
+    // Every symbol that has a file, once. What is not kept in the session's view is looked at now.
+    // Errors: those of SnapshotSearch.
+    [[nodiscard]] std::vector<std::string> symbols() const;
 
     const Installation installation;
     const RealFileTree disk;

@@ -1,7 +1,13 @@
 #include "standalone/watch/WatchedView.hpp"
 
+#include "standalone/files/OverlayFileTree.hpp"
 #include "standalone/index/InstallationDisk.hpp"
+#include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace tessgen::standalone {
 
@@ -9,6 +15,21 @@ namespace {
 
 std::optional<WatchedFile> watchedFile(const std::optional<std::string>& path) {
     return path && !path->empty() ? std::optional<WatchedFile>(*path) : std::nullopt;
+}
+
+// As if each of these files, and the folders that would be made for it, had appeared or vanished.
+std::vector<FolderChange> entryChanges(const std::vector<std::string>& files) {
+    std::vector<FolderChange> changes;
+    for (std::string path : files) {
+        std::string name;
+        do {
+            const auto slash = path.rfind('/');
+            name = path.substr(slash + 1);
+            path.resize(std::max<std::size_t>(slash, 1));
+            changes.push_back({FolderChange::What::entry, path, name});
+        } while (isPackageClassOrPrivate(path.substr(path.rfind('/') + 1)));
+    }
+    return changes;
 }
 
 } // namespace
@@ -33,7 +54,7 @@ void WatchedView::startOver() {
     }
     (void)watch_.watch(installation_.root); // before it is held open, so that another in its place is noticed
     const InstallationDisk disk(installation_, index_);
-    search_.startOver(disk.files());
+    search_.startOver(OverlayFileTree(disk.files(), overlay_));
     isWhole_ = true;
 }
 
@@ -42,19 +63,41 @@ void WatchedView::update() {
         startOver();
         return;
     }
-    isWhole_ = false; // if anything fails here, changes are lost
+    isWhole_ = false; // if anything fails here, and in `apply`, changes are lost
     const FolderWatch::Changes changes = watch_.take();
     counts_.lostQueues += changes.isQueueLost ? 1 : 0;
     counts_.mounts += changes.areMountsOther ? 1 : 0;
+    changes_ += changes.list.empty() && !changes.isQueueLost && !changes.areMountsOther ? 0U : 1U;
     if (changes.isQueueLost || changes.areMountsOther) {
         startOver();
         return;
     }
     if (!changes.list.empty()) {
         note(changes.list);
-        search_.apply(changes.list, RealFileTree());
+        apply(changes.list);
     }
     isWhole_ = true;
+}
+
+void WatchedView::apply(const std::vector<FolderChange>& changes) {
+    isWhole_ = false;
+    const RealFileTree disk;
+    search_.apply(changes, OverlayFileTree(disk, overlay_));
+    isWhole_ = true;
+}
+
+void WatchedView::setOverlay(std::set<std::string> files) {
+    const std::lock_guard guard(lock_);
+    std::vector<std::string> other; // in one of the two only
+    std::set_symmetric_difference(files.begin(), files.end(), overlay_.begin(), overlay_.end(),
+                                  std::back_inserter(other));
+    if (other.empty()) {
+        return;
+    }
+    update();
+    overlay_ = std::move(files);
+    ++changes_;
+    apply(entryChanges(other));
 }
 
 void WatchedView::note(const std::vector<FolderChange>& changes) {
@@ -100,12 +143,13 @@ std::vector<FoundPlace> WatchedView::find(std::u16string_view name) {
         places = search_.find(*symbol, RealFileTree());
     } else {
         const InstallationDisk disk(installation_, index_);
+        const OverlayFileTree files(disk.files(), overlay_);
         if (!symbol) {
-            places = NameSearch(installation_, disk.files()).find(name);
+            places = NameSearch(installation_, files).find(name);
             disk.requireSameRoot();
             return places;
         }
-        places = search_.find(*symbol, disk.files());
+        places = search_.find(*symbol, files);
         disk.requireSameRoot();
     }
     builtins_.add(name, places);
@@ -136,6 +180,16 @@ bool WatchedView::takeManifestChange() {
         manifest_.reset();
     }
     return isChanged;
+}
+
+std::uint64_t WatchedView::changes() const {
+    const std::lock_guard guard(lock_);
+    return changes_;
+}
+
+bool WatchedView::watchesAll() const {
+    const auto notWatched = counts().notWatched;
+    return std::all_of(notWatched.begin(), notWatched.end(), [](std::size_t count) { return count == 0; });
 }
 
 WatchCounts WatchedView::counts() const {

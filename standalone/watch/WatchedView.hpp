@@ -23,6 +23,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,6 +61,17 @@ public:
     // Whether the manifest, which is not read again, changed since construction; true once.
     [[nodiscard]] bool takeManifestChange();
 
+    // From now on these files count as there, too, with the package, class and private folders that lead to them:
+    // absolute paths without ".", "..", and "/" at the end. Only for names; whether a path exists, the disk says.
+    // Errors: those of NameIndex and FolderWatch.
+    void setOverlay(std::set<std::string> files);
+
+    // How often something that is watched changed, or might have.
+    [[nodiscard]] std::uint64_t changes() const;
+
+    // Whether nothing is looked at each time, for a name without "/".
+    [[nodiscard]] bool watchesAll() const;
+
     [[nodiscard]] WatchCounts counts() const;
 
     // Readable when something changed since the last question. It may be readable when nothing did that matters.
@@ -69,6 +81,7 @@ private:
     void update();
     void startOver();
     void note(const std::vector<FolderChange>& changes);
+    void apply(const std::vector<FolderChange>& changes);
     void requireRoot();
     void requireIndex();
 
@@ -86,6 +99,8 @@ private:
     bool isRootSure_ = false; // a change of the root would be told
     WatchCounts counts_;
     std::uint64_t listedFirst_ = 0;
+    std::uint64_t changes_ = 0;
+    std::set<std::string> overlay_;
     mutable std::mutex lock_;
 };
 

@@ -1,0 +1,116 @@
+#include "cli/lsp/Documents.hpp"
+
+#include "cli/lsp/JsonRpc.hpp"
+#include "cli/output/FileURI.hpp"
+#include "standalone/text/PathText.hpp"
+
+#include <algorithm>
+#include <unistd.h>
+#include <utility>
+
+namespace tessgen::cli {
+
+namespace {
+
+using nlohmann::json;
+
+const json& identifierIn(const json& params) {
+    return valueAt(params, "textDocument");
+}
+
+std::int64_t versionIn(const json& identifier) {
+    const auto* const version = findAt(identifier, {"version"});
+    return version != nullptr && version->is_number_integer() ? version->get<std::int64_t>() : 0;
+}
+
+[[noreturn]] void refuseUnknown(const std::string& uri) {
+    throw RPCError(RPCErrorCode::invalidParams, uri + ": the document is not open");
+}
+
+// The document of these parameters.
+template <typename All>
+auto& findIn(All& documents, const json& params) {
+    const auto& uri = textAt(identifierIn(params), "uri");
+    const auto found = documents.find(uri);
+    if (found == documents.end()) {
+        refuseUnknown(uri);
+    }
+    return found->second;
+}
+
+Position readPosition(const json& position) {
+    return {countAt(position, "line"), countAt(position, "character")};
+}
+
+} // namespace
+
+void Documents::didOpen(const json& params) {
+    const auto& identifier = identifierIn(params);
+    const auto& uri = textAt(identifier, "uri");
+    auto path = pathOfURI(uri);
+    const bool isNew = path && access(path->c_str(), F_OK) != 0;
+    documents_[uri] = {textAt(identifier, "text"), versionIn(identifier), std::move(path), isNew};
+}
+
+std::set<std::string> Documents::unsavedFiles() const {
+    std::set<std::string> files;
+    for (const auto& [uri, document] : documents_) {
+        if (document.isNew) {
+            files.insert(standalone::absolutePath(*document.path, "/"));
+        }
+    }
+    return files;
+}
+
+void Documents::didChange(const json& params) {
+    auto& document = findIn(documents_, params);
+    const auto& changes = valueAt(params, "contentChanges");
+    if (!changes.is_array()) {
+        throw RPCError(RPCErrorCode::invalidParams, "\"contentChanges\" is not a list");
+    }
+    for (const auto& entry : changes) {
+        change(document.text, entry);
+    }
+    document.version = versionIn(identifierIn(params));
+}
+
+void Documents::change(std::string& text, const json& change) const {
+    const auto& replacement = textAt(change, "text");
+    const auto* const range = findAt(change, {"range"});
+    if (range == nullptr || range->is_null()) {
+        text = replacement;
+        return;
+    }
+    const auto begin = offsetOf(text, readPosition(valueAt(*range, "start")), encoding);
+    const auto end = offsetOf(text, readPosition(valueAt(*range, "end")), encoding);
+    text.replace(std::min(begin, end), std::max(begin, end) - std::min(begin, end), replacement);
+}
+
+void Documents::didClose(const json& params) {
+    const auto& uri = textAt(identifierIn(params), "uri");
+    if (documents_.erase(uri) == 0) {
+        refuseUnknown(uri);
+    }
+}
+
+std::optional<PlacedName> Documents::nameAt(const json& params) const {
+    const auto& text = findIn(documents_, params).text;
+    const auto offset = offsetOf(text, readPosition(valueAt(params, "position")), encoding);
+    const auto line = beginOfLine(text, offset);
+    const auto name = pattern.find(std::string_view(text).substr(line, endOfLine(text, offset) - line), offset - line);
+    return name ? std::optional(placed(text, line, *name)) : std::nullopt;
+}
+
+PlacedName Documents::beginningAt(const json& params) const {
+    const auto& text = findIn(documents_, params).text;
+    const auto offset = offsetOf(text, readPosition(valueAt(params, "position")), encoding);
+    const auto line = beginOfLine(text, offset);
+    return placed(text, line, pattern.findBeginning(std::string_view(text).substr(line), offset - line));
+}
+
+PlacedName Documents::placed(const std::string& text, std::size_t line, const TextRange& range) const {
+    return {text.substr(line + range.begin, range.end - range.begin), positionOf(text, line + range.begin, encoding),
+            positionOf(text, line + range.end, encoding)};
+}
+
+} // namespace tessgen::cli

@@ -1,0 +1,80 @@
+#include "cli/lsp/OpenInstallation.hpp"
+
+#include "standalone/services/SessionState.hpp"
+
+#include <cerrno>
+#include <exception>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <utility>
+
+namespace tessgen::cli {
+
+OpenInstallation::~OpenInstallation() {
+    if (isOpening()) {
+        opening_.wait();
+        try {
+            finishOpening();
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): it is not open, as it is to be
+        }
+    }
+    close();
+}
+
+void OpenInstallation::close() {
+    if (session_) {
+        session_->close(); // a process can have one open
+        session_.reset();
+    }
+}
+
+void OpenInstallation::open(const Request& request) {
+    close();
+    opened_ = standalone::Descriptor(eventfd(0, EFD_CLOEXEC));
+    if (!opened_.isOpen()) {
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
+    opening_ = std::async(std::launch::async, [request, descriptor = opened_.get()] {
+        const std::unique_ptr<const int, void (*)(const int*)> atEnd(
+            &descriptor, [](const int* opened) { static_cast<void>(eventfd_write(*opened, 1)); });
+        return std::make_unique<ResolverSession>(request, standalone::View::watched);
+    });
+}
+
+void OpenInstallation::finishOpening() {
+    auto opening = std::move(opening_);
+    session_ = opening.get();
+    changes_ = 0;
+    maySurprise_ = watched() == nullptr || !watched()->watchesAll();
+}
+
+standalone::WatchedView* OpenInstallation::watched() const {
+    return session_ ? standalone::currentSession().watched.get() : nullptr;
+}
+
+void OpenInstallation::setOverlay(std::set<std::string> files) {
+    if (watched() != nullptr) {
+        watched()->setOverlay(std::move(files));
+    }
+}
+
+int OpenInstallation::changeDescriptor() const {
+    return watched() == nullptr ? -1 : watched()->descriptor();
+}
+
+bool OpenInstallation::takeManifestChange() {
+    return watched() != nullptr && watched()->takeManifestChange();
+}
+
+bool OpenInstallation::takeChange() {
+    const auto before = changes_;
+    if (watched() != nullptr) {
+        changes_ = watched()->changes();
+    }
+    if (changes_ != before) {
+        maySurprise_ = !watched()->watchesAll();
+    }
+    return changes_ != before;
+}
+
+} // namespace tessgen::cli
