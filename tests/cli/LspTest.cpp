@@ -11,13 +11,13 @@
 namespace tessgen::test {
 namespace {
 
-using Texts = std::vector<std::string>;
+using Bodies = std::vector<std::string>;
 using nlohmann::json;
 
 // The bodies, and "!" for what is not one.
-Texts framesOf(const std::string& bytes, std::size_t step) {
+Bodies framesOf(const std::string& bytes, std::size_t step) {
     cli::FrameParser parser;
-    Texts frames;
+    Bodies frames;
     for (std::size_t at = 0; at < bytes.size(); at += step) {
         parser.add(std::string_view(bytes).substr(at, step));
         while (const auto frame = parser.next()) {
@@ -35,7 +35,7 @@ TEST(Lsp, TakesFramesOutOfAStreamHoweverItComes) {
     const auto tooLong = std::to_string(cli::FrameParser::longestBody + 1);
     const struct {
         std::string bytes;
-        Texts frames;
+        Bodies frames;
     } cases[] = {
         {good + good, {"{}", "{}"}},
         {"content-LENGTH:\t7 \r\nContent-Type: x; charset=utf-8\r\n\r\n\r\n\r\n\r\nab", {"\r\n\r\n\r\na", "..."}},
