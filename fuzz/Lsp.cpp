@@ -30,7 +30,6 @@ const cli::Request& requestForExample() {
         }
         std::ofstream(folder / "installation.json")
             << R"({"root": "mine", "searchPath": ["."], "builtins": [{"name": "sum"}]})";
-        std::filesystem::current_path(folder); // as the root folder of a workspace
         cli::Request made;
         made.installation = folder.string();
         return made;

@@ -27,6 +27,7 @@ public:
     void update(const Documents& documents, ResolverSession& resolver, bool onlyNew);
 
 private:
+    // NOLINTNEXTLINE(bugprone-exception-escape): moving JSON throws nothing
     struct Checked {
         nlohmann::ordered_json found; // the diagnostics, without their range
         std::string published;        // the last parameters as text; empty when there are none

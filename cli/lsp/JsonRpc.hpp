@@ -32,6 +32,7 @@ public:
     RPCErrorCode code;
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON throws nothing
 struct Message {
     nlohmann::json id = nullptr; // of a request or a response: a number or a text; null for a notification
     std::string method;          // empty for a response

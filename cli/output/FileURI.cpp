@@ -19,7 +19,7 @@ std::optional<std::string> decoded(std::string_view text) {
     std::string bytes;
     while (!text.empty()) {
         const bool isCode = text.front() == '%';
-        unsigned char byte = static_cast<unsigned char>(text.front());
+        auto byte = static_cast<unsigned char>(text.front());
         if (isCode) {
             const auto digits = text.substr(1, 2);
             const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
