@@ -15,10 +15,7 @@ namespace tessgen::cli {
 
 namespace {
 
-struct Range {
-    std::uint32_t first;
-    std::uint32_t last;
-};
+using Range = CodeRange;
 
 // Punctuation, symbols, spaces and private characters, in ascending order.
 constexpr std::array others{
@@ -35,11 +32,7 @@ bool isLetter(std::string_view character) {
         return ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z') || ('0' <= c && c <= '9') || c == '_';
     }
     const auto* at = character.data();
-    const std::uint32_t code = utf8::unchecked::next(at);
-    const auto* const range =
-        std::lower_bound(others.begin(), others.end(), code, [](Range r, std::uint32_t c) { return r.last < c; });
-    const bool isOther = range != others.end() && range->first <= code;
-    return !isOther && escaped(character) == character;
+    return !isIn(others, utf8::unchecked::next(at)) && escaped(character) == character;
 }
 
 // The next byte at which a character begins; the end of the line.

@@ -17,10 +17,7 @@ namespace tessgen::cli {
 
 namespace {
 
-struct Range {
-    std::uint32_t first;
-    std::uint32_t last;
-};
+using Range = CodeRange;
 
 // Control characters, every space but the plain one, line and paragraph separators, directional marks, and Unicode's
 // default-ignorable characters (fillers, joiners, selectors, tags). In ascending order.
@@ -34,9 +31,7 @@ constexpr std::array invisible{
 };
 
 bool isInvisible(std::uint32_t character) {
-    const auto* const range = std::lower_bound(invisible.begin(), invisible.end(), character,
-                                               [](Range r, std::uint32_t c) { return r.last < c; });
-    return range != invisible.end() && range->first <= character;
+    return isIn(invisible, character);
 }
 
 // $'...', in which \xNN is a byte.
@@ -85,6 +80,12 @@ Unescaped unescapedCharacter(std::string_view text) {
 }
 
 } // namespace
+
+bool isIn(std::span<const CodeRange> ranges, std::uint32_t character) {
+    const auto range = std::lower_bound(ranges.begin(), ranges.end(), character,
+                                        [](CodeRange r, std::uint32_t c) { return r.last < c; });
+    return range != ranges.end() && range->first <= character;
+}
 
 std::string escaped(std::string_view text) {
     const auto isPlain = [](char c) { return c > ' ' && c <= '~' && c != '\\'; };

@@ -3,7 +3,9 @@
 
 #include "standalone/text/Text.hpp"
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -39,6 +41,15 @@ std::u16string parseName(std::string_view word);
 
 // Errors: std::runtime_error when `text`, part of an answer, is not UTF-16.
 std::string inUTF8(const std::u16string& text);
+
+// Characters from the first to the last one, by their Unicode numbers.
+struct CodeRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+// Whether one of the ranges, which are in ascending order, has this character.
+bool isIn(std::span<const CodeRange> ranges, std::uint32_t character);
 
 using standalone::counted;
 

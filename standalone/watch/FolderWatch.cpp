@@ -1,8 +1,6 @@
 #include "standalone/watch/FolderWatch.hpp"
 
-#include "standalone/files/FileErrors.hpp"
 #include "standalone/files/MountPoints.hpp"
-#include "standalone/text/PathText.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,7 +12,6 @@
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
-#include <utility>
 
 namespace tessgen::standalone {
 
@@ -45,8 +42,8 @@ void addTo(const Descriptor& ready, const Descriptor& source, std::uint32_t even
 }
 
 // Disks of this machine alone, on which every change passes through its system. An overlay counts: changing the
-// folders that it lies over is not allowed while it is mounted.
-// True, too, when nobody can say: then there is nothing to watch.
+// folders that it lies over is not allowed while it is mounted. True, too, when nobody can say: then there is nothing
+// to watch.
 bool isTrustedDisk(const std::string& folder) {
     constexpr auto trusted = std::to_array<std::uint32_t>(
         {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC, RAMFS_MAGIC,

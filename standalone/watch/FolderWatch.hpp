@@ -1,10 +1,13 @@
 // Which folders of this machine changed, by their paths: inotify, and the list of mounts.
 //
 // The system queues a change before the call that makes it returns, so `take` tells every change that was made before
-// it was called. Links are not followed, since a watch sees no change of what they lead to. Threads: one at a time.
+// it was called. Links are not followed, since a watch sees no change of what they lead to.
+//
+// Threads: one at a time.
 #pragma once
 
 #include "standalone/files/Descriptor.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <array>
 #include <cstddef>
@@ -48,7 +51,7 @@ void forEachAtOrBelow(Map& paths, std::string_view path, Visit visit) {
     if (const auto at = paths.find(path); at != paths.end()) {
         visit(at);
     }
-    const std::string above(path == "/" ? path : std::string(path) + "/");
+    const std::string above = joinPath(path, "");
     for (auto next = paths.upper_bound(above); next != paths.end() && next->first.starts_with(above);) {
         visit(next++);
     }

@@ -38,7 +38,7 @@ bool concerns(const FolderChange& change, const std::string& path) {
     if (change.what == FolderChange::What::content) {
         return false;
     }
-    const std::string& place =
+    const std::string place =
         change.what == FolderChange::What::folder ? change.folder : joinPath(change.folder, change.name);
     return path == place || isBelow(path, place);
 }

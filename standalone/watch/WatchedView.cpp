@@ -144,15 +144,12 @@ std::vector<FoundPlace> WatchedView::find(std::u16string_view name) {
     } else {
         const InstallationDisk disk(installation_, index_);
         const OverlayFileTree files(disk.files(), overlay_);
-        if (!symbol) {
-            places = NameSearch(installation_, files).find(name);
-            disk.requireSameRoot();
-            return places;
-        }
-        places = search_.find(*symbol, files);
+        places = symbol ? search_.find(*symbol, files) : NameSearch(installation_, files).find(name);
         disk.requireSameRoot();
     }
-    builtins_.add(name, places);
+    if (symbol) {
+        builtins_.add(name, places);
+    }
     return places;
 }
 

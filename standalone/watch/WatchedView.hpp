@@ -3,8 +3,7 @@
 //
 // What is answered holds every change that was made on this machine before the question. Kept are the listings of
 // folders that a watch can promise, and the open store. All else is looked at each time, as in the live view: names
-// with
-// "/", links and what they lead to, and folders that are not watched (NotWatched says why). When the system loses
+// with "/", links and what they lead to, and folders that are not watched (NotWatched says why). When the system loses
 // changes, or something is mounted, everything is listed anew.
 // Threads: any, at the same time; a lock is held while a question is answered.
 #pragma once

@@ -103,15 +103,16 @@ Answers answersTo(const Texts& names) {
     return answers;
 }
 
+Answers answersInOneThread(const SmallHost& host, const Texts& names) {
+    const Session session(host.withoutIndex());
+    return answersTo(names);
+}
+
 // Each thread has its engine, and all ask one session: what each is answered is what one alone was answered.
 TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
     const SmallHost host;
     const auto names = host.names();
-    Answers expected;
-    {
-        const Session alone(host.withoutIndex());
-        expected = answersTo(names);
-    }
+    const Answers expected = answersInOneThread(host, names);
     EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
     for (const auto view : {View::live, View::snapshot, View::watched}) {
         for (int round = 0; round < 10; ++round) {
@@ -131,11 +132,7 @@ TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
 TEST(HostSweep, AnswersManyThreadsWhileWatchedFoldersChange) {
     const SmallHost host;
     const auto names = host.names();
-    Answers expected;
-    {
-        const Session alone(host.withoutIndex());
-        expected = answersTo(names);
-    }
+    const Answers expected = answersInOneThread(host, names);
     for (int round = 0; round < 10; ++round) {
         const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), View::watched);
         together([&](int number) {
