@@ -4,8 +4,8 @@
 #                           stand-alone host and of the program are sampled, since the program's sessions, which take
 #                           half a minute, test these. .ci/run tries none.
 #   fuzzing                 finds more the longer it runs: two minutes a target here, ten seconds in .ci/run.
-#   clang-tidy              the analyzer and the tests take most of its time; .ci/run looks at what the last 30 commits
-#                           changed, without them. An old file can only fail when another header changes.
+#   clang-tidy              the analyzer, the tests and each source by itself take most of its time; .ci/run looks at the
+#                           rooms of the library, the stand-alone host and the program as units, without the analyzer.
 #   the preset nightly      500,000 random worlds instead of 50,000, every fault of a system call instead of a sample, and
 #                           every header compiled alone: each repeats what a part of it shows, over more cases.
 #   the changing disk       100,000 random changes of an installation between questions, and as many beside them: .ci/run
