@@ -194,8 +194,13 @@ TEST(HostSweep, OfEveryAllocation) {
                 return std::tuple(standalone::currentSession().root, standalone::currentSession().kelPath);
             };
         });
-        for (const auto& name : {std::u16string(u"f"), std::u16string(u"p.q.f"), std::u16string(u"C.f"),
-                                 std::u16string(u"private/f"), host.path("w/f.vk")}) {
+        auto names = std::vector{std::u16string(u"f"), std::u16string(u"private/f"), std::u16string(u"p.q.f"),
+                                 std::u16string(u"C.f"), host.path("w/f.vk")};
+        if (view
+            == View::watched) { // which the system takes milliseconds to end: one name that is kept, one that is not
+            names.resize(2);
+        }
+        for (const auto& name : names) {
             sweep("ask in a session", [&, view] {
                 return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
                     return linesOf(name);
@@ -215,10 +220,11 @@ TEST(HostSweep, OfEveryAllocation) {
             });
         }
     };
-    for (const auto view : {View::live, View::snapshot, View::watched}) {
+    for (const auto view : {View::live, View::snapshot}) {
         sweepSession(listed, view);
         sweepSession(indexed, view);
     }
+    sweepSession(indexed, View::watched);
     std::cout << "sweep: " << points << " failing allocations of the host\n";
     EXPECT_GT(points, 1000U);
 }
