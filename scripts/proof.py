@@ -62,9 +62,9 @@ ROWS = [
     Row("failing allocations of the stand-alone host", **unit("standalone_tests", "HostSweep.OfEveryAllocation"),
         figure=r"sweep: (\d+) failing", fault="memory that is out is answered with an empty list", limit=600,
         path="standalone/Session.cpp",
-        old="    auto places = NameSearch(installation, now.files()).find(name);",
+        old="    auto places = NameSearch(installation, overlay.empty() ? now.files() : withOverlay).find(name);",
         new="    std::vector<FoundPlace> places;\n    try {\n"
-            "        places = NameSearch(installation, now.files()).find(name);\n    }"
+            "        places = NameSearch(installation, overlay.empty() ? now.files() : withOverlay).find(name);\n    }"
             " catch (const std::bad_alloc&) {\n    }"),
     Row("failing questions to collaborators and host", **unit("library_tests", "FaultSweep.OfEveryQuestion"),
         figure=r"sweep: (\d+) failing", fault="a question that fails is answered with no", limit=300,

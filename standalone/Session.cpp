@@ -1,5 +1,6 @@
 #include "standalone/Session.hpp"
 
+#include "standalone/files/OverlayFileTree.hpp"
 #include "standalone/index/InstallationDisk.hpp"
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/services/SessionState.hpp"
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -106,7 +108,8 @@ std::vector<FoundPlace> SessionState::find(std::u16string_view name) const {
         return snapshotSearch->find(name);
     }
     const InstallationDisk now(installation, index);
-    auto places = NameSearch(installation, now.files()).find(name);
+    const OverlayFileTree withOverlay(now.files(), overlay);
+    auto places = NameSearch(installation, overlay.empty() ? now.files() : withOverlay).find(name);
     now.requireSameRoot();
     return places;
 }
@@ -115,7 +118,15 @@ std::vector<std::string> SessionState::symbols() const {
     if (snapshotSearch) {
         return snapshotSearch->symbols();
     }
-    return watched && watched->watchesAll() ? watched->symbols() : SnapshotSearch(installation, files).symbols();
+    return watched && watched->watchesAll() ? watched->symbols()
+                                            : SnapshotSearch(installation, OverlayFileTree(files, overlay)).symbols();
+}
+
+void SessionState::setOverlay(std::set<std::string> added) const {
+    if (watched) {
+        watched->setOverlay(added);
+    }
+    overlay = std::move(added);
 }
 
 const SessionState& currentSession() {

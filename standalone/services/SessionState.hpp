@@ -13,6 +13,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,11 @@ struct SessionState {
     // Errors: those of SnapshotSearch.
     [[nodiscard]] std::vector<std::string> symbols() const;
 
+    // From now on these files count as there, too, as for WatchedView::setOverlay; in a snapshot they do not. Not while
+    // another thread asks.
+    // Errors: those of WatchedView::setOverlay.
+    void setOverlay(std::set<std::string> added) const;
+
     const Installation installation;
     const RealFileTree disk;
     std::string notWatched;                 // why the watched view is live, if it is
@@ -46,6 +52,8 @@ struct SessionState {
     const IndexedFileTree files;
     std::optional<SnapshotSearch> snapshotSearch; // only in a snapshot
     const std::shared_ptr<const SupportStore> store;
+
+    mutable std::set<std::string> overlay; // see setOverlay
 
     // The installation's folders as the services hand them out, in UTF-16.
     const std::u16string root;

@@ -43,10 +43,14 @@ public:
     // Errors: std::bad_alloc.
     [[nodiscard]] bool hasChanged(FolderWatch& watch);
 
+    // Whether its next change is told, as far as the last look at the disk knows.
+    [[nodiscard]] bool isWatched() const { return isWatched_; }
+
 private:
     std::string path_;
     FileStamp stamp_;
     bool isSure_ = false;
+    bool isWatched_ = false;
 };
 
 // Lexical: whether something else may be at the path after the change.

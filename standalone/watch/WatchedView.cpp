@@ -185,8 +185,11 @@ std::uint64_t WatchedView::changes() const {
 }
 
 bool WatchedView::watchesAll() const {
-    const auto notWatched = counts().notWatched;
-    return std::all_of(notWatched.begin(), notWatched.end(), [](std::size_t count) { return count == 0; });
+    const std::lock_guard guard(lock_);
+    const auto notWatched = search_.files().notWatched();
+    const bool isStoreWatched = !storeFile_ || storeFile_->isWatched();
+    return isStoreWatched
+           && std::all_of(notWatched.begin(), notWatched.end(), [](std::size_t count) { return count == 0; });
 }
 
 WatchCounts WatchedView::counts() const {

@@ -62,6 +62,22 @@ TEST(Session, AsksTheRootOfTheMoment) {
     EXPECT_EQ(count(u"g"), 1);
 }
 
+TEST(Session, CountsUnsavedFilesInTheViewsOfTheMoment) {
+    const TemporaryFolder folder;
+    folder.write("installation.json", R"({"searchPath": ["a", "linked"]})");
+    folder.makeFolder("a");
+    folder.link("linked", "a"); // which is not watched
+    for (const auto view : {standalone::View::live, standalone::View::watched}) {
+        const Session session(folder.path(), view);
+        const auto& state = standalone::currentSession();
+        state.setOverlay({folder.path("a/+p/new.vk")});
+        EXPECT_EQ(state.find(u"p.new").size(), 1);
+        EXPECT_EQ(state.symbols(), std::vector<std::string>{"p.new"});
+        state.setOverlay({});
+        EXPECT_EQ(state.find(u"p.new").size(), 0);
+    }
+}
+
 TEST(NotFound, SaysWhatKeepsANameFromAFile) {
     const TemporaryFolder folder;
     folder.write("installation.json", R"({"searchPath": ["lib"]})");

@@ -242,6 +242,11 @@ TEST(WatchedView, OpensTheStoreAnewAndTellsOfTheManifest) {
     utimensat(AT_FDCWD, world.supportStore->c_str(), longAgo.data(), 0);
     EXPECT_NE(view.store(), store);
 
+    EXPECT_TRUE(view.watchesAll());
+    folder.link("linked", "s");
+    world.supportStore = folder.path("linked/store");
+    EXPECT_FALSE(WatchedView(world).watchesAll());
+
     EXPECT_FALSE(view.takeManifestChange());
     folder.write("installation.json", "{ }");
     EXPECT_TRUE(view.takeManifestChange());
