@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <cstdint>
 #include <poll.h>
 #include <system_error>
 #include <unistd.h>
@@ -20,14 +21,14 @@ namespace {
 constexpr std::string_view lengthField = "content-length:"; // in any case of letters
 constexpr std::string_view endOfHead = "\r\n\r\n";
 
-// The number after the name of a field; nothing when it is none.
+// The number after the name of a field; nothing when it is none, or too large for any message.
 std::optional<std::size_t> numberOf(std::string_view value) {
     value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
     value.remove_suffix(value.size() - std::min(value.find_last_not_of(" \t") + 1, value.size()));
-    std::size_t number = 0;
+    std::uint32_t number = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     const bool isNumber = !value.empty() && error == std::errc() && end == value.data() + value.size();
-    return isNumber ? std::optional(number) : std::nullopt;
+    return isNumber ? std::optional<std::size_t>(number) : std::nullopt;
 }
 
 // The length that a head without its end gives; nothing unless it gives one.
