@@ -34,6 +34,10 @@ bool isFile(kelwhich::WhichResultType kind) {
     return kind == kelwhich::WhichResultType::KELPath || kind == kelwhich::WhichResultType::ORVAKPath;
 }
 
+bool isAbsoluteFile(const kelwhich::WhichResult& result) {
+    return isFile(result.type) && result.path.starts_with(u'/');
+}
+
 std::u16string subject(const Explanation::Candidate& candidate) {
     const auto& path = candidate.result.path;
     if (!isFile(candidate.result.type)) {

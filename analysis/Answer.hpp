@@ -28,6 +28,9 @@ struct Answered {
 // Whether it is of a file, not of a built-in.
 [[nodiscard]] bool isFile(kelwhich::WhichResultType kind);
 
+// Whether it is of a file that can be looked for: one with an absolute path.
+[[nodiscard]] bool isAbsoluteFile(const kelwhich::WhichResult& result);
+
 // "your wave.vk", "the built-in sum"
 [[nodiscard]] std::u16string subject(const kelwhich::Explanation::Candidate& candidate);
 

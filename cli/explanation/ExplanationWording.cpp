@@ -1,6 +1,5 @@
 #include "cli/explanation/ExplanationWording.hpp"
 
-#include "analysis/Answer.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Render.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
@@ -88,6 +87,12 @@ std::string kindReason(const Candidate& candidate, std::string_view subject) {
     return fmt::format("{} is a {}", subject, kindWords(candidate.result.type));
 }
 
+std::string orderWords(Key key, const Candidate& earlier, const Candidate& later, const std::string& name) {
+    return fmt::format("{} before {}: {}; {}", labelOf(earlier), labelOf(later),
+                       escaped(reason(key, earlier, labelOf(earlier), name)),
+                       escaped(reason(key, later, labelOf(later), name)));
+}
+
 } // namespace
 
 std::string reason(Key key, const Candidate& candidate, std::string_view subject, const std::string& name) {
@@ -113,10 +118,17 @@ std::string labelOf(const Candidate& candidate) {
 }
 
 std::string orderWords(const Candidate& earlier, const Candidate& later, const std::string& name) {
-    const auto key = *earlier.ahead;
-    return fmt::format("{} before {}: {}; {}", labelOf(earlier), labelOf(later),
-                       escaped(reason(key, earlier, labelOf(earlier), name)),
-                       escaped(reason(key, later, labelOf(later), name)));
+    return orderWords(*earlier.ahead, earlier, later, name);
+}
+
+std::string orderWords(const analysis::Answered& earlier, const analysis::Answered& later) {
+    const auto name = inUTF8(earlier.resolution->name);
+    if (const auto key = analysis::keyBetween(earlier, later)) {
+        return orderWords(*key, *earlier.candidate, *later.candidate, name);
+    }
+    const auto label = labelOf(*earlier.candidate);
+    return fmt::format("{} before {}: {} is a candidate of {}, to which a record redirects", label,
+                       labelOf(*later.candidate), label, escaped(name));
 }
 
 std::string sourceWords(const Explanation::Source& source) {

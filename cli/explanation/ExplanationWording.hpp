@@ -1,6 +1,7 @@
 // Words the facts of an explanation. Texts are UTF-8 and not escaped yet.
 #pragma once
 
+#include "analysis/Answer.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 
 #include <cstddef>
@@ -22,6 +23,10 @@ std::string labelOf(const kelwhich::Explanation::Candidate& candidate);
 // "1 before 2: 1 is the user's own; 2 is a KEL built-in, which is never the user's own".
 std::string orderWords(const kelwhich::Explanation::Candidate& earlier, const kelwhich::Explanation::Candidate& later,
                        const std::string& name);
+
+// The same of any two candidates of an answer, each judged under the name that lists it. After a redirect:
+// "1 before 3: 1 is a candidate of modern, to which a record redirects".
+std::string orderWords(const analysis::Answered& earlier, const analysis::Answered& later);
 
 // "support record 2", "host answer 1".
 std::string sourceWords(const kelwhich::Explanation::Source& source);

@@ -106,13 +106,12 @@ void ResolverSession::reopen() {
 }
 
 bool ResolverSession::isMissing(const kelwhich::Explanation::Candidate& candidate) const {
-    const auto& [path, type] = candidate.result;
-    const bool isFile = analysis::isFile(type) && path.starts_with(u'/');
-    if (!isFile || candidate.source.question == kelwhich::Explanation::Source::Question::host) {
+    const bool isFound = candidate.source.question == kelwhich::Explanation::Source::Question::host;
+    if (isFound || !analysis::isAbsoluteFile(candidate.result)) {
         return false;
     }
     try {
-        return !files_->exists(path);
+        return !files_->exists(candidate.result.path);
     } catch (const std::exception&) { // it cannot be looked up, or an older recording does not know
         return false;
     }

@@ -36,13 +36,6 @@ Explanation explain(const std::string& name, ResolverSession& resolver) {
     return explanation;
 }
 
-// The file of a candidate, if it has one that exists.
-std::optional<std::string> fileOf(const Explanation::Candidate& candidate, const ResolverSession& resolver) {
-    const auto& [path, type] = candidate.result;
-    const bool isFile = analysis::isFile(type) && path.starts_with(u'/') && !resolver.isMissing(candidate);
-    return isFile ? std::optional(inUTF8(path)) : std::nullopt;
-}
-
 // The preferred candidate alone: clients show several in an order of their own.
 ordered_json definition(const Asked& asked) {
     const auto name = asked.documents.nameAt(asked.params);
@@ -51,8 +44,7 @@ ordered_json definition(const Asked& asked) {
     }
     const auto explanation = explain(name->text, asked.resolver);
     const auto answer = analysis::answerOf(explanation);
-    const auto file = answer.empty() ? std::nullopt : fileOf(*answer.front().candidate, asked.resolver);
-    return file ? locationOf(*file) : ordered_json(nullptr);
+    return answer.empty() ? ordered_json(nullptr) : locationOf(*answer.front().candidate, asked.resolver);
 }
 
 // All candidates in their order.
@@ -61,8 +53,8 @@ ordered_json declaration(const Asked& asked) {
     if (const auto name = asked.documents.nameAt(asked.params)) {
         const auto explanation = explain(name->text, asked.resolver);
         for (const auto& [candidate, resolution] : analysis::answerOf(explanation)) {
-            if (const auto file = fileOf(*candidate, asked.resolver)) {
-                locations.push_back(locationOf(*file));
+            if (auto location = locationOf(*candidate, asked.resolver); !location.is_null()) {
+                locations.push_back(std::move(location));
             }
         }
     }
@@ -88,8 +80,8 @@ std::string hoverText(const std::string& name, const Explanation& explanation, c
     const auto answer = answerFrom(name, explanation, resolver, true);
     auto text = asText(answer, false);
     const auto candidates = analysis::answerOf(explanation);
-    if (candidates.size() > 1 && analysis::keyBetween(candidates[0], candidates[1])) {
-        text += "\n" + orderWords(*candidates[0].candidate, *candidates[1].candidate, name) + "\n";
+    if (candidates.size() > 1) {
+        text += "\n" + orderWords(candidates[0], candidates[1]) + "\n";
     }
     const auto findings = findingLines(explanation, !answer.candidates.front().isMissing);
     return text + (findings.empty() ? "" : "\n" + findings);

@@ -12,13 +12,14 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <exception>
+#include <stdexcept>
 #include <utility>
 
 namespace tessgen::cli {
 
 namespace {
 
+using Candidate = kelwhich::Explanation::Candidate;
 using kelwhich::WhichResult;
 using kelwhich::WhichResultType;
 using nlohmann::ordered_json;
@@ -42,12 +43,13 @@ KindNumbers kindOf(const WhichResult& result) {
 }
 
 // The preferred candidate; nothing when there is none, or when it cannot be found out.
-std::optional<WhichResult> preferredOf(const std::string& name, ResolverSession& resolver) {
+std::optional<Candidate> preferredOf(const std::string& name, ResolverSession& resolver) {
     try {
-        auto results = resolver->resolve(parseName(name));
+        const auto explanation = resolver->explain(parseName(name));
         resolver.boundCache(name.size());
-        return results.empty() ? std::nullopt : std::optional(std::move(results.front()));
-    } catch (const std::exception&) {
+        const auto answer = analysis::answerOf(explanation);
+        return answer.empty() ? std::nullopt : std::optional(*answer.front().candidate);
+    } catch (const std::runtime_error&) {
         return std::nullopt;
     }
 }
@@ -72,14 +74,14 @@ public:
         if (!asked_.documents.pattern.matches(name)) { // it could not be typed
             return true;
         }
-        const auto preferred = preferredOf(name, asked_.resolver);
+        isIncomplete_ = std::chrono::steady_clock::now() - begin_ > patience;
+        const auto preferred = isIncomplete_ ? std::nullopt : preferredOf(name, asked_.resolver);
         auto made = preferred ? item(*preferred) : ordered_json(nullptr);
-        if (made.is_null()) {
-            return true;
-        }
-        isIncomplete_ = items_.size() == most || std::chrono::steady_clock::now() - begin_ > patience;
-        if (!isIncomplete_) {
-            items_.push_back(std::move(made));
+        if (!made.is_null()) {
+            isIncomplete_ = items_.size() == most;
+            if (!isIncomplete_) {
+                items_.push_back(std::move(made));
+            }
         }
         return !isIncomplete_;
     }
@@ -103,10 +105,10 @@ ordered_json completion(const Asked& asked) {
     NameList list(asked);
     const auto first = std::lower_bound(names.begin(), names.end(), beginning.text);
     for (auto name = first; name != names.end() && name->starts_with(beginning.text); ++name) {
-        const bool goesOn = list.add(*name, [&](const WhichResult& result) -> ordered_json {
+        const bool goesOn = list.add(*name, [&](const Candidate& preferred) -> ordered_json {
             return {{"label", *name},
-                    {"kind", kindOf(result).completion},
-                    {"detail", kindWords(result.type)},
+                    {"kind", kindOf(preferred.result).completion},
+                    {"detail", kindWords(preferred.result.type)},
                     {"textEdit", {{"range", range}, {"newText", *name}}}};
         });
         if (!goesOn) {
@@ -123,11 +125,12 @@ ordered_json workspaceSymbols(const Asked& asked) {
         if (standalone::inLowerCase(name).find(query) == std::string::npos) {
             continue;
         }
-        const bool goesOn = list.add(name, [&](const WhichResult& result) -> ordered_json {
-            if (!analysis::isFile(result.type) || !result.path.starts_with(u'/')) {
+        const bool goesOn = list.add(name, [&](const Candidate& preferred) -> ordered_json {
+            auto location = locationOf(preferred, asked.resolver);
+            if (location.is_null()) {
                 return nullptr;
             }
-            return {{"name", name}, {"kind", kindOf(result).symbol}, {"location", locationOf(inUTF8(result.path))}};
+            return {{"name", name}, {"kind", kindOf(preferred.result).symbol}, {"location", std::move(location)}};
         });
         if (!goesOn) {
             break;

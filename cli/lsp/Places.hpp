@@ -3,8 +3,8 @@
 // Threads: any.
 #pragma once
 
+#include "cli/installation/ResolverSession.hpp"
 #include "cli/lsp/Positions.hpp"
-#include "cli/output/FileURI.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -12,14 +12,13 @@
 
 namespace tessgen::cli {
 
-inline nlohmann::ordered_json rangeOf(const Position& begin, const Position& end) {
-    return {{"start", {{"line", begin.line}, {"character", begin.character}}},
-            {"end", {{"line", end.line}, {"character", end.character}}}};
-}
+nlohmann::ordered_json rangeOf(const Position& begin, const Position& end);
 
 // The beginning of a file: a file is a definition as a whole.
-inline nlohmann::ordered_json locationOf(const std::string& path) {
-    return {{"uri", fileURI(path)}, {"range", rangeOf({}, {})}};
-}
+nlohmann::ordered_json locationOf(const std::string& path);
+
+// Of the candidate's file; null unless it has one that exists.
+// Errors: std::runtime_error when its path is not UTF-16.
+nlohmann::ordered_json locationOf(const kelwhich::Explanation::Candidate& candidate, const ResolverSession& resolver);
 
 } // namespace tessgen::cli
