@@ -44,7 +44,7 @@ ResolverSession::ResolverSession(const Request& request, standalone::View view)
     : replay_(request.replay ? std::make_shared<const Replay>(*request.replay) : nullptr) {
     if (replay_) {
         session_ = std::make_unique<standalone::Session>(installationOf(*replay_));
-    } else if (request.action == Action::batch) {
+    } else if (request.action == Action::batch || request.action == Action::lsp) {
         session_ = openSession(watch_.emplace(findManifest(request)), view);
     } else {
         session_ = std::make_unique<standalone::Session>(findManifest(request), view);
@@ -84,12 +84,23 @@ void ResolverSession::boundCache(std::size_t textSize) {
     }
 }
 
+standalone::WatchedView* ResolverSession::watched() const {
+    return session_ ? standalone::currentSession().watched.get() : nullptr;
+}
+
+bool ResolverSession::takeManifestChange() {
+    return watched() != nullptr ? watched()->takeManifestChange() : watch_->isManifestChanged();
+}
+
+bool ResolverSession::isOutdated() {
+    return takeManifestChange() || (watched() == nullptr && watch_->isDataReplaced());
+}
+
 void ResolverSession::refresh() {
-    auto* const watched = session_ ? standalone::currentSession().watched.get() : nullptr;
-    if (watched != nullptr ? watched->takeManifestChange() : watch_->isManifestChanged()) {
+    if (takeManifestChange()) {
         reportNote(watch_->installation().manifest + ": changed; start kelwhich batch again to use it");
     }
-    if (watched == nullptr) {
+    if (watched() == nullptr) {
         reopen();
     }
     dropCache();

@@ -15,6 +15,10 @@
 #include <optional>
 #include <string>
 
+namespace tessgen::standalone {
+class WatchedView;
+}
+
 namespace tessgen::cli {
 
 struct Collaborators;
@@ -59,13 +63,21 @@ public:
     // when it is large.
     void boundCache(std::size_t textSize);
 
+    // The watched view of the open installation; null when nothing is watched.
+    [[nodiscard]] standalone::WatchedView* watched() const;
+
     // Closes the installation, so that this process can open another one. Nothing may be asked afterwards.
     void close() { session_.reset(); }
 
-    // For a process that lives long, before each question: does `dropCache`, and outside the watched view, when the
-    // support store or the search index was replaced, opens the installation anew with them. Its manifest is not read
-    // again; that it changed is reported, once.
-    // Errors: those of Session and WatchedView; the next call tries again.
+    // For a process that lives long and opens the installation anew by itself: whether that is due, since the manifest
+    // changed, or, outside the watched view, the support store or the search index was replaced; true once.
+    // Errors: those of WatchedView.
+    [[nodiscard]] bool isOutdated();
+
+    // For another process that lives long, before each question: does `dropCache`, and outside the watched view, when
+    // the support store or the search index was replaced, opens the installation anew with them. Its manifest is not
+    // read again; that it changed is reported, once. Errors: those of Session and WatchedView; the next call tries
+    // again.
     void refresh();
 
     [[nodiscard]] bool isRecorded() const { return recording_ != nullptr; }
@@ -80,9 +92,10 @@ public:
 private:
     [[nodiscard]] Collaborators collaborators() const;
 
+    [[nodiscard]] bool takeManifestChange();
     void reopen();
 
-    std::optional<InstallationWatch> watch_;       // in `batch`
+    std::optional<InstallationWatch> watch_;       // in `batch` and `lsp`
     std::unique_ptr<standalone::Session> session_; // none while the installation cannot be opened anew
     std::shared_ptr<const Replay> replay_;
     std::shared_ptr<Recording> recording_;

@@ -49,12 +49,12 @@ void OpenInstallation::finishOpening() {
 }
 
 standalone::WatchedView* OpenInstallation::watched() const {
-    return session_ ? standalone::currentSession().watched.get() : nullptr;
+    return session_ ? session_->watched() : nullptr;
 }
 
 void OpenInstallation::setOverlay(std::set<std::string> files) {
-    if (watched() != nullptr) {
-        watched()->setOverlay(std::move(files));
+    if (session_) {
+        standalone::currentSession().setOverlay(std::move(files));
     }
 }
 
@@ -62,8 +62,8 @@ int OpenInstallation::changeDescriptor() const {
     return watched() == nullptr ? -1 : watched()->descriptor();
 }
 
-bool OpenInstallation::takeManifestChange() {
-    return watched() != nullptr && watched()->takeManifestChange();
+bool OpenInstallation::isOutdated() {
+    return session_ && session_->isOutdated();
 }
 
 bool OpenInstallation::takeChange() {

@@ -22,7 +22,8 @@ public:
     OpenInstallation& operator=(const OpenInstallation&) = delete;
     ~OpenInstallation();
 
-    // Begins to open the installation of a request; closes the one that is open.
+    // Begins to open the installation of a request; closes the one that is open. Not while one is being opened.
+    // Errors: std::system_error; then none is open.
     void open(const Request& request);
     [[nodiscard]] bool isOpening() const { return opening_.valid(); }
     // Readable once it is opened, or failed to be; negative when it is not being opened.
@@ -34,8 +35,8 @@ public:
     // Null when it is not open.
     [[nodiscard]] ResolverSession* session() const { return session_.get(); }
 
-    // From now on these files count as there, too: absolute paths. Not where nothing is watched.
-    // Errors: those of WatchedView.
+    // From now on these files count as there, too: as for SessionState. Does nothing when none is open.
+    // Errors: those of SessionState.
     void setOverlay(std::set<std::string> files);
 
     // Readable when something that is watched changed; negative when nothing is watched.
@@ -45,8 +46,8 @@ public:
     [[nodiscard]] bool takeChange();
     // Whether something that is not watched may have changed. What is watched is to be looked at first.
     [[nodiscard]] bool maySurprise() const { return maySurprise_; }
-    // Whether the manifest changed, so that it is to be opened anew; true once.
-    [[nodiscard]] bool takeManifestChange();
+    // Whether it is to be opened anew, as for ResolverSession; true once.
+    [[nodiscard]] bool isOutdated();
 
 private:
     void close();

@@ -324,7 +324,7 @@ void Server::noteChange() {
 
 // Of what is watched, and documents that are not saved yet. A manifest that changed is read anew.
 void Server::takeChanges() {
-    if (installation_.takeManifestChange()) {
+    if (installation_.isOutdated()) {
         open();
         return;
     }
