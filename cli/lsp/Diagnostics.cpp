@@ -44,7 +44,7 @@ ordered_json diagnosticOf(const ReportedFinding& reported, bool showsRelated) {
 
 // What kept the definition from being checked.
 ordered_json failure(const std::string& cause) {
-    return {{"severity", severityOf(analysis::Level::error)}, {"source", source}, {"message", forJSON(cause)}};
+    return {{"severity", severityOf(analysis::Level::error)}, {"source", source}, {"message", escaped(cause)}};
 }
 
 } // namespace
@@ -77,16 +77,22 @@ ordered_json Diagnostics::check(const Document& document, ResolverSession& resol
     return found;
 }
 
-void Diagnostics::update(const Documents& documents, ResolverSession& resolver, bool onlyNew) {
-    const auto& all = documents.all();
+void Diagnostics::publish(ordered_json params) {
+    send_(notification("textDocument/publishDiagnostics", std::move(params)));
+}
+
+void Diagnostics::clearClosed(const Documents& documents) {
     std::erase_if(checked_, [&](const auto& entry) {
-        const bool isClosed = !all.contains(entry.first);
+        const bool isClosed = !documents.all().contains(entry.first);
         if (isClosed && !entry.second.found.empty()) {
-            publish_({{"uri", entry.first}, {"diagnostics", ordered_json::array()}});
+            publish({{"uri", entry.first}, {"diagnostics", ordered_json::array()}});
         }
         return isClosed;
     });
-    for (const auto& [uri, document] : all) {
+}
+
+void Diagnostics::update(const Documents& documents, ResolverSession& resolver, bool onlyNew) {
+    for (const auto& [uri, document] : documents.all()) {
         const auto [known, isNew] = checked_.try_emplace(uri);
         auto& state = known->second;
         if (isNew || !onlyNew) {
@@ -103,7 +109,7 @@ void Diagnostics::update(const Documents& documents, ResolverSession& resolver, 
         if (auto text = printJSON(params); text != state.published) {
             state.published = std::move(text);
             params["version"] = document.version;
-            publish_(std::move(params));
+            publish(std::move(params));
         }
     }
 }

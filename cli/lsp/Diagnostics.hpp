@@ -5,10 +5,10 @@
 
 #include "cli/installation/ResolverSession.hpp"
 #include "cli/lsp/Documents.hpp"
+#include "cli/lsp/JsonRpc.hpp"
 
 #include <nlohmann/json.hpp>
 
-#include <functional>
 #include <map>
 #include <string>
 
@@ -16,12 +16,12 @@ namespace tessgen::cli {
 
 class Diagnostics {
 public:
-    using Publish = std::function<void(nlohmann::ordered_json params)>;
-
-    // `publish` sends the parameters of a notification textDocument/publishDiagnostics.
-    explicit Diagnostics(Publish publish) : publish_(std::move(publish)) {}
+    explicit Diagnostics(Send send) : send_(std::move(send)) {}
 
     bool showsRelated = false; // the other file of a finding, too
+
+    // Publishes that nothing is found about documents which are not open any more.
+    void clearClosed(const Documents& documents);
 
     // Checks the documents anew, or only those that were not checked yet, and publishes what is not published yet.
     void update(const Documents& documents, ResolverSession& resolver, bool onlyNew);
@@ -34,8 +34,9 @@ private:
     };
 
     [[nodiscard]] nlohmann::ordered_json check(const Document& document, ResolverSession& resolver) const;
+    void publish(nlohmann::ordered_json params);
 
-    Publish publish_;
+    const Send send_;
     std::map<std::string, Checked> checked_; // by the URIs of the documents
 };
 

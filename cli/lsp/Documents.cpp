@@ -5,6 +5,7 @@
 #include "standalone/text/PathText.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <unistd.h>
 #include <utility>
 
@@ -38,6 +39,10 @@ auto& findIn(All& documents, const json& params) {
     return found->second;
 }
 
+bool isAbsent(const std::optional<std::string>& path) {
+    return path && access(path->c_str(), F_OK) != 0 && errno == ENOENT;
+}
+
 Position readPosition(const json& position) {
     return {countAt(position, "line"), countAt(position, "character")};
 }
@@ -48,7 +53,7 @@ void Documents::didOpen(const json& params) {
     const auto& identifier = identifierIn(params);
     const auto& uri = textAt(identifier, "uri");
     auto path = pathOfURI(uri);
-    const bool isNew = path && access(path->c_str(), F_OK) != 0;
+    const bool isNew = isAbsent(path);
     documents_[uri] = {textAt(identifier, "text"), versionIn(identifier), std::move(path), isNew};
 }
 
@@ -84,6 +89,11 @@ void Documents::change(std::string& text, const json& change) const {
     const auto begin = offsetOf(text, readPosition(valueAt(*range, "start")), encoding);
     const auto end = offsetOf(text, readPosition(valueAt(*range, "end")), encoding);
     text.replace(std::min(begin, end), std::max(begin, end) - std::min(begin, end), replacement);
+}
+
+void Documents::didSave(const json& params) {
+    auto& document = findIn(documents_, params);
+    document.isNew = isAbsent(document.path);
 }
 
 void Documents::didClose(const json& params) {

@@ -20,7 +20,7 @@ struct Document {
     std::string text; // UTF-8
     std::int64_t version = 0;
     std::optional<std::string> path; // absolute, of any bytes; none unless it is a file of this machine
-    bool isNew = false;              // nothing was there when it was opened
+    bool isNew = false;              // nothing was there when it was opened, and it was not saved since
 };
 
 // A name in a document, or the beginning of one, and its place.
@@ -40,12 +40,13 @@ public:
     // Errors: RPCError for malformed parameters and unknown documents. Changes before the malformed one stay.
     void didOpen(const nlohmann::json& params);
     void didChange(const nlohmann::json& params);
+    void didSave(const nlohmann::json& params);
     void didClose(const nlohmann::json& params);
 
     // By the URIs that the editor gave.
     [[nodiscard]] const std::map<std::string, Document>& all() const { return documents_; }
 
-    // The paths of those that nothing was at when they were opened; saved ones are among them.
+    // The paths of those that are new: absolute, without "." and "..".
     [[nodiscard]] std::set<std::string> unsavedFiles() const;
 
     // Of the document and position in the parameters; `beginningAt`: what of a name stands before the position.

@@ -53,7 +53,7 @@ Message parseMessage(std::string_view body, json& id) {
             refuse("a method is a text");
         }
         message.method = method->get<std::string>();
-    } else if (message.id.is_null() || !(value.contains("result") || value.contains("error"))) {
+    } else if (!value.contains("error") && (message.id.is_null() || !value.contains("result"))) {
         refuse("a message has a method, or is a response");
     }
     message.isError = value.contains("error");
@@ -71,7 +71,7 @@ ordered_json resultResponse(const json& id, ordered_json result) {
 
 ordered_json errorResponse(const json& id, RPCErrorCode code, std::string_view message) {
     auto response = messageFor(&id);
-    response["error"] = {{"code", static_cast<int>(code)}, {"message", forJSON(message)}};
+    response["error"] = {{"code", static_cast<int>(code)}, {"message", escaped(message)}};
     return response;
 }
 
@@ -80,6 +80,14 @@ ordered_json notification(std::string_view method, ordered_json params) {
     sent["method"] = method;
     sent["params"] = std::move(params);
     return sent;
+}
+
+ordered_json shownMessage(MessageType type, std::string_view text) {
+    return notification("window/showMessage", {{"type", static_cast<int>(type)}, {"message", escaped(text)}});
+}
+
+ordered_json loggedMessage(MessageType type, std::string_view text) {
+    return notification("window/logMessage", {{"type", static_cast<int>(type)}, {"message", escaped(text)}});
 }
 
 ordered_json request(const json& id, std::string_view method, ordered_json params) {

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
 #include <stdexcept>
 #include <string>
@@ -34,8 +35,10 @@ public:
 
 // NOLINTNEXTLINE(bugprone-exception-escape): moving JSON throws nothing
 struct Message {
-    nlohmann::json id = nullptr; // of a request or a response: a number or a text; null for a notification
-    std::string method;          // empty for a response
+    // Of a request or a response: a number or a text. Null for a notification, and when an error answers what could
+    // not be read.
+    nlohmann::json id = nullptr;
+    std::string method; // empty for a response
     nlohmann::json params = nullptr;
     bool isError = false; // it is the response of an error
 
@@ -45,9 +48,14 @@ struct Message {
 // Errors: RPCError for a text that is not JSON or is no message. `id` then becomes that of the request, if it has one.
 Message parseMessage(std::string_view body, nlohmann::json& id);
 
-// Messages of the server.
+using Send = std::function<void(const nlohmann::ordered_json& message)>;
+
+// Messages of the server. The texts of errors and notes may be any bytes, and are escaped.
 nlohmann::ordered_json resultResponse(const nlohmann::json& id, nlohmann::ordered_json result);
 nlohmann::ordered_json errorResponse(const nlohmann::json& id, RPCErrorCode code, std::string_view message);
+enum class MessageType { error = 1, info = 3 };
+nlohmann::ordered_json shownMessage(MessageType type, std::string_view text);
+nlohmann::ordered_json loggedMessage(MessageType type, std::string_view text);
 nlohmann::ordered_json notification(std::string_view method, nlohmann::ordered_json params);
 nlohmann::ordered_json request(const nlohmann::json& id, std::string_view method, nlohmann::ordered_json params);
 

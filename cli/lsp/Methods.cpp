@@ -110,8 +110,8 @@ ordered_json hover(const Asked& asked) {
     }
     const auto text = hoverText(name->text, explanation, asked.resolver);
     return {{"contents",
-             {{"kind", asked.takesMarkdown ? "markdown" : "plaintext"},
-              {"value", asked.takesMarkdown ? inMarkdown(text) : text}}},
+             {{"kind", asked.prefersMarkdown ? "markdown" : "plaintext"},
+              {"value", asked.prefersMarkdown ? inMarkdown(text) : text}}},
             {"range", rangeOf(name->begin, name->end)}};
 }
 

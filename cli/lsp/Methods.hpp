@@ -22,7 +22,7 @@ struct Asked {
     const Request& request; // the one of the command line
     ResolverSession& resolver;
     std::optional<std::vector<std::string>>& names; // every name of the installation; none until it is needed
-    bool takesMarkdown;                             // in answers to hover
+    bool prefersMarkdown;                           // in answers to hover
 };
 
 // Errors: RPCError for malformed parameters; those of the resolver.

@@ -1,21 +1,18 @@
 #include "cli/lsp/Server.hpp"
 
+#include "cli/lsp/Client.hpp"
 #include "cli/lsp/Methods.hpp"
 #include "cli/output/Console.hpp"
-#include "cli/output/Escape.hpp"
-#include "cli/output/FileURI.hpp"
 #include "standalone/files/FileErrors.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <exception>
 #include <new>
 #include <poll.h>
 #include <sys/syscall.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -25,10 +22,6 @@ namespace {
 
 using nlohmann::json;
 using nlohmann::ordered_json;
-
-constexpr const char* progressToken = "kelwhich/open";
-constexpr int errorMessageType = 1; // of window/showMessage and window/logMessage
-constexpr int infoMessageType = 3;
 
 ordered_json capabilities(PositionEncoding encoding) {
     return {{"positionEncoding", encoding == PositionEncoding::utf8 ? "utf-8" : "utf-16"},
@@ -41,38 +34,6 @@ ordered_json capabilities(PositionEncoding encoding) {
             {"executeCommandProvider", {{"commands", ordered_json::array({explainCommandName})}}}};
 }
 
-bool isTrue(const json* value) {
-    return value != nullptr && value->is_boolean() && value->get<bool>();
-}
-
-// Whether a list of texts has this one.
-bool hasText(const json* list, std::string_view text) {
-    return list != nullptr && list->is_array() && std::find(list->begin(), list->end(), text) != list->end();
-}
-
-// The text at the end of a path of keys, unless it is empty.
-std::optional<std::string> textFrom(const json& params, std::initializer_list<std::string_view> keys) {
-    const auto* const value = findAt(params, keys);
-    const bool isText = value != nullptr && value->is_string() && !value->get_ref<const std::string&>().empty();
-    return isText ? std::optional(value->get<std::string>()) : std::nullopt;
-}
-
-// The root folder of the workspace, if it has one on this machine.
-std::optional<std::string> rootFolderOf(const json& params) {
-    auto uri = textFrom(params, {"rootUri"});
-    const auto* const folders = findAt(params, {"workspaceFolders"});
-    if (folders != nullptr && folders->is_array() && !folders->empty()) {
-        uri = textFrom(folders->front(), {"uri"});
-    }
-    return uri ? pathOfURI(*uri) : textFrom(params, {"rootPath"});
-}
-
-// Readable when the process has ended; not open when that cannot be told.
-standalone::Descriptor watchProcess(const json* id) {
-    const bool isId = id != nullptr && id->is_number_unsigned() && id->get<std::uint64_t>() <= INT32_MAX;
-    return standalone::Descriptor(isId ? static_cast<int>(syscall(SYS_pidfd_open, id->get<pid_t>(), 0)) : -1);
-}
-
 bool isReadable(int descriptor) {
     pollfd polled{descriptor, POLLIN, 0};
     return descriptor >= 0 && poll(&polled, 1, 0) > 0;
@@ -81,9 +42,7 @@ bool isReadable(int descriptor) {
 } // namespace
 
 Server::Server(Request request, Send send)
-    : request_(std::move(request)), send_(std::move(send)), diagnostics_([this](ordered_json params) {
-          send_(notification("textDocument/publishDiagnostics", std::move(params)));
-      }) {}
+    : request_(std::move(request)), send_(std::move(send)), diagnostics_(send_), progress_(send_) {}
 
 void Server::take(const Frame& frame) {
     json id = nullptr;
@@ -93,7 +52,7 @@ void Server::take(const Frame& frame) {
         }
         auto message = parseMessage(frame.body, id);
         if (message.method.empty()) {
-            takeResponse(message);
+            progress_.takeResponse(message);
         } else if (message.method == "$/cancelRequest" && !message.isRequest()) {
             cancel(message.params);
         } else {
@@ -118,9 +77,9 @@ void Server::cancel(const json& params) {
 bool Server::work() {
     isOver_ = isOver_ || isReadable(editorDescriptor());
     if (installation_.isOpening()) {
-        isReadable(openedDescriptor()) ? finishOpening() : showProgress();
+        isReadable(openedDescriptor()) ? finishOpening() : progress_.update();
     }
-    takeChanges();
+    attempt([this] { takeChanges(); });
     if (isOver_) {
         return false;
     }
@@ -130,18 +89,7 @@ bool Server::work() {
         handle(message);
         return true;
     }
-    if (messages_.empty() && state_ == State::running) {
-        updateDiagnostics();
-    }
-    return false;
-}
-
-int Server::milliseconds() const {
-    if (!installation_.isOpening() || !takesProgress_ || progress_ != Progress::none) {
-        return -1;
-    }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(progressAt_ - Clock::now());
-    return static_cast<int>(std::max<std::int64_t>(0, left.count()));
+    return messages_.empty() && state_ == State::running && updateDiagnostics();
 }
 
 // Whether nothing keeps the message waiting. Begins to open the installation when that is what keeps it.
@@ -195,7 +143,7 @@ ordered_json Server::answer(const Message& message) {
         throw RPCError(RPCErrorCode::methodNotFound, message.method + ": unknown method");
     }
     auto& resolver = refreshed();
-    return method({message.params, documents_, request_, resolver, names_, takesMarkdown_});
+    return method({message.params, documents_, request_, resolver, names_, prefersMarkdown_});
 }
 
 void Server::notify(const Message& message) {
@@ -216,91 +164,78 @@ void Server::notify(const Message& message) {
             documents_.didChange(message.params);
         } else if (method == "textDocument/didClose") {
             documents_.didClose(message.params);
+            diagnostics_.clearClosed(documents_);
         } else if (method == "textDocument/didSave") {
-            mayHaveChanged_ = true; // the editor saves what is not watched, too
+            noteSaving();
+            documents_.didSave(message.params);
         }
     } catch (const RPCError& error) { // a notification is not answered
-        send_(notification("window/logMessage", {{"type", errorMessageType},
-                                                 {"message", forJSON(fmt::format("{}: {}", method, error.what()))}}));
+        send_(loggedMessage(MessageType::error, fmt::format("{}: {}", method, error.what())));
     }
 }
 
 ordered_json Server::initialize(const json& params) {
-    readClient(params);
-    const auto folder = rootFolderOf(params);
+    auto client = readClient(params);
+    const auto& folder = client.rootFolder;
     if (folder && chdir(folder->c_str()) != 0) { // relative paths are meant there
         throw standalone::DiskError(errno, *folder);
+    }
+    documents_.encoding = client.encoding;
+    documents_.pattern = std::move(client.pattern);
+    prefersMarkdown_ = client.prefersMarkdown;
+    progress_.isWanted = client.showsProgress;
+    diagnostics_.showsRelated = client.showsRelated;
+    if (client.manifest) {
+        request_.installation = std::move(client.manifest);
+    }
+    if (client.process) {
+        watchEditor(*client.process);
     }
     state_ = State::running;
     return {{"capabilities", capabilities(documents_.encoding)},
             {"serverInfo", {{"name", "kelwhich"}, {"version", KELWHICH_VERSION}}}};
 }
 
-// What the client can do, and its settings.
-void Server::readClient(const json& params) {
-    if (hasText(findAt(params, {"capabilities", "general", "positionEncodings"}), "utf-8")) {
-        documents_.encoding = PositionEncoding::utf8;
-    }
-    takesMarkdown_ = hasText(findAt(params, {"capabilities", "textDocument", "hover", "contentFormat"}), "markdown");
-    takesProgress_ = isTrue(findAt(params, {"capabilities", "window", "workDoneProgress"}));
-    diagnostics_.showsRelated =
-        isTrue(findAt(params, {"capabilities", "textDocument", "publishDiagnostics", "relatedInformation"}));
-    editor_ = watchProcess(findAt(params, {"processId"}));
-    if (const auto manifest = textFrom(params, {"initializationOptions", "manifest"})) {
-        request_.installation = *manifest;
-    }
-    if (const auto pattern = textFrom(params, {"initializationOptions", "namePattern"})) {
-        try {
-            documents_.pattern = NamePattern(*pattern);
-        } catch (const std::runtime_error& error) {
-            throw RPCError(RPCErrorCode::invalidParams, error.what());
+void Server::watchEditor(pid_t process) {
+    editor_ = standalone::Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+    const bool hasEnded = !editor_.isOpen() && errno == ESRCH; // after other errors, only standard input tells
+    isOver_ = isOver_ || hasEnded;
+}
+
+// Does what no request waits for. Its failure is shown, but not twice in a row.
+void Server::attempt(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& error) {
+        if (auto why = errorMessage(error); why != std::exchange(failure_, why)) {
+            send_(shownMessage(MessageType::error, why));
         }
     }
 }
 
+// Begins to open the installation, unless that was begun and has not ended.
 void Server::open() {
-    progressAt_ = Clock::now() + environmentMilliseconds("KELWHICH_PROGRESS_MS", std::chrono::milliseconds(500));
-    progress_ = Progress::none;
-    installation_.open(request_);
+    if (!installation_.isOpening()) {
+        attempt([this] {
+            installation_.open(request_);
+            progress_.begin();
+        });
+    }
 }
 
 void Server::finishOpening() {
-    try {
+    attempt([this] {
         installation_.finishOpening();
         failure_.clear();
         noteChange();
         areDocumentsNew_ = true;
         if (const auto why = whyNotWatched(); !why.empty()) {
-            send_(notification("window/logMessage", {{"type", infoMessageType}, {"message", forJSON(why)}}));
+            send_(loggedMessage(MessageType::info, why));
         }
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception& error) {
-        if (auto why = errorMessage(error); why != std::exchange(failure_, why)) {
-            send_(notification("window/showMessage", {{"type", errorMessageType}, {"message", forJSON(why)}}));
-        }
-    }
-    if (progress_ == Progress::shown) {
-        sendProgress({{"kind", "end"}});
-    }
-}
-
-void Server::showProgress() {
-    if (takesProgress_ && progress_ == Progress::none && Clock::now() >= progressAt_) {
-        progress_ = Progress::asked;
-        send_(request(progressToken, "window/workDoneProgress/create", {{"token", progressToken}}));
-    }
-}
-
-void Server::takeResponse(const Message& message) {
-    if (message.id == progressToken && progress_ == Progress::asked && !message.isError && installation_.isOpening()) {
-        progress_ = Progress::shown;
-        sendProgress({{"kind", "begin"}, {"title", "kelwhich opens the installation"}});
-    }
-}
-
-void Server::sendProgress(ordered_json value) {
-    send_(notification("$/progress", {{"token", progressToken}, {"value", std::move(value)}}));
+    });
+    progress_.end();
 }
 
 // The installation as it is now. Errors: RPCError when it could not be opened; the next request tries again.
@@ -322,13 +257,21 @@ void Server::noteChange() {
     mayHaveChanged_ = true;
 }
 
+// The editor saves what is not watched, too; perhaps a manifest that can now be opened.
+void Server::noteSaving() {
+    mayHaveChanged_ = true;
+    if (installation_.session() == nullptr) {
+        open();
+    }
+}
+
 // Of what is watched, and documents that are not saved yet. A manifest that changed is read anew.
 void Server::takeChanges() {
     if (installation_.isOutdated()) {
         open();
         return;
     }
-    if (installation_.session() != nullptr && areDocumentsNew_) {
+    if (areDocumentsNew_) {
         installation_.setOverlay(documents_.unsavedFiles());
     }
     if (installation_.takeChange()) {
@@ -336,14 +279,16 @@ void Server::takeChanges() {
     }
 }
 
-void Server::updateDiagnostics() {
+// Whether there was something to do. Meanwhile something may have changed.
+bool Server::updateDiagnostics() {
     const bool checksAll = mayHaveChanged_;
     if (installation_.session() == nullptr || !(checksAll || areDocumentsNew_)) {
-        return;
+        return false;
     }
     mayHaveChanged_ = areDocumentsNew_ = false;
     installation_.session()->dropCache();
     diagnostics_.update(documents_, *installation_.session(), !checksAll);
+    return true;
 }
 
 } // namespace tessgen::cli

@@ -10,23 +10,22 @@
 #include "cli/lsp/Frames.hpp"
 #include "cli/lsp/JsonRpc.hpp"
 #include "cli/lsp/OpenInstallation.hpp"
+#include "cli/lsp/OpeningProgress.hpp"
 #include "standalone/files/Descriptor.hpp"
 
-#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <vector>
 
 namespace tessgen::cli {
 
 class Server {
 public:
-    using Send = std::function<void(const nlohmann::ordered_json& message)>;
-
     // `request` is the one of the command line.
     Server(Request request, Send send);
 
@@ -38,7 +37,7 @@ public:
     [[nodiscard]] int openedDescriptor() const { return installation_.openedDescriptor(); }
     [[nodiscard]] int changeDescriptor() const { return installation_.changeDescriptor(); }
     [[nodiscard]] int editorDescriptor() const { return editor_.get(); }
-    [[nodiscard]] int milliseconds() const;
+    [[nodiscard]] int milliseconds() const { return progress_.milliseconds(); }
 
     // How many messages were taken and not handled yet. When `work` returned false, they wait for the installation.
     [[nodiscard]] std::size_t waiting() const { return messages_.size(); }
@@ -48,27 +47,24 @@ public:
     [[nodiscard]] bool wasShutDown() const { return state_ == State::shutDown; }
 
 private:
-    using Clock = std::chrono::steady_clock;
     enum class State { created, running, shutDown };
-    enum class Progress { none, asked, shown }; // of opening
 
     void handle(const Message& message);
     nlohmann::ordered_json answer(const Message& message);
     void notify(const Message& message);
     nlohmann::ordered_json initialize(const nlohmann::json& params);
-    void readClient(const nlohmann::json& params);
-    void takeResponse(const Message& message);
+    void watchEditor(pid_t process);
     void cancel(const nlohmann::json& params);
     bool canHandle(const Message& message);
 
+    void attempt(const std::function<void()>& action);
     void open();
     void finishOpening();
-    void showProgress();
-    void sendProgress(nlohmann::ordered_json value);
     ResolverSession& refreshed();
     void noteChange();
+    void noteSaving();
     void takeChanges();
-    void updateDiagnostics();
+    bool updateDiagnostics();
 
     Request request_; // of the command line, with the settings of the editor
     const Send send_;
@@ -76,17 +72,15 @@ private:
     bool isOver_ = false;
     std::deque<Message> messages_;
 
-    bool takesMarkdown_ = false;
-    bool takesProgress_ = false;
+    bool prefersMarkdown_ = false;  // the editor
     standalone::Descriptor editor_; // of the editor's process: readable when that has ended
     Documents documents_;
     Diagnostics diagnostics_;
 
     OpenInstallation installation_;
-    std::string failure_;      // why it could not be opened
+    OpeningProgress progress_;
+    std::string failure_;      // what was shown last: why it could not be opened, if it is not open
     bool mayOpenAgain_ = true; // for the next request
-    Clock::time_point progressAt_;
-    Progress progress_ = Progress::none;
     std::optional<std::vector<std::string>> names_; // every name of the installation, until something changes
     bool areDocumentsNew_ = false;                  // opened, changed or closed since the diagnostics were updated
     bool mayHaveChanged_ = false;                   // something that matters to them, since then
