@@ -21,95 +21,16 @@ PARAMS are JSON, in which @FILE@ is a file's URI.
 import json
 import os
 import re
-import select
 import subprocess
 import sys
-import time
-from urllib.parse import quote, unquote
+from urllib.parse import unquote
 
-PATIENCE = 60  # seconds
-DIAGNOSTICS = "textDocument/publishDiagnostics"
-
-
-def uri(path):
-    return "file://" + quote(os.path.abspath(path))
+from editor import DIAGNOSTICS, Editor, uri
 
 
 def shown(text):
     """A URI of a file as its path here."""
     return unquote(text).removeprefix("file://" + os.getcwd() + "/")
-
-
-class Editor:
-    def __init__(self, command):
-        self.server = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-        self.input = b""
-        self.messages = []
-        self.lastId = 0
-        self.document = None
-
-    def frame(self, message):
-        body = json.dumps({"jsonrpc": "2.0", **message}).encode()
-        return b"Content-Length: %d\r\n\r\n" % len(body) + body
-
-    def write(self, data):
-        try:
-            self.server.stdin.write(data)
-            self.server.stdin.flush()
-        except BrokenPipeError:
-            print("the server is gone")
-
-    def send(self, message):
-        self.write(self.frame(message))
-
-    def receive(self, wanted):
-        """The first message that is wanted; None at the end. Others stay."""
-        deadline = time.monotonic() + PATIENCE
-        while True:
-            for message in self.messages:
-                if wanted(message):
-                    self.messages.remove(message)
-                    return message
-            head = re.match(rb"Content-Length: (\d+)\r\n\r\n", self.input)
-            if head and len(self.input) >= head.end() + int(head[1]):
-                end = head.end() + int(head[1])
-                self.messages.append(json.loads(self.input[head.end():end]))
-                self.input = self.input[end:]
-                continue
-            if not select.select([self.server.stdout], [], [], deadline - time.monotonic())[0]:
-                sys.exit("lsp.py: no answer")
-            data = os.read(self.server.stdout.fileno(), 1 << 16)
-            if not data:
-                return None
-            self.input += data
-
-    def request(self, method, params, more=lambda lastId: b""):
-        self.lastId += 1
-        self.write(self.frame({"id": self.lastId, "method": method, "params": params}) + more(self.lastId))
-        return self.receive(lambda message: message.get("id") == self.lastId and "method" not in message)
-
-    def start(self, more):
-        wanted = {"processId": None, "rootUri": uri("."), "capabilities": {}, **params(more)}
-        response = self.request("initialize", wanted)
-        self.send({"method": "initialized", "params": {}})
-        return response
-
-    def open(self, path, text):
-        self.document = {"uri": uri(path)}
-        item = {**self.document, "languageId": "host", "version": 1, "text": text.replace("\\n", "\n")}
-        self.send({"method": "textDocument/didOpen", "params": {"textDocument": item}})
-
-    def ask(self, what, place):
-        line, character = map(int, place.split(":"))
-        position = {"line": line, "character": character}
-        return self.request("textDocument/" + what, {"textDocument": self.document, "position": position})
-
-    def end(self):
-        self.server.stdin.close()
-        while (message := self.receive(lambda message: True)) is not None:
-            if message.get("method") != DIAGNOSTICS:  # they may come or not
-                show("sent", message)
-        return self.server.wait(PATIENCE)
 
 
 def place(entry):
@@ -152,11 +73,11 @@ for step in sys.argv[1:]:
     word, _, rest = step.partition(" ")
     first, _, second = rest.partition(" ")
     if word == "start":
-        response = editor.start(rest)
+        response = editor.start(params(rest))
         if "result" not in response:
             show(word, response)
     elif word == "open":
-        editor.open(first, second)
+        editor.open(first, second.replace("\\n", "\n"))
     elif word == "request":
         show(first, editor.request(first, params(second)))
     elif word == "cancel":
@@ -178,8 +99,11 @@ for step in sys.argv[1:]:
     elif word == "close":
         editor.server.stdin.close()
     elif word == "stop":
-        editor.request("shutdown", None)
-        editor.send({"method": "exit", "params": None})
+        editor.stop()
     else:
-        show(word, editor.ask(word, rest))
-sys.exit(editor.end())
+        show(word, editor.ask(word, *map(int, rest.split(":"))))
+rest, code = editor.end()
+for message in rest:
+    if message.get("method") != DIAGNOSTICS:  # they may come or not
+        show("sent", message)
+sys.exit(code)
