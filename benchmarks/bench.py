@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 """Measures the program beside others, and prints one table: goal, figure, ratio, met or not. See scripts/bench.sh.
 
-Usage: bench.py BUILD [--quick] [--write]    BUILD is the folder of the release build
+Usage: bench.py BUILD [MEASURE...] [--quick] [--write]    BUILD is the folder of the release build
+MEASURE is one of MEASURES below; without one, all are run.
 --quick runs few rounds in small worlds: whether everything can be run and is answered rightly, not how fast.
---write puts the table and the plot into docs/performance.md.
+--write puts the table and the plot into docs/performance.md; of single measures only their rows.
 Ends with 0 whether goals are met or not; with 2 when something cannot be run or an answer is wrong.
 """
 import glob
 import json
 import os
 import random
-import re
 import shutil
 import statistics
 import subprocess
@@ -19,12 +19,13 @@ import tempfile
 import time
 
 import calls
+import document
+import editor_server
 import instructions
-import plot
 import watched
 
 HERE = os.path.dirname(os.path.realpath(__file__))
-DOCUMENT = os.path.join(HERE, "../docs/performance.md")
+MEASURES = ("fresh", "counted_as_searched", "store", "many", "warm", "watched_view", "editor_server", "gates", "others")
 
 
 class Wrong(Exception):
@@ -353,6 +354,9 @@ class Bench:
     def watched_view(self):
         watched.measure(self, list(self.searched.values())[-1], f"n{self.counts[1]}")
 
+    def editor_server(self):
+        editor_server.measure(self, list(self.searched.values())[-1], f"n{self.counts[1]}")
+
     def others(self):
         """The time that other programs take for one name; no goals."""
         world, name = self.large, self.large.shared[-1]
@@ -381,33 +385,20 @@ class Bench:
         return "".join(f"| {' | '.join(row)} |\n" for row in rows)
 
 
-def write_document(bench):
-    with open(DOCUMENT, encoding="utf-8") as text:
-        document = text.read()
-    table = f"<!-- table -->\n\n{bench.table()}\n<!-- end of table -->"
-    written, count = re.subn(r"<!-- table -->.*<!-- end of table -->", lambda _: table, document, flags=re.S)
-    if count != 1:
-        raise Wrong("docs/performance.md has no place for the table")
-    with open(DOCUMENT, "w", encoding="utf-8") as out:
-        out.write(written)
-    with open(os.path.join(os.path.dirname(DOCUMENT), "performance.svg"), "w", encoding="utf-8") as out:
-        out.write(plot.svg(bench.points))
-
-
 def main(words):
     options = [word for word in words if word.startswith("--")]
-    folders = [word for word in words if not word.startswith("--")]
-    if len(folders) != 1 or not set(options) <= {"--quick", "--write"}:
+    build, *chosen = [word for word in words if not word.startswith("--")] or [None]
+    if build is None or not set(chosen) <= set(MEASURES) or not set(options) <= {"--quick", "--write"}:
         sys.exit(__doc__)
     with tempfile.TemporaryDirectory() as folder:
         try:
-            bench = Bench(folders[0], os.path.realpath(folder), "--quick" in options)
+            bench = Bench(build, os.path.realpath(folder), "--quick" in options)
             bench.make_worlds()
-            for measure in (bench.fresh, bench.counted_as_searched, bench.store, bench.many, bench.warm,
-                            bench.watched_view, bench.gates, bench.others):
-                measure()
+            for measure in MEASURES:
+                if measure in chosen or not chosen:
+                    getattr(bench, measure)()
             if "--write" in options:
-                write_document(bench)
+                document.write(bench.table(), None if chosen else bench.points)
         except Wrong as error:
             print(f"bench.py: {error}", file=sys.stderr)
             return 2

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Measures the program beside others and prints one table: goal, figure, ratio, met or not. A few minutes on two
-# cores that do nothing else. Usage: scripts/bench.sh [--quick] [--write] [--npm], or scripts/bench.sh build
+# cores that do nothing else. Usage: scripts/bench.sh [MEASURE...] [--quick] [--write] [--npm], or scripts/bench.sh build
+# MEASURE: only this one, as `editor_server`; benchmarks/bench.py lists them.
 # --quick: few rounds in small worlds; shows that all can be run and is answered rightly, not how fast.
 # --write: the table and the plot go into docs/performance.md. --npm: gets oxc-resolver, which is not in Debian.
 # build: the processor time of building the demo from nothing instead; fails when it is too much.
