@@ -13,7 +13,8 @@
 #   the thread sanitizer    .ci/run runs only the tests that have threads.
 #   a clean root            debootstrap downloads a whole Debian; .ci/run unpacks the packages and builds a consumer.
 #   reports                 Chromium and a validator from npm; .ci/run checks the formats by what it has itself.
-#   editors                 Neovim, Emacs and a library from npm; .ci/run talks to the server by a script of its own.
+#   editors                 Neovim, Emacs, Kate, a library from npm, and 100,000 requests; .ci/run talks to the server by a
+#                           script of its own.
 . "$(dirname "$0")/lib.sh"
 . scripts/gates.sh
 

@@ -106,6 +106,10 @@ ROWS = [
         old="        return NotWatched::limit;\n", new="        return std::nullopt;\n"),
     Row("answers that changes cross", **watch("--part free --changes 10000"), figure=r"crossed (\d+)",
         fault="files that appear are ignored", old="IN_CREATE | IN_DELETE |", new="IN_DELETE |"),
+    Row("requests of an editor that leave memory where it was", **faults("lookup") |
+        {"run": "scripts/editors/load.py build/dev/cli/kelwhich 20000 100"}, figure=r"(\d+) requests", limit=600,
+        fault="bytes that were handled are kept", path="cli/lsp/Frames.cpp",
+        old="begin_ > bytes_.size() / 2", new="begin_ > bytes_.size()", prints=r"grown by \d{4}"),
     Row("inputs fuzzed", build="true", run=f"scripts/fuzz.sh {FUZZING}", figure=r"(\d+) inputs",
         fault="one for each target", limit=7200, caught_by="scripts/check-fuzz.sh"),
     Row("coverage of the library", build="true", run="scripts/coverage.sh",

@@ -12,7 +12,7 @@ bench_packages=(time git python3 libbenchmark-dev gnu-which zsh fd-find strace v
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck shellcheck python3 git pkgconf debootstrap lintian)
 browser_packages=(chromium nodejs python3-jsonschema)
-editor_packages=(neovim emacs-nox elpa-eglot nodejs)
+editor_packages=(neovim emacs-nox elpa-eglot kate nodejs)
 command -v npm >/dev/null || { browser_packages+=(npm) editor_packages+=(npm); } # with it, Node.js is of another source
 
 case "${1:-build}" in

@@ -36,6 +36,23 @@
        (lambda () (let ((capf (eglot-completion-at-point)))
                     (member "sum" (mapcar #'substring-no-properties (all-completions "su" (nth 2 capf)))))))
 
+(defun listed (command &rest words)
+  "The files that COMMAND lists when it is called with WORDS, in the order of their groups."
+  (save-window-excursion
+    (let ((inhibit-message t)) (apply command words))
+    (with-current-buffer "*xref*"
+      (mapcar (lambda (file) (file-relative-name (expand-file-name file root) root))
+              (seq-remove (lambda (line) (string-match-p "^\\( *[0-9]+:.*\\)?$" line))
+                          (split-string (buffer-string) "\n"))))))
+(goto-char (point-min))
+(search-forward "wav")
+(let ((files (listed #'eglot-find-declaration)))
+  (check (format "declaration lists all candidates: %s" files)
+         (lambda () (equal files '("mine/wave.vk" "host/kel/wave.vk" "host/library/signal/wave.vk")))))
+(let ((files (listed #'xref-find-apropos "ARE")))
+  (check (format "workspace symbols lists what contains are: %s" files)
+         (lambda () (equal files '("mine/@Shape/area.vk" "host/library/signal/area.vk")))))
+
 (goto-char (point-min))
 (search-forward "wav")
 (xref-find-definitions (xref-backend-identifier-at-point 'eglot))

@@ -18,7 +18,7 @@ wait("the client is attached", function()
 end)
 
 vim.fn.cursor(1, 12)
-vim.lsp.buf.hover()
+vim.cmd("normal K")
 local text
 wait("hover shows the candidates of wave", function()
   for _, window in ipairs(vim.api.nvim_list_wins()) do
@@ -38,7 +38,30 @@ local _, answer = next(answers)
 local words = vim.tbl_map(function(item) return item.word end, vim.lsp.util.text_document_completion_list_to_complete_items(answer.result, "su"))
 wait("completion offers sum: " .. table.concat(words, " "), function() return vim.tbl_contains(words, "sum") end)
 
-vim.lsp.buf.definition()
+-- The files of the quickfix list, once there is one with this title.
+local function listed(title)
+  local list = vim.fn.getqflist({ title = true, items = true })
+  if not list.title:find(title, 1, true) then return "" end
+  return table.concat(vim.tbl_map(function(item)
+    return vim.fn.fnamemodify(vim.fn.bufname(item.bufnr), ":.") .. " "
+  end, list.items))
+end
+
+vim.cmd("normal gD")
+wait("declaration lists all candidates", function() -- which Neovim sorts
+  return listed("LSP locations") == "host/kel/wave.vk host/library/signal/wave.vk mine/wave.vk "
+end)
+vim.cmd("cclose")
+wait("and goes to the preferred one", function() return place() == "mine/wave.vk 1" end)
+vim.cmd("edit mine/program.vk")
+vim.lsp.buf.workspace_symbol("ARE")
+wait("workspace symbols lists what contains are", function()
+  return listed("Symbols") == "mine/@Shape/area.vk host/library/signal/area.vk "
+end)
+
+vim.cmd("cclose")
+vim.fn.cursor(1, 12)
+vim.cmd("normal gd")
 wait("definition goes to mine/wave.vk", function() return place() == "mine/wave.vk 1" end)
 
 vim.cmd("edit! host/library/data/combine.vk")
