@@ -141,11 +141,11 @@ private:
         }
     }
 
-    // Another file may be mounted over the one that is listed. In a folder that may be listed but not entered, what is
-    // listed counts.
+    // Another file may be mounted over the one that is listed. What is listed counts when it is gone by now, for
+    // example because it was renamed, and in a folder that may be listed but not entered.
     bool isFile(const std::string& path, Kind listed) const {
         try {
-            return files_.kindOf(path) == Kind::file;
+            return files_.kindOf(path).value_or(listed) == Kind::file;
         } catch (const std::system_error& error) {
             if (listed == Kind::link || error.code() != std::errc::permission_denied) {
                 throw;

@@ -1,4 +1,5 @@
 #include "standalone/search/NameSearch.hpp"
+#include "standalone/files/BoundedFileTree.hpp"
 #include "standalone/files/RealFileTree.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
@@ -164,6 +165,17 @@ TYPED_TEST(NameSearchContract, TakesAnAbsoluteNameAsItIs) {
     EXPECT_THAT(this->find(name + std::u16string(u"\0x", 2)), IsEmpty()); // a NUL does not end a path
     EXPECT_THAT(this->find(toUTF16(this->disk.path("one/sub/wave")).value()), ElementsAre("one/sub/wave"));
     EXPECT_THAT(this->find(toUTF16(this->disk.path("two/linked")).value()), IsEmpty()); // nothing is appended
+}
+
+TEST(NameSearch, FindsAFileThatIsGoneSinceItWasListed) {
+    MemoryFileTree tree("/w", {"f.vk"});
+    tree.link("/w/f.vkx", "f.vk"); // of a link that is gone, nobody knows where it led
+    Installation installation;
+    installation.searchPath = {"/w"};
+    installation.extensions = {"vk", "vkx"};
+    int asked = 0;
+    const BoundedFileTree listedOnly(tree, [&asked] { return ++asked <= 3; }); // one listing of two entries
+    EXPECT_EQ(NameSearch(installation, listedOnly).find(u"f").size(), 1);
 }
 
 TEST(NameSearch, FailsForTheNamesThatNeedWhatCannotBeRead) {
