@@ -22,25 +22,36 @@ public:
 private:
     bool checkEntry(const DatabaseEntry& entry) override {
         const auto found = DatabaseSearch(file(), entry.key).next();
-        return expect(entry.key.starts_with('/') && isWritten(entry.value), "no build writes such a folder")
+        return expect(entry.key.starts_with('/') && isWritten(entry), "no build writes such a folder")
                && expect(found && found->key.data() == entry.key.data(), "the folder is not found by its path");
     }
 
-    static bool isWritten(std::string_view value) {
+    [[nodiscard]] bool isWritten(const DatabaseEntry& entry) const {
         const EntryFilter all{[](std::string_view /*name*/) { return true; }};
-        const auto folder = decodeFolder(value);
+        const auto folder = decodeFolder(entry.value);
         std::vector<FileTree::Entry> entries;
-        return folder && decodeEntries(folder->specialFolders, all, entries) && areSummariesOf(entries, folder->below)
-               && decodeEntries(folder->others, all, entries)
+        return folder && decodeEntries(folder->specialFolders, all, entries)
+               && areSummariesOf(entry.key, entries, folder->below) && decodeEntries(folder->others, all, entries)
                && encodeValue(encodeFolder(folder->summary.stamp, folder->summary.isWorldReadable, entries),
                               folder->below)
-                      == value;
+                      == entry.value;
     }
 
-    static bool areSummariesOf(const std::vector<FileTree::Entry>& specialFolders, std::string_view below) {
+    [[nodiscard]] bool areSummariesOf(std::string_view folder, const std::vector<FileTree::Entry>& specialFolders,
+                                      std::string_view below) const {
         return std::all_of(specialFolders.begin(), specialFolders.end(),
-                           [&below](const auto& entry) { return !isClassOrPrivate(entry.name) || takeSummary(below); })
+                           [&](const auto& entry) {
+                               return !isClassOrPrivate(entry.name)
+                                      || isSummaryOf(joinPath(folder, entry.name), takeSummary(below));
+                           })
                && below.empty();
+    }
+
+    // Whether the summary is the one in the folder's own entry. A damaged entry is reported by itself.
+    [[nodiscard]] bool isSummaryOf(const std::string& folder, const std::optional<FolderSummary>& summary) const {
+        const auto entry = DatabaseSearch(file(), folder).nextUnchecked();
+        const auto own = entry ? decodeFolder(entry->value) : IndexedFolder();
+        return summary && (!own || own->summary == *summary);
     }
 };
 

@@ -47,6 +47,7 @@ struct FolderSummary {
     // False when the folder has no file of the symbol of `file`; true also, though rarely, by a collision of
     // fingerprints.
     [[nodiscard]] bool mayContain(std::string_view file) const;
+    [[nodiscard]] bool operator==(const FolderSummary&) const = default;
 
     bool isRecorded = false; // else the rest means nothing
     bool isWorldReadable = false;

@@ -379,5 +379,20 @@ TEST(SearchIndex, RefusesWhatNoBuildWrites) {
     }
 }
 
+TEST(SearchIndexCheck, FindsASummaryThatIsNotOfTheFolder) {
+    const TemporaryFolder folder;
+    const auto info = encodeInfo({std::u16string(searchIndexKind.magic), searchIndexKind.version, 2, u""});
+    const FolderStamp stamp{1, 2, 3, 4, 5, 6};
+    const auto above = encodeFolder(stamp, true, {{"@C", FileTree::Kind::folder}});
+    const auto own = encodeFolder(stamp, true, {{"f.vk", FileTree::Kind::file}});
+    const auto other = encodeFolder(stamp, true, {{"g.vk", FileTree::Kind::file}}).summary;
+    for (const auto& [below, damages] : {std::pair(own.summary, 0U), {other, 1U}, {std::string(noSummary), 1U}}) {
+        const auto file = writeDatabase(folder, {test::withChecksum("/w", encodeValue(above, below)),
+                                                 test::withChecksum("/w/@C", encodeValue(own, "")),
+                                                 test::withChecksum(std::string(databaseInfoKey), info)});
+        EXPECT_EQ(checkSearchIndex(file).damages, damages);
+    }
+}
+
 } // namespace
 } // namespace tessgen::standalone
