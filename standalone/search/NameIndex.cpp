@@ -70,15 +70,28 @@ void NameIndex::link(std::size_t file) {
     first = static_cast<std::uint32_t>(file);
 }
 
-std::vector<NameIndex::Match> NameIndex::matches(std::string_view symbol) const {
+template <typename Visit>
+void NameIndex::forEachFile(std::string_view symbol, Visit visit) const {
     const std::size_t begin = symbol.rfind('.') + 1; // 0 when there is no dot
     const std::string_view prefix = symbol.substr(0, begin);
     const std::string_view name = symbol.substr(begin);
-    std::vector<Match> found;
-    for (auto number = firstOf(prefix, name, chains_[chainOf(name)]); number != none;
-         number = firstOf(prefix, name, files_[number].next)) {
-        found.push_back({folders_[folderOf(files_[number])].searchFolder, number});
+    for (auto file = firstOf(prefix, name, chains_[chainOf(name)]); file != none;
+         file = firstOf(prefix, name, files_[file].next)) {
+        visit(file);
     }
+}
+
+std::vector<FoundPlace> NameIndex::find(std::string_view symbol) const {
+    std::vector<FoundPlace> places;
+    forEachFile(symbol, [&](std::uint32_t file) { places.push_back(placeOf(file)); });
+    return places;
+}
+
+std::vector<NameIndex::Match> NameIndex::matches(std::string_view symbol) const {
+    std::vector<Match> found;
+    forEachFile(symbol, [&](std::uint32_t file) {
+        found.push_back({folders_[folderOf(files_[file])].searchFolder, file});
+    });
     if (!isInOrder_) {
         std::sort(found.begin(), found.end(), [](const Match& a, const Match& b) {
             return std::tie(a.searchFolder, a.file) < std::tie(b.searchFolder, b.file);
@@ -87,24 +100,16 @@ std::vector<NameIndex::Match> NameIndex::matches(std::string_view symbol) const 
     return found;
 }
 
-FoundPlace NameIndex::placeOf(const Match& match) const {
-    const File& file = files_[match.file];
-    const Folder& folder = folders_[folderOf(file)];
-    const std::string_view name = nameOf(match.file);
-    const std::string& extension = extensions_[file.place % extensions_.size()];
+FoundPlace NameIndex::placeOf(std::uint32_t file) const {
+    const std::uint32_t place = files_[file].place;
+    const Folder& folder = folders_[folderOf(files_[file])];
+    const std::string_view name = nameOf(file);
+    const std::string& extension = extensions_[place % extensions_.size()];
     const std::size_t length = folder.prefix - folder.path;
     std::string path;
     path.reserve(length + name.size() + 1 + extension.size());
     path.assign(folderTexts_, folder.path, length).append(name).append(1, '.').append(extension);
     return {toUTF16(path).value(), {}};
-}
-
-std::vector<FoundPlace> NameIndex::find(std::string_view symbol) const {
-    std::vector<FoundPlace> places;
-    for (const Match& match : matches(symbol)) {
-        places.push_back(placeOf(match));
-    }
-    return places;
 }
 
 bool NameIndex::isWorthRebuilding() const {

@@ -33,15 +33,17 @@ public:
     // Errors: std::runtime_error for names of 4 GiB or more together, or as many folders.
     void close();
 
+    // The places of a symbol's files, in the order in which they were added. For an index without files that were added
+    // anew.
+    [[nodiscard]] std::vector<FoundPlace> find(std::string_view symbol) const;
+
     struct Match {
         std::uint32_t searchFolder;
         std::uint32_t file;
     };
     // The files of a symbol, by search folders, and in the order in which they were added.
     [[nodiscard]] std::vector<Match> matches(std::string_view symbol) const;
-    [[nodiscard]] FoundPlace placeOf(const Match& match) const;
-    // The places of all matches.
-    [[nodiscard]] std::vector<FoundPlace> find(std::string_view symbol) const;
+    [[nodiscard]] FoundPlace placeOf(std::uint32_t file) const;
 
     // Whether so much no longer counts that a new index is smaller by half, or quicker.
     [[nodiscard]] bool isWorthRebuilding() const;
@@ -75,6 +77,9 @@ private:
     [[nodiscard]] std::size_t chainOf(std::string_view name) const;
     // The first file that counts of the symbol `prefix` + `name`, from `file` on along its chain, or `none`.
     [[nodiscard]] std::uint32_t firstOf(std::string_view prefix, std::string_view name, std::uint32_t file) const;
+    // Visits the files that count of a symbol, along its chain.
+    template <typename Visit>
+    void forEachFile(std::string_view symbol, Visit visit) const;
 
     const std::vector<std::string> extensions_;
     std::string folderTexts_;

@@ -68,7 +68,7 @@ std::vector<FoundPlace> WatchedSearch::find(std::string_view symbol, const FileT
     auto match = matches.begin();
     const auto addBefore = [&](Number number) {
         for (; match != matches.end() && match->searchFolder < number; ++match) {
-            places.push_back(index_->placeOf(*match));
+            places.push_back(index_->placeOf(match->file));
         }
     };
     for (const Number number : partial_) {
