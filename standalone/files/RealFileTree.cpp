@@ -126,6 +126,8 @@ int addEntries(const Descriptor& opened, const std::string& folder, const EntryF
                std::vector<FileTree::Entry>& found) {
     constexpr std::size_t usualCount = 32;
     found.reserve(usualCount);
+    constexpr std::size_t few = 4; // looking for more files takes longer than listing the folder
+    const bool areFew = !wanted.files.empty() && wanted.files.size() <= few;
     return forEachEntry(opened, folder, [&](const dirent64& entry) {
         const std::string_view name = entry.d_name;
         if (name == "." || name == ".." || !wanted.accepts(name)) {
@@ -135,7 +137,7 @@ int addEntries(const Descriptor& opened, const std::string& folder, const EntryF
             throw DiskError(ENAMETOOLONG, joinPath(folder, name));
         }
         const auto kind = kindOfEntry(opened, entry);
-        const bool mayBeLeftOut = kind == Kind::folder && !wanted.files.empty() && isClassOrPrivate(name);
+        const bool mayBeLeftOut = kind == Kind::folder && areFew && isClassOrPrivate(name);
         if (mayBeLeftOut && holdsNone(opened, entry.d_name, wanted.files)) {
             return;
         }
