@@ -19,12 +19,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -148,6 +150,12 @@ std::string storeCommand(const Request& request, const std::string& records) {
     return fmt::format("next:\n  {} store build {}\n", program, shellWord(records));
 }
 
+// Whether there is no store, or the records changed after it was built.
+bool isToBeBuilt(const std::optional<std::string>& store, const std::string& records) {
+    std::error_code unknown; // then the time is the least
+    return !store || std::filesystem::last_write_time(*store, unknown) < std::filesystem::last_write_time(records);
+}
+
 // Errors: std::runtime_error: the folder's manifest is absent, is a link, or may be another user's.
 void requireOwnManifest(const std::string& manifest, const std::string& folder) {
     if (!isThere(manifest)) {
@@ -156,6 +164,21 @@ void requireOwnManifest(const std::string& manifest, const std::string& folder) 
     }
     requireTrusted(manifest);
     refuseLink(manifest, "name the manifest that it leads to with --installation");
+}
+
+// `folders`, relative to the tree, are new KEL folders.
+// Errors: std::runtime_error: one is searched, and nothing is taken off the search path.
+void refuseSearched(const std::vector<std::string>& folders, const std::string& tree,
+                    const standalone::Installation& installation) {
+    for (const auto& folder : folders) {
+        const auto path = standalone::absolutePath(folder, tree);
+        const auto isIt = [&path](const std::string& searched) { return standalone::realPath(searched) == path; };
+        if (std::any_of(installation.searchPath.begin(), installation.searchPath.end(), isIt)) {
+            throw std::runtime_error(fmt::format("{}: is on the search path, from which --update takes nothing; remove "
+                                                 "it from searchPath of {} first",
+                                                 folder, installation.manifest));
+        }
+    }
 }
 
 } // namespace
@@ -177,24 +200,27 @@ int updateInstallation(const Request& request) {
         recordsFile.emplace(records);
         recorded = recordedFiles(recordsFile->old(), records, installation.root);
     }
-    Additions added{standalone::newsIn(tree, relativeKELFolders(request.kelFolders, tree), installation, recorded,
-                                       standalone::RealFileTree(), standalone::realPath),
-                    {}};
+    const auto kelFolders = relativeKELFolders(request.kelFolders, tree);
+    refuseSearched(kelFolders, tree, installation);
+    Additions added{
+        standalone::newsIn(tree, kelFolders, installation, recorded, standalone::RealFileTree(), standalone::realPath),
+        {}};
     reportSkipped(added.news.notUTF8, added.news.unreadable);
     std::string next;
     if (!hasRecords && added.toRecords()) {
         added.news.kelFiles.clear();
         next = "KEL files are found by their support records; use --records to write a first version\n";
-    } else if (added.toRecords()) {
+    } else if (added.toRecords() || !recorded.empty()) {
         added.stores.assign(installation.supportStore ? 0 : 1, storeName);
-        recordsFile->write(amendedRecords(recordsFile->old(), added));
-        next = storeCommand(request, records);
+        next =
+            added.toRecords() || isToBeBuilt(installation.supportStore, records) ? storeCommand(request, records) : "";
     }
     if (added.toManifest()) {
         manifestFile.write(amendedManifest(manifestFile.old(), added));
         manifestFile.commit();
     }
     if (added.toRecords()) {
+        recordsFile->write(amendedRecords(recordsFile->old(), added));
         recordsFile->commit();
     }
     writeOut(summary(added, installation.manifest, records) + next);

@@ -1,3 +1,4 @@
+#include "cli/commands/Answering.hpp"
 #include "cli/commands/Commands.hpp"
 #include "cli/commands/LockOf.hpp"
 #include "cli/output/Console.hpp"
@@ -60,6 +61,7 @@ int lock(const Request& request) {
         return writeLockFile(*request.output, now, outcome);
     }
     writeLock(now, writeOut);
+    noteOnName(request);
     return outcome.exitCode();
 }
 

@@ -34,8 +34,9 @@ int storeBuild(const Request& request) {
         standalone::readInstallation(request.output ? findManifest(request) : findManifestToWriteBy(request));
     const auto& output = request.output ? request.output : installation.supportStore;
     if (!output) {
-        throw std::runtime_error(fmt::format(
-            "{}: has no key supportStore; add it, or name the file to write with --output", installation.manifest));
+        throw std::runtime_error(fmt::format("{}: has no key supportStore; add \"supportStore\": \"support.cdb\", or "
+                                             "name the file to write with --output",
+                                             installation.manifest));
     }
     standalone::requireFolder(installation, "root", installation.root);
     const auto built = buildShowingProgress(request.operands.front(), *output, installation.root);

@@ -189,7 +189,8 @@ private:
     void check() const {
         for (const auto* const row : seen_) {
             if (!row->belongsTo(*command_)) {
-                refuse(fmt::format("option --{} cannot be used with '{}'", row->name, command_->words()));
+                refuse(fmt::format("option --{} cannot be used with '{}'", row->name, command_->words()),
+                       fmt::format("see kelwhich {} --help", command_->words()));
             }
         }
         if (request_.replay && (request_.installation || request_.record)) {
