@@ -63,7 +63,7 @@ public:
 
     std::u16string text() {
         auto text = spelling_.read(next());
-        require(text.has_value(), R"(a text without "\" but in \\ and \u{...})");
+        require(text.has_value(), "a text, escaped as kelwhich lock writes it");
         return *std::move(text);
     }
 

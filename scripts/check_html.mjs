@@ -149,7 +149,23 @@ async function looks() {
       await isAccessible(page, `${scheme}, ${name}, explained`);
     }
   }
-  const print = await page.pdf({ path: pictures && `${pictures}/print.pdf` });
+  await page.close();
+}
+
+// As wide as A4 is between its margins.
+async function isWholeInPrint() {
+  const page = await newPage();
+  await page.emulateMediaType('print');
+  await page.setViewport({ width: 1032, height: 700 });
+  for (const path of [small, large]) {
+    await page.goto(`file://${path}`);
+    expect('cut off in print', await page.evaluate(() => [...document.querySelectorAll('th, td, th span')]
+      .filter(cell => cell.clientWidth > 0 && cell.scrollWidth > cell.clientWidth + 1)
+      .map(cell => cell.outerHTML.slice(0, 80)).slice(0, 3)), []);
+    expect('width in print', await page.evaluate(() => document.documentElement.scrollWidth), 1032);
+  }
+  await page.goto(`file://${small}`);
+  const print = await page.pdf({ path: pictures && `${pictures}/print.pdf`, preferCSSPageSize: true });
   expect('bytes printed', print.length, size => size > 10000);
   await page.close();
 }
@@ -169,6 +185,7 @@ await filters(page);
 await searchAndKeys(page);
 await page.close();
 await looks();
+await isWholeInPrint();
 await isReadableWithoutScript();
 await opensSoon();
 expect('requests that leave, errors, messages', complaints, []);

@@ -63,7 +63,7 @@ std::u16string unescaped(const std::string& spelled) {
 } // namespace
 
 KnownFindings::KnownFindings(const std::string& file, bool mayBeAbsent, const standalone::SessionState& session)
-    : file_(inUTF8(absolute(file))), paths_(session), files_(session.files) {
+    : file_(absoluteInUTF8(file)), paths_(session), files_(session.files) {
     std::error_code unknown;
     if (mayBeAbsent && !std::filesystem::exists(file_, unknown) && !unknown) {
         return;
@@ -155,15 +155,9 @@ bool KnownFindings::isFile(const std::u16string& path) const {
 ReportEntry KnownFindings::staleEntry(const KnownFinding& known, std::size_t line) const {
     const auto& [code, level, meaning, advice] = analysis::rule::staleBaseline;
     const auto about = known.use.empty() || known.use == analysis::unknownPlace ? known.path : known.use;
-    const auto message = "this line matches no finding: " + known.code + (about.empty() ? "" : " of " + about);
-    return {{code,
-             level,
-             unescaped(known.name),
-             standalone::toUTF16(file_).value(),
-             {},
-             {},
-             standalone::toUTF16(forJSON(message)).value(),
-             advice},
+    const auto message =
+        unescaped("this line matches no finding: " + known.code + (about.empty() ? "" : " of " + about));
+    return {{code, level, unescaped(known.name), standalone::toUTF16(file_).value(), {}, {}, message, advice},
             UsePlace{file_, line, 1}};
 }
 

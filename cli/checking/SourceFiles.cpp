@@ -64,10 +64,7 @@ public:
     }
 
     void addGiven(const std::string& given) {
-        if (!standalone::isUTF8(given)) {
-            throw std::runtime_error(given + ": the path is not UTF-8");
-        }
-        const auto path = inUTF8(absolute(given));
+        const auto path = absoluteInUTF8(given);
         if (!path.starts_with('/')) {
             throw std::runtime_error(given + ": the path of the working folder is not UTF-8");
         }
@@ -86,7 +83,8 @@ public:
             add(joinPath(folder, path.substr(slash + 1)));
             found_.roots.push_back(found_.paths.back());
         } else {
-            throw std::runtime_error(given + ": there is no such file or folder");
+            throw std::runtime_error(
+                given + (kind ? ": is neither a file nor a folder" : ": there is no such file or folder"));
         }
     }
 

@@ -135,14 +135,13 @@ bool fails(const Report& report, const Request& request) {
 
 // Writes the reports and prints the findings; `written` is said of the baseline. Returns the exit code.
 int print(const Report& report, const Checked& checked, const std::string& written, const Request& request) {
-    const auto onOutput = writeReports(request.reports, report);
     const auto words = summary(report, checked);
     const int exitCode = !checked.skipped.empty() ? exitPartial : fails(report, request) ? exitNo : exitYes;
     auto text = request.json ? asJSON(report, checked) : asText(report, leastListed(request), outputIsColoured());
     if (!request.json) {
         text += written + (exitCode == exitYes ? words + "\n" : "");
     }
-    writeOut(text + onOutput);
+    writeOut(withReports(std::move(text), request.reports, report));
     if (exitCode != exitYes) {
         reportError(words);
     }

@@ -87,8 +87,8 @@ int doctor(const Request& request) {
     requireReplaceable(request.reports);
     const ResolverSession resolver(request, standalone::View::snapshot);
     const auto findings = diagnose(diagnosisInput(resolver));
-    const auto annotations = request.reports.empty() ? "" : writeReports(request.reports, reportOn(findings));
-    writeOut((request.json ? asJSON(findings) : asText(findings)) + annotations);
+    auto text = request.json ? asJSON(findings) : asText(findings);
+    writeOut(request.reports.empty() ? text : withReports(std::move(text), request.reports, reportOn(findings)));
     noteOnName(request, resolver);
     if (findings.empty()) {
         return exitYes;

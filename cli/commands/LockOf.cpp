@@ -106,8 +106,7 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, con
     }
     if (!names) {
         if (session.snapshotSearch->hasUnreadable()) {
-            reportError("folders that cannot be read may hold more names; find them with: kelwhich doctor");
-            outcome.addFailure();
+            outcome.setIncomplete("folders that cannot be read may hold more names; find them with: kelwhich doctor");
         } else if (!session.snapshotSearch->isComplete()) {
             reportNote("packages behind several links may hold more names");
         }
@@ -119,9 +118,11 @@ Lock lockOf(const Request& request, const std::optional<LockedNames>& names, con
 int printChanges(const Request& request, std::string_view command, const Lock& before, const Lock& after,
                  const Outcome& outcome) {
     const auto names = changesBetween(before, after);
-    const auto annotations =
-        request.reports.empty() ? "" : writeReports(request.reports, reportOn(names, command, before, after));
-    writeOut((request.json ? asJSON(names, before, after) : asText(names)) + annotations);
+    auto text = request.json ? asJSON(names, before, after) : asText(names);
+    if (!request.reports.empty()) {
+        text = withReports(std::move(text), request.reports, reportOn(names, command, before, after));
+    }
+    writeOut(text);
     const auto exitCode = outcome.exitCode();
     if (exitCode != exitYes || names.empty()) {
         return exitCode;

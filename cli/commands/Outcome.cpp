@@ -28,9 +28,12 @@ void Outcome::addFailure(const std::string& name, const std::exception& error) {
 }
 
 int Outcome::exitCode(bool isQuiet) const {
-    if (failed_ > 0) {
-        if (asked() > 1 || reportsErrorsInJSON()) { // in text, the only name's own error is the last line
+    if (failed_ > 0 || !incomplete_.empty()) {
+        if (failed_ > 0 && (asked() > 1 || reportsErrorsInJSON())) { // in text, the only name's own error is the last
             reportError(fmt::format("{} of {} {} not answered", failed_, asked(), subject_.many));
+        }
+        if (!incomplete_.empty()) {
+            reportError(incomplete_);
         }
         return answered_ == 0 ? exitFailed : exitPartial;
     }

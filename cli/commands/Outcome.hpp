@@ -26,6 +26,8 @@ public:
     void addFailure(const std::string& name, const std::exception& error);
     // Counts a failure that the caller reports.
     void addFailure() { ++failed_; }
+    // What keeps the names from being all that there are: it is reported, and counts as a failure, but of no name.
+    void setIncomplete(std::string_view reason) { incomplete_ = reason; }
 
     [[nodiscard]] std::size_t asked() const { return answered_ + failed_; }
     // The exit code. Reports why it is not 0; with `isQuiet` only failures are reported.
@@ -35,8 +37,9 @@ private:
     Subject subject_;
     std::size_t answered_ = 0;
     std::size_t failed_ = 0;
-    std::size_t empty_ = 0;   // answered without a candidate
-    std::size_t unmet_ = 0;   // answered, but not as required
+    std::size_t empty_ = 0; // answered without a candidate
+    std::size_t unmet_ = 0; // answered, but not as required
+    std::string_view incomplete_;
     std::string firstReason_; // of the first name that is empty or unmet
 };
 

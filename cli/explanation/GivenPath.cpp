@@ -6,6 +6,7 @@
 #include "standalone/text/Text.hpp"
 
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 
 namespace tessgen::cli {
@@ -15,6 +16,13 @@ std::u16string absolute(const std::string& path) {
     const auto folder = std::filesystem::current_path(unknown);
     const auto text = unknown && !path.starts_with('/') ? path : standalone::absolutePath(path, folder.string());
     return standalone::toUTF16(text).value_or(parseName(path));
+}
+
+std::string absoluteInUTF8(const std::string& path) {
+    if (!standalone::isUTF8(path)) {
+        throw std::runtime_error(path + ": the path is not UTF-8");
+    }
+    return inUTF8(absolute(path));
 }
 
 std::string withoutFolderLinks(const std::string& path) {

@@ -8,6 +8,10 @@ namespace tessgen::cli {
 // `path` without "." and "..", absolute if the working folder is known.
 std::u16string absolute(const std::string& path);
 
+// The same in UTF-8.
+// Errors: std::runtime_error that names the path: it is not UTF-8.
+std::string absoluteInUTF8(const std::string& path);
+
 // The same entry of the same folder, without links on the way to the folder. A file that is a link stays itself.
 std::string withoutFolderLinks(const std::string& path);
 

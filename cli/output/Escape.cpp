@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace tessgen::cli {
 
@@ -144,7 +145,7 @@ std::optional<std::u16string> unescapedText(std::string_view escaped) {
         text += *found.units;
         escaped.remove_prefix(found.length);
     }
-    return text;
+    return standalone::toUTF8(text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
 std::string forJSON(std::string_view text) {

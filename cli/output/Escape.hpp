@@ -19,7 +19,8 @@ namespace tessgen::cli {
 //   a byte that is not UTF-8            -> \x{FF}
 std::string escaped(std::string_view text);
 
-// The same of UTF-16, with a lone surrogate as \u{D800}; and the text that was escaped so, nothing when none was.
+// The same of UTF-16, with a lone surrogate as \u{D800}; and the text that was escaped so, nothing when there is none
+// without a lone surrogate.
 std::string escapedText(const std::u16string& text);
 std::optional<std::u16string> unescapedText(std::string_view escaped);
 

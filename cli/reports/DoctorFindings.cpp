@@ -32,19 +32,23 @@ std::u16string utf16(std::string_view text) {
     return standalone::toUTF16(forJSON(text)).value();
 }
 
+// The place, then ": "; without the path of the finding at its beginning, which is shown anyway.
+std::string_view placeBesidePath(const standalone::Finding& finding, const std::string& place) {
+    return std::string_view(place).substr(place.starts_with(finding.path + ": ") ? finding.path.size() + 2 : 0);
+}
+
 } // namespace
 
 analysis::Finding asFinding(const standalone::Finding& finding) {
     const auto& [code, sentence, advice] = textOf(finding.diagnostic);
     const auto clause = sentence.substr(0, sentence.rfind('.'));
-    const auto place = finding.place == finding.path ? "" : finding.place + ": "; // the path is shown anyway
     return {code,
             levelOf(finding.diagnostic),
             utf16(finding.name),
             utf16(finding.path),
             utf16(finding.other),
             {},
-            utf16(place) + utf16(clause),
+            utf16(placeBesidePath(finding, finding.place + ": ")) + utf16(clause),
             advice};
 }
 

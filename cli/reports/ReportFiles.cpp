@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <fstream>
 #include <initializer_list>
 #include <stdexcept>
@@ -68,6 +69,21 @@ constexpr auto formats = std::to_array<ReportFormat>({
     {github, {"a file of kelwhich's annotations", "--report", isAnnotations}, githubReport},
 });
 
+// GitHub takes a line of the log for a command that begins with "::", blanks aside, or holds "##[": with the first
+// character of these escaped.
+std::string withoutCommands(std::string_view text) {
+    std::string out;
+    bool isBeginning = true; // of a line
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto rest = text.substr(at);
+        const bool isCommand = (isBeginning && rest.starts_with("::")) || rest.starts_with("##[");
+        isBeginning = rest.front() == '\n' || (isBeginning && rest.front() == ' ');
+        out +=
+            isCommand ? fmt::format("\\u{{{:X}}}", static_cast<unsigned>(rest.front())) : std::string(1, rest.front());
+    }
+    return out;
+}
+
 [[noreturn]] void refuseReport(std::string_view argument, std::string_view why) {
     throw std::runtime_error(fmt::format("--report: '{}' {}", argument, why));
 }
@@ -104,10 +120,11 @@ void requireReplaceable(const ReportTargets& targets) {
     }
 }
 
-std::string writeReports(const ReportTargets& targets, const Report& report) {
+std::string withReports(std::string text, const ReportTargets& targets, const Report& report) {
     std::string onOutput;
     for (const auto& [format, file] : targets) {
         if (file == standardOutput) {
+            text = withoutCommands(text);
             onOutput = format->print(report);
             continue;
         }
@@ -115,7 +132,7 @@ std::string writeReports(const ReportTargets& targets, const Report& report) {
         target.append(format->print(report));
         target.commit();
     }
-    return onOutput;
+    return text + onOutput;
 }
 
 } // namespace tessgen::cli

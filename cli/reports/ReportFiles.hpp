@@ -32,8 +32,9 @@ void addReport(ReportTargets& targets, std::string_view argument);
 // Errors: an existing file is neither empty nor a report of the same format.
 void requireReplaceable(const ReportTargets& targets);
 
-// Replaces each file, and returns what goes to standard output.
+// Replaces each file. Returns `text`, then the report that goes to standard output, if any; no line of `text` is then
+// one of its commands.
 // Errors: those of AtomicFile.
-[[nodiscard]] std::string writeReports(const ReportTargets& targets, const Report& report);
+[[nodiscard]] std::string withReports(std::string text, const ReportTargets& targets, const Report& report);
 
 } // namespace tessgen::cli

@@ -83,7 +83,7 @@ TEST(Lock, SaysWhatIsWrongInALine) {
     EXPECT_EQ(ascii(readLockLine("f" + candidate, spelling).candidates.at(0).path), "/w/f.vk");
     const std::string fields =
         "expected a name, then a path, a kind, verdicts and a key for each candidate, without a key for the last";
-    const std::string text = R"(expected a text without "\" but in \\ and \u{...})";
+    const std::string text = "expected a text, escaped as kelwhich lock writes it";
     const std::string verdicts = "field 4: expected \"-\", or some of user,supported,indirect,missing";
     const std::string key = "field 5: expected \"by \" and a key, such as user";
     const std::pair<std::string, std::string> cases[] = {

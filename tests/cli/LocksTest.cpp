@@ -144,7 +144,8 @@ TEST(Locks, TextsAreReadAsTheyAreEscaped) {
             text += units[random() % units.size()];
         }
         const auto escaped = cli::escapedText(text);
-        EXPECT_EQ(cli::unescapedText(escaped), text) << escaped;
+        EXPECT_EQ(cli::unescapedText(escaped), standalone::toUTF8(text) ? std::optional(text) : std::nullopt)
+            << escaped;
         EXPECT_TRUE(standalone::isUTF8(escaped));
         EXPECT_EQ(escaped.find_first_of("\t\n"), std::string::npos);
     }
