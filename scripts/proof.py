@@ -96,7 +96,7 @@ ROWS = [
     Row("changes between two questions", **watch("--part lock-step --changes 2000"), figure=r"(\d+) changes",
         fault="a kind of event is ignored", old="IN_MOVED_FROM | IN_MOVED_TO", new="IN_MOVED_FROM"),
     Row("folders moved away and back", **watch("--part lock-step --only moves --changes 500"), figure=r"(\d+) changes",
-        fault="the folders above are not watched", old="folder.size() > 1 && above", new="folder.empty() && above"),
+        fault="the folders above are not watched", old="folder.above != nullptr)", new="folder.above == &folder)"),
     Row("mounts made, moved and removed", **watch("--part lock-step --only mounts --changes 500"),
         figure=r"(\d+) changes", fault="a mount is ignored", old="changes.areMountsOther = true;", new=""),
     Row("queues of changes that overflow", **watch("--part floods --changes 3000"), figure=r"changes lost (\d+)",

@@ -1,11 +1,14 @@
 #include "standalone/files/MountPoints.hpp"
 
-#include "standalone/files/LineReader.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
-#include <stdexcept>
+#include <fcntl.h>
 #include <string_view>
+#include <system_error>
+#include <unistd.h>
 
 namespace tessgen::standalone {
 
@@ -38,14 +41,29 @@ std::string unescaped(std::string_view text) {
 } // namespace
 
 std::set<std::string> namesOfMountPoints() {
-    std::set<std::string> names;
     try {
-        LineReader lines("/proc/self/mountinfo");
-        while (const auto line = lines.next()) {
-            const auto path = mountPointIn(*line);
-            names.insert(unescaped(path.substr(path.rfind('/') + 1)));
+        return namesOfMountPoints(Descriptor(open(mountsFile, O_RDONLY | O_CLOEXEC)));
+    } catch (const std::system_error&) { // there is no such file, or it breaks off
+        return {};
+    }
+}
+
+std::set<std::string> namesOfMountPoints(const Descriptor& mounts) {
+    constexpr std::size_t blockSize = std::size_t{1} << 14U;
+    std::string lines;
+    for (ssize_t size = 1; size > 0;) {
+        const auto before = lines.size();
+        lines.resize(before + blockSize);
+        size = pread(mounts.get(), lines.data() + before, blockSize, static_cast<off_t>(before));
+        if (size < 0) {
+            throw std::system_error(errno, std::generic_category(), mountsFile);
         }
-    } catch (const std::runtime_error&) { // NOLINT(bugprone-empty-catch): there is no such file, or it breaks off
+        lines.resize(before + static_cast<std::size_t>(size));
+    }
+    std::set<std::string> names;
+    for (const auto& line : split(lines, '\n')) {
+        const auto path = mountPointIn(line);
+        names.insert(unescaped(path.substr(path.rfind('/') + 1)));
     }
     return names;
 }

@@ -4,6 +4,7 @@
 // Threads: any.
 #pragma once
 
+#include "standalone/files/Descriptor.hpp"
 #include "standalone/files/FileTree.hpp"
 
 #include <set>
@@ -12,9 +13,13 @@
 
 namespace tessgen::standalone {
 
+inline constexpr const char* mountsFile = "/proc/self/mountinfo";
+
 // The file names of all mount points, without their folders, since links may lead there by other paths. Empty where the
 // system does not tell.
 [[nodiscard]] std::set<std::string> namesOfMountPoints();
+// The same, from `mountsFile` that is open. Errors: std::system_error.
+[[nodiscard]] std::set<std::string> namesOfMountPoints(const Descriptor& mounts);
 
 // Makes links of the entries over which something of these names may be mounted, so that the disk is asked what is
 // there.

@@ -1,14 +1,17 @@
 #include "standalone/watch/FolderWatch.hpp"
 
 #include "standalone/files/MountPoints.hpp"
+#include "standalone/text/PathText.hpp"
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <iterator>
 #include <linux/magic.h>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -17,13 +20,13 @@ namespace tessgen::standalone {
 
 namespace {
 
-constexpr const char* mountsFile = "/proc/self/mountinfo";
-
 constexpr std::uint32_t goneMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
 constexpr std::uint32_t entryMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
 // IN_MASK_ADD: a folder that has another path keeps its watch.
 constexpr std::uint32_t watchMask =
-    entryMask | IN_ATTRIB | IN_CLOSE_WRITE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD;
+    entryMask | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD;
+// What costs most to watch, since the system then marks each entry.
+constexpr std::uint32_t contentMask = IN_ATTRIB | IN_CLOSE_WRITE;
 
 Descriptor opened(int descriptor, const char* what) {
     if (descriptor < 0) {
@@ -42,15 +45,16 @@ void addTo(const Descriptor& ready, const Descriptor& source, std::uint32_t even
 }
 
 // Disks of this machine alone, on which every change passes through its system. An overlay counts: changing the
-// folders that it lies over is not allowed while it is mounted. True, too, when nobody can say: then there is nothing
-// to watch.
+// folders that it lies over is not allowed while it is mounted. True, too, when nothing that can be watched is there.
 bool isTrustedDisk(const std::string& folder) {
     constexpr auto trusted = std::to_array<std::uint32_t>(
         {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, TMPFS_MAGIC, RAMFS_MAGIC,
          OVERLAYFS_SUPER_MAGIC, REISERFS_SUPER_MAGIC, SQUASHFS_MAGIC, ISOFS_SUPER_MAGIC, EROFS_SUPER_MAGIC_V1});
     struct statfs disk {};
-    return statfs(folder.c_str(), &disk) != 0
-           || std::find(trusted.begin(), trusted.end(), static_cast<std::uint32_t>(disk.f_type)) != trusted.end();
+    if (statfs(folder.c_str(), &disk) != 0) {
+        return errno == ENOENT || errno == ENOTDIR || errno == EACCES;
+    }
+    return std::find(trusted.begin(), trusted.end(), static_cast<std::uint32_t>(disk.f_type)) != trusted.end();
 }
 
 // For a folder that has no watch.
@@ -72,93 +76,104 @@ std::optional<NotWatched> reasonOf(int error, const std::string& folder) {
 
 } // namespace
 
+bool tellsContent(std::string_view folder) {
+    const auto slash = folder.rfind('/');
+    const auto above = folder.substr(0, slash);
+    return !isClassOrPrivate(folder.substr(slash + 1)) || isClassOrPrivate(above.substr(above.rfind('/') + 1));
+}
+
 FolderWatch::FolderWatch()
     : queue_(opened(inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify")),
       mounts_(opened(open(mountsFile, O_RDONLY | O_CLOEXEC), mountsFile)),
-      ready_(opened(epoll_create1(EPOLL_CLOEXEC), "epoll")), mountNames_(namesOfMountPoints()) {
+      ready_(opened(epoll_create1(EPOLL_CLOEXEC), "epoll")), mountNames_(namesOfMountPoints(mounts_)) {
     addTo(ready_, queue_, EPOLLIN);
     addTo(ready_, mounts_, EPOLLPRI);
 }
 
 std::optional<NotWatched> FolderWatch::watch(const std::string& folder) {
-    return watchIfThere(folder).notWatched;
+    if (folder.size() >= PATH_MAX) { // may lie below any number of others
+        return NotWatched::access;
+    }
+    return watchIfThere(watches_.at(folder)).notWatched;
 }
 
-FolderWatch::Watched FolderWatch::watchIfThere(const std::string& folder) {
-    const auto next = watches_.lower_bound(folder);
-    if (next != watches_.end() && next->first == folder) {
+FolderWatch::Watched FolderWatch::watchIfThere(Watches::Entry& folder) {
+    if (folder.value) {
         return {true, {}};
     }
-    const std::size_t slash = folder.rfind('/');
-    const auto above = std::string_view(folder).substr(0, std::max<std::size_t>(slash, 1));
-    if (folder.size() > 1 && above != lastAbove_) { // first, so that nothing below can be exchanged unseen
-        const auto watched = watchIfThere(std::string(above));
-        if (!watched.isThere) {
+    if (folder.above != nullptr) { // first, so that nothing below can be exchanged unseen
+        if (const auto watched = watchIfThere(*folder.above); !watched.isThere) {
             return watched;
         }
-        lastAbove_ = above;
     }
-    return isOnTrustedDisk(folder, std::string_view(folder).substr(slash + 1)) ? add(folder, next)
-                                                                               : Watched{false, NotWatched::disk};
+    const bool mayBeMounted = mayBeMountPoint(*folder.path);
+    if (mayBeMounted && !isTrustedDisk(*folder.path)) {
+        return {false, NotWatched::disk};
+    }
+    // The folder above a mount point is not told of its rights.
+    return add(folder, mayBeMounted || tellsContent(*folder.path) ? watchMask | contentMask : watchMask);
 }
 
-// The folder above is on such a disk.
-bool FolderWatch::isOnTrustedDisk(const std::string& folder, std::string_view name) const {
-    const bool mayBeMounted = name.empty() || mountNames_.contains(std::string(name));
-    return !mayBeMounted || isTrustedDisk(folder);
+// If it is none, it is on the same disk as the folder above.
+bool FolderWatch::mayBeMountPoint(const std::string& folder) const {
+    return folder == "/" || mountNames_.contains(folder.substr(folder.rfind('/') + 1));
 }
 
-FolderWatch::Watched FolderWatch::add(const std::string& folder, Watches::iterator next) {
-    const int watch = inotify_add_watch(queue_.get(), folder.c_str(), watchMask);
+FolderWatch::Watched FolderWatch::add(Watches::Entry& folder, std::uint32_t mask) {
+    const int watch = inotify_add_watch(queue_.get(), folder.path->c_str(), mask);
     if (watch < 0) {
-        return {false, reasonOf(errno, folder)};
+        return {false, reasonOf(errno, *folder.path)};
     }
-    paths_.emplace(watch, &watches_.emplace_hint(next, folder, watch)->first);
+    folders_.emplace(watch, &folder);
+    folder.value = watch;
     return {true, {}};
 }
 
 void FolderWatch::forget(std::string_view path) {
-    lastAbove_.clear();
-    forEachAtOrBelow(watches_, path, [this](auto at) {
-        auto [one, end] = paths_.equal_range(at->second);
+    watches_.erase(path, [this](const Watches::Entry& folder) {
+        if (!folder.value) {
+            return;
+        }
+        auto [one, end] = folders_.equal_range(*folder.value);
         const bool isOnly = std::next(one) == end;
-        while (one->second != &at->first) {
+        while (one->second != &folder) {
             ++one;
         }
-        paths_.erase(one);
+        folders_.erase(one);
         if (isOnly) {
-            inotify_rm_watch(queue_.get(), at->second);
+            inotify_rm_watch(queue_.get(), *folder.value);
         }
-        watches_.erase(at);
     });
 }
 
 void FolderWatch::clear() {
-    for (const auto& [watch, path] : paths_) {
+    for (const auto& [watch, folder] : folders_) {
         inotify_rm_watch(queue_.get(), watch);
     }
-    lastAbove_.clear();
-    paths_.clear();
+    folders_.clear();
     watches_.clear();
     readQueue([](int, std::uint32_t, std::string_view) {});
-    mountNames_ = namesOfMountPoints();
+    mountNames_ = namesOfMountPoints(mounts_);
 }
 
+// What is queued while it reads is left for the next call, since that may go on for ever.
 void FolderWatch::readQueue(const std::function<void(int watch, std::uint32_t mask, std::string_view name)>& visit) {
     alignas(inotify_event) std::array<char, 65536> block; // NOLINT(*-member-init): filled by the system
-    for (;;) {
+    int left = 0;
+    if (ioctl(queue_.get(), FIONREAD, &left) != 0) {
+        throw std::system_error(errno, std::generic_category(), "inotify");
+    }
+    while (left > 0) {
         const auto size = read(queue_.get(), block.data(), block.size());
         if (size < 0) {
-            if (errno != EAGAIN) {
-                throw std::system_error(errno, std::generic_category(), "inotify");
-            }
-            return;
+            throw std::system_error(errno, std::generic_category(), "inotify");
         }
         for (long place = 0; place < size;) {
             const auto& event = *reinterpret_cast<const inotify_event*>(&block[static_cast<std::size_t>(place)]);
             visit(event.wd, event.mask, event.len == 0 ? std::string_view() : std::string_view(event.name));
             place += static_cast<long>(sizeof event + event.len);
         }
+        left -= static_cast<int>(size);
     }
 }
 
@@ -194,8 +209,8 @@ void FolderWatch::addChange(int watch, std::uint32_t mask, std::string_view name
                       : name.empty() || (mask & goneMask) != 0             ? What::folder
                                                                            : What::entry;
     std::vector<std::string> paths;
-    for (auto [one, end] = paths_.equal_range(watch); one != end; ++one) {
-        paths.push_back(*one->second);
+    for (auto [one, end] = folders_.equal_range(watch); one != end; ++one) {
+        paths.push_back(*one->second->path);
     }
     for (const std::string& path : paths) {
         changes.list.push_back({what, path, std::string(name)});

@@ -7,13 +7,12 @@
 #pragma once
 
 #include "standalone/files/Descriptor.hpp"
-#include "standalone/text/PathText.hpp"
+#include "standalone/watch/PathTree.hpp"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -36,7 +35,7 @@ inline constexpr std::size_t notWatchedCount = 4;
 struct FolderChange {
     enum class What {
         entry,   // an entry of the folder was made, removed or renamed; or a folder in it got other rights
-        content, // a file in the folder was closed after writing, or got other rights
+        content, // a file in the folder, which `tellsContent`, was closed after writing, or got other rights
         folder,  // the folder itself was removed or renamed, or got other rights
     };
     What what;
@@ -44,18 +43,9 @@ struct FolderChange {
     std::string name; // of the entry or file
 };
 
-// The part of an ordered map of paths that lies at a path, or below it.
-// Lexical: calls `visit` with the iterator of each, which it may erase.
-template <typename Map, typename Visit>
-void forEachAtOrBelow(Map& paths, std::string_view path, Visit visit) {
-    if (const auto at = paths.find(path); at != paths.end()) {
-        visit(at);
-    }
-    const std::string above = joinPath(path, "");
-    for (auto next = paths.upper_bound(above); next != paths.end() && next->first.starts_with(above);) {
-        visit(next++);
-    }
-}
+// Lexical: whether changes of the content and the rights of what is in a folder are told. Class and private folders,
+// which are many, tell none: the folder above, which does, tells of their own rights.
+[[nodiscard]] bool tellsContent(std::string_view folder);
 
 // The system has no inotify, or none is left for this user or process.
 class CannotWatch final : public std::system_error {
@@ -65,7 +55,7 @@ public:
 
 class FolderWatch {
 public:
-    // Errors: CannotWatch.
+    // Errors: CannotWatch; std::system_error when the list of mounts cannot be read.
     FolderWatch();
 
     // Watches a folder (absolute, lexically normal) and each folder above it from now on, or says why not. Nothing to
@@ -78,8 +68,8 @@ public:
         bool isQueueLost = false;       // there were more than the system keeps: everything may have changed
         bool areMountsOther = false;    // everything may lead elsewhere
     };
-    // The changes since the last call. What changed at or below a path, or might have, is no longer watched.
-    // Errors: std::system_error.
+    // The changes since the last call, up to this one. What changed at or below a path, or might have, is no longer
+    // watched. Errors: std::system_error.
     [[nodiscard]] Changes take();
 
     // Stops watching all folders, forgets their changes, and reads the list of mounts anew.
@@ -97,11 +87,10 @@ private:
         bool isThere;
         std::optional<NotWatched> notWatched; // why not, if it may be there
     };
-    [[nodiscard]] Watched watchIfThere(const std::string& folder);
-    using Watches = std::map<std::string, int, std::less<>>;
-    // `next` is the first watch after it.
-    [[nodiscard]] Watched add(const std::string& folder, Watches::iterator next);
-    [[nodiscard]] bool isOnTrustedDisk(const std::string& folder, std::string_view name) const;
+    using Watches = PathTree<std::optional<int>>; // what the system calls the watch, where there is one
+    [[nodiscard]] Watched watchIfThere(Watches::Entry& folder);
+    [[nodiscard]] bool mayBeMountPoint(const std::string& folder) const;
+    [[nodiscard]] Watched add(Watches::Entry& folder, std::uint32_t mask);
     void forget(std::string_view path);
     void readQueue(const std::function<void(int watch, std::uint32_t mask, std::string_view name)>& visit);
     void addChange(int watch, std::uint32_t mask, std::string_view name, Changes& changes);
@@ -110,9 +99,8 @@ private:
     Descriptor mounts_; // /proc/self/mountinfo
     Descriptor ready_;  // epoll over both
     std::set<std::string> mountNames_;
-    Watches watches_;                                        // of each path
-    std::unordered_multimap<int, const std::string*> paths_; // of each watch: a folder may have several
-    std::string lastAbove_; // a watched path, with which the next question is likely to begin
+    Watches watches_;
+    std::unordered_multimap<int, const Watches::Entry*> folders_; // of each watch: a folder may have several paths
 };
 
 } // namespace tessgen::standalone

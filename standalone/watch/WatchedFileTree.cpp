@@ -5,6 +5,7 @@
 #include "standalone/text/PathText.hpp"
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -47,7 +48,10 @@ std::optional<FileTree::Kind> WatchedFileTree::kindOf(const std::string& path) c
 }
 
 WatchedFileTree::Kept& WatchedFileTree::keptFor(const std::string& path) const {
-    Kept& kept = kept_[path];
+    if (path.size() >= PATH_MAX) { // may lie below any number of folders
+        throw NotKept();
+    }
+    Kept& kept = kept_.at(path).value;
     if (std::find(kept.users.begin(), kept.users.end(), user_) == kept.users.end()) {
         kept.users.push_back(user_);
     }
@@ -56,21 +60,21 @@ WatchedFileTree::Kept& WatchedFileTree::keptFor(const std::string& path) const {
 
 std::vector<WatchedFileTree::User> WatchedFileTree::drop(const FolderChange& change) {
     std::vector<User> users;
-    const auto dropOne = [&](auto at) {
-        users.insert(users.end(), at->second.users.begin(), at->second.users.end());
-        kept_.erase(at);
+    const auto addUsers = [&users](const auto& entry) {
+        users.insert(users.end(), entry.value.users.begin(), entry.value.users.end());
     };
     switch (change.what) {
     case FolderChange::What::content:
         break;
     case FolderChange::What::entry:
-        forEachAtOrBelow(kept_, joinPath(change.folder, change.name), dropOne);
-        if (const auto above = kept_.find(change.folder); above != kept_.end() && wanted_.accepts(change.name)) {
-            dropOne(above);
+        kept_.erase(joinPath(change.folder, change.name), addUsers);
+        if (auto* const folder = kept_.find(change.folder); folder != nullptr && wanted_.accepts(change.name)) {
+            addUsers(*folder);
+            folder->value = {};
         }
         break;
     case FolderChange::What::folder:
-        forEachAtOrBelow(kept_, change.folder, dropOne);
+        kept_.erase(change.folder, addUsers);
         break;
     }
     return users;
@@ -78,11 +82,11 @@ std::vector<WatchedFileTree::User> WatchedFileTree::drop(const FolderChange& cha
 
 std::array<std::size_t, notWatchedCount> WatchedFileTree::notWatched() const {
     std::array<std::size_t, notWatchedCount> counts{};
-    for (const auto& [path, kept] : kept_) {
-        if (kept.reason) {
-            ++counts.at(static_cast<std::size_t>(*kept.reason));
+    kept_.forEach([&counts](const auto& entry) {
+        if (const auto reason = entry.value.reason) {
+            ++counts.at(static_cast<std::size_t>(*reason));
         }
-    }
+    });
     return counts;
 }
 

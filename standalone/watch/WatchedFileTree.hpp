@@ -6,11 +6,11 @@
 
 #include "standalone/files/FileTree.hpp"
 #include "standalone/watch/FolderWatch.hpp"
+#include "standalone/watch/PathTree.hpp"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -67,8 +67,8 @@ private:
     User user_ = 0;
     const FileTree* disk_ = nullptr;
     // Key: the path. Kept: listings, absences, and who asked for what is refused. Dropped: when it changed. Growth:
-    // with the folders that are there. Threads: the tree's.
-    mutable std::map<std::string, Kept, std::less<>> kept_;
+    // with the folders that are there, and those above them. Threads: the tree's.
+    mutable PathTree<Kept> kept_;
     mutable std::uint64_t listed_ = 0;
 };
 

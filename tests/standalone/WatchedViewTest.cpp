@@ -213,6 +213,24 @@ TEST(WatchedView, ListsEverythingAnewWhenTheSystemLosesChanges) {
     EXPECT_EQ(view.counts().lostQueues, 1U);
 }
 
+// No system call takes such a path, and it may lie below more folders than a thread's stack can bear.
+TEST(WatchedView, AsksTheDiskForAPathOfAnyLength) {
+    const test::TemporaryFolder folder;
+    Installation world;
+    world.root = folder.path();
+    world.extensions = {"vk"};
+    std::string path = folder.path();
+    while (path.size() < 1000000) {
+        path += "/a";
+    }
+    world.searchPath = {path};
+    WatchedView view(world);
+    const RealFileTree disk;
+    NameSearch live(world, disk);
+    EXPECT_EQ(outcome(view, "f"), outcome(live, "f"));
+    EXPECT_FALSE(view.watchesAll());
+}
+
 // A store that was replaced counts from the next question on; one that cannot be opened is an error until it can.
 TEST(WatchedView, OpensTheStoreAnewAndTellsOfTheManifest) {
     const test::TemporaryFolder folder;
