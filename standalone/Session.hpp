@@ -25,7 +25,8 @@ public:
     // and the search index, if it was built, once. A snapshot lists every folder of the search path now; names with
     // "/", and packages that are reached through more than one link, are read from the disk on first use. The watched
     // view holds every change that was made on this machine before the question, and opens a store anew that was
-    // replaced; it is live where the system cannot watch. In all views a folder that cannot be read is an error of the
+    // replaced; it is live where the system cannot watch. After a fork, one of the two processes may ask it: what the
+    // system tells one, it does not tell the other. In all views a folder that cannot be read is an error of the
     // questions that need it.
     // Errors: std::runtime_error with one line for a malformed manifest, store or index, or a missing root;
     // std::logic_error when this process has an open session.

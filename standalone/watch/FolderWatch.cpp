@@ -78,8 +78,7 @@ std::optional<NotWatched> reasonOf(int error, const std::string& folder) {
 
 bool tellsContent(std::string_view folder) {
     const auto slash = folder.rfind('/');
-    const auto above = folder.substr(0, slash);
-    return !isClassOrPrivate(folder.substr(slash + 1)) || isClassOrPrivate(above.substr(above.rfind('/') + 1));
+    return !isPackageClassOrPrivate(folder.substr(slash + 1)) || !tellsContent(folder.substr(0, slash));
 }
 
 FolderWatch::FolderWatch()

@@ -43,8 +43,8 @@ struct FolderChange {
     std::string name; // of the entry or file
 };
 
-// Lexical: whether changes of the content and the rights of what is in a folder are told. Class and private folders,
-// which are many, tell none: the folder above, which does, tells of their own rights.
+// Lexical: whether changes of the content and the rights of what is in a folder are told. Package, class and private
+// folders, which are many, tell none, unless the folder above is such a one: that one tells of their own rights.
 [[nodiscard]] bool tellsContent(std::string_view folder);
 
 // The system has no inotify, or none is left for this user or process.

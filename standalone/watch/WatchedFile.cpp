@@ -30,7 +30,7 @@ bool WatchedFile::hasChanged(FolderWatch& watch) {
     }
     struct stat status {};
     const std::string folder = absolutePath("..", path_);
-    isSure_ = isWatched_ = tellsContent(folder) && !watch.watch(folder)
+    isSure_ = isWatched_ = !watch.watch(folder) && tellsContent(folder)
                            && !(lstat(path_.c_str(), &status) == 0 && S_ISLNK(status.st_mode));
     return stamp_.hasChanged();
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <stdexcept>
 #include <utility>
 
 namespace tessgen::standalone {
@@ -31,7 +32,12 @@ std::optional<std::vector<FileTree::Entry>> WatchedFileTree::entries(const std::
         throw NotKept();
     }
     ++listed_;
-    auto found = disk_->entries(folder, wanted_);
+    std::optional<std::vector<Entry>> found;
+    try {
+        found = disk_->entries(folder, wanted_);
+    } catch (const std::runtime_error&) { // of the disk, or of its index
+        throw NotKept();
+    }
     if (found) {
         doubtMountPoints(*found, watch_->mountNames());
         std::string listing(packedSize(*found), '\0');

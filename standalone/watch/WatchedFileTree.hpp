@@ -1,6 +1,7 @@
 // A file tree that lists a folder once, and again only when a watch tells that it changed.
 //
-// It refuses what a watch cannot promise, so that the disk is asked each time: links, and folders that are not watched.
+// It refuses what a watch cannot promise, so that the disk is asked each time: links, folders that are not watched, and
+// those that could not be listed.
 // Threads: one at a time.
 #pragma once
 
@@ -36,7 +37,7 @@ public:
     // The next questions are `user`'s. `disk` lists folders; it outlives these questions.
     void askFor(User user, const FileTree& disk);
 
-    // Every kept entry of a folder. Errors: NotKept, and those of the disk, which are not kept.
+    // Every kept entry of a folder. Errors: NotKept.
     [[nodiscard]] std::optional<std::vector<Entry>> entries(const std::string& folder,
                                                             const EntryFilter& wanted) const override;
     // Errors: NotKept, always: only links are asked for.
@@ -49,7 +50,7 @@ public:
 
     // How many folders were listed.
     [[nodiscard]] std::uint64_t listed() const { return listed_; }
-    // How many folders and links are asked for each time, by NotWatched.
+    // How many folders and links are asked for each time because they are not watched, by NotWatched.
     [[nodiscard]] std::array<std::size_t, notWatchedCount> notWatched() const;
 
 private:

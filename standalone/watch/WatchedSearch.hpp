@@ -34,8 +34,9 @@ public:
     // As NameSearch::find for a plain or dotted name. Folders that are not kept are searched with `disk`, each time.
     // Errors: those of `disk`.
     [[nodiscard]] std::vector<FoundPlace> find(std::string_view symbol, const FileTree& disk) const;
-    // Whether `find` needs its disk.
+    // Whether `find` does without its disk: for this symbol, and for all.
     [[nodiscard]] bool isKept(std::string_view symbol) const;
+    [[nodiscard]] bool isAllKept() const { return partial_.empty(); }
 
     // Every symbol that has a file, once. Those of files that are not kept are missing.
     [[nodiscard]] std::vector<std::string> symbols() const { return index_->symbols(); }

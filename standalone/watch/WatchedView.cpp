@@ -45,6 +45,7 @@ WatchedView::WatchedView(const Installation& installation)
 
 void WatchedView::startOver() {
     isWhole_ = false;
+    ++changes_;
     isRootSure_ = false;
     watch_.clear();
     for (auto* const file : {&manifest_, &storeFile_, &indexFile_}) {
@@ -67,12 +68,12 @@ void WatchedView::update() {
     const FolderWatch::Changes changes = watch_.take();
     counts_.lostQueues += changes.isQueueLost ? 1 : 0;
     counts_.mounts += changes.areMountsOther ? 1 : 0;
-    changes_ += changes.list.empty() && !changes.isQueueLost && !changes.areMountsOther ? 0U : 1U;
     if (changes.isQueueLost || changes.areMountsOther) {
         startOver();
         return;
     }
     if (!changes.list.empty()) {
+        ++changes_;
         note(changes.list);
         apply(changes.list);
     }
@@ -186,10 +187,7 @@ std::uint64_t WatchedView::changes() const {
 
 bool WatchedView::watchesAll() const {
     const std::lock_guard guard(lock_);
-    const auto notWatched = search_.files().notWatched();
-    const bool isStoreWatched = !storeFile_ || storeFile_->isWatched();
-    return isStoreWatched
-           && std::all_of(notWatched.begin(), notWatched.end(), [](std::size_t count) { return count == 0; });
+    return search_.isAllKept() && (!storeFile_ || storeFile_->isWatched());
 }
 
 WatchCounts WatchedView::counts() const {
