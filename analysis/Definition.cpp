@@ -85,7 +85,7 @@ std::optional<Finding> hidden(const Definition& definition, const Explanation& e
                    definition.path,
                    first.candidate->result.path,
                    own == answer.end() ? std::nullopt : keyBetween(first, *own),
-                   subject(*first.candidate) + u" comes before it"
+                   u"hidden by " + subject(*first.candidate)
                        + (isRedirected ? u", by a redirect to " + first.resolution->name : u""),
                    rule::hidden.advice};
 }

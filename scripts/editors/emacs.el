@@ -63,7 +63,7 @@
 (check "the server manages it, too" #'server)
 (flymake-start)
 (defun warnings ()
-  (seq-filter (lambda (text) (string-match-p "comes before it" text))
+  (seq-filter (lambda (text) (string-match-p "hidden by" text))
               (mapcar #'flymake-diagnostic-text (flymake-diagnostics))))
 (check "a definition that nothing is wrong with has no warning" (lambda () (not (warnings))))
 (run "touch mine/combine.vk")

@@ -64,9 +64,9 @@ TEST(Findings, NameBothFilesTheKeyAndTheReason) {
     EXPECT_EQ(ofUse(world), "error" + hiding);
     EXPECT_EQ(ofDefinition(world, {u"/w/f.vk", {u"f"}, true, false, true}), "note" + hiding);
     EXPECT_EQ(ofDefinition(world, {u"/k/f.vk", {u"f"}, true, true, false}),
-              "warning hidden: /k/f.vk, /w/f.vk by key 1: your f.vk comes before it\n");
+              "warning hidden: /k/f.vk, /w/f.vk by key 1: hidden by your f.vk\n");
     EXPECT_EQ(ofDefinition(world, {u"/w/gone/f.vk", {u"f"}, true, false, true}), // since its names were gathered
-              "warning hidden: /w/gone/f.vk, /w/f.vk: your f.vk comes before it\n");
+              "warning hidden: /w/gone/f.vk, /w/f.vk: hidden by your f.vk\n");
     world.add({u"f"}, supported(u"/l/f.vk"));
     EXPECT_NE(ofUse(world).find("comes before 2 supported definitions"), std::string::npos);
 
@@ -113,7 +113,7 @@ TEST(Findings, NameTheRedirect) {
     world.add({u"g"}, supported(u"/k/g.vk"));
     EXPECT_EQ(ofUse(world), ignored("/k/g.vk"));
     EXPECT_EQ(ofDefinition(world, {u"/k/f.vk", {u"f"}, true, true, false}),
-              "warning hidden: /k/f.vk, /k/g.vk: g.vk comes before it, by a redirect to g\n");
+              "warning hidden: /k/f.vk, /k/g.vk: hidden by g.vk, by a redirect to g\n");
 }
 
 TEST(Findings, SayWhatKeepsNamesFromAFile) {
