@@ -7,6 +7,7 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.realpath(__file__)), "../tests/program"))
 from editor import DIAGNOSTICS, Editor, uri
+from installations import Wrong
 
 
 def measure(bench, world, manifest):
@@ -50,7 +51,7 @@ class Asker:
         self.times.setdefault(kind, []).append((time.perf_counter() - begin) * 1e6)
         self.worked.setdefault(kind, []).append(self.processor_time() - before)
         if response is None:
-            raise self.bench.wrong(f"{kind}: the server ended")
+            raise Wrong(f"{kind}: the server ended")
         return response
 
     def ask_all(self, world, names, rounds):
@@ -63,7 +64,7 @@ class Asker:
             expected = world.answers[names[line]]
             if definition["result"]["uri"] != uri(expected[0]) or any(
                     path not in hover["result"]["contents"]["value"] for path in expected):
-                raise self.bench.wrong(f"the answer of {names[line]} is wrong: {definition} {hover}")
+                raise Wrong(f"the answer of {names[line]} is wrong: {definition} {hover}")
             self.timed("unknown request", self.server.request, "none", definition["result"])
             self.timed("echo by cat", self.ask_echo, "none", definition["result"])
             self.timed("hover after a keystroke", self.ask_after_keystroke, line)

@@ -8,6 +8,8 @@ import statistics
 import subprocess
 import time
 
+from installations import Wrong, run
+
 
 def measure(bench, world, manifest):
     """Goal 10, in a world that holds three class folders and a private one below each search folder."""
@@ -28,7 +30,7 @@ def measure(bench, world, manifest):
 
 
 def figures_of(bench, world, manifest):
-    text = bench.output(f"{bench.tools}/bench_watched", world.manifest(manifest), bench.shuffled(world),
+    text = run(f"{bench.tools}/bench_watched", world.manifest(manifest), bench.shuffled(world),
                         f"{world.root}/folders", "2" if bench.quick else "31")
     return {name: float(figure) for name, figure in map(str.split, text.splitlines())}
 
@@ -38,10 +40,10 @@ def beside_live(bench, world, manifest, what):
     times, answers = [], []
     for option in ([], ["--live"]):
         begin = time.perf_counter()
-        answers.append(bench.output(*bench.ask(world, manifest, "batch", *option), input="\n".join(names) + "\n"))
+        answers.append(run(*bench.ask(world, manifest, "batch", *option), input="\n".join(names) + "\n"))
         times.append(time.perf_counter() - begin)
     if answers[0] != answers[1]:
-        raise bench.wrong("batch answers otherwise than batch --live")
+        raise Wrong("batch answers otherwise than batch --live")
     bench.add("10", f"{what}: batch of {len(names)} names beside --live", f"{times[0] * 1e3:.0f} ms",
               times[0] / times[1], None if bench.quick else 0.02)
 
@@ -55,7 +57,7 @@ def beside_watchman(bench, world, question, what):
     state = os.path.join(bench.folder, "watchman")
     options = ["watchman", f"--sockname={state}.sock", f"--statefile={state}.state", f"--logfile={state}.log",
                f"--pidfile={state}.pid"]
-    bench.output(*options, "watch", world.root)
+    run(*options, "watch", world.root)
     try:
         with socket.socket(socket.AF_UNIX) as server:
             server.connect(f"{state}.sock")
@@ -65,7 +67,7 @@ def beside_watchman(bench, world, question, what):
                 server.sendall(json.dumps(request).encode() + b"\n")
                 reply = json.loads(replies.readline())
                 if "error" in reply:
-                    raise bench.wrong(f"watchman: {reply['error']}")
+                    raise Wrong(f"watchman: {reply['error']}")
                 return reply
 
             clock = ask("clock", world.root, {"sync_timeout": 60000})["clock"]

@@ -136,7 +136,7 @@ std::string findStore(const Request& request) {
 std::string requireSearchIndex(const standalone::Installation& installation) {
     if (!installation.searchIndex) {
         throw std::runtime_error(
-            fmt::format("{}: has no key searchIndex; add \"searchIndex\": \"search.cdb\"", installation.manifest));
+            fmt::format(R"({}: has no key searchIndex; add "searchIndex": "search.cdb")", installation.manifest));
     }
     return *installation.searchIndex;
 }

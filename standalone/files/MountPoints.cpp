@@ -49,12 +49,12 @@ std::set<std::string> namesOfMountPoints() {
 }
 
 std::set<std::string> namesOfMountPoints(const Descriptor& mounts) {
-    constexpr std::size_t blockSize = std::size_t{1} << 14U;
+    constexpr std::size_t readAtOnce = std::size_t{1} << 14U;
     std::string lines;
     for (ssize_t size = 1; size > 0;) {
         const auto before = lines.size();
-        lines.resize(before + blockSize);
-        size = pread(mounts.get(), lines.data() + before, blockSize, static_cast<off_t>(before));
+        lines.resize(before + readAtOnce);
+        size = pread(mounts.get(), lines.data() + before, readAtOnce, static_cast<off_t>(before));
         if (size < 0) {
             throw std::system_error(errno, std::generic_category(), mountsFile);
         }

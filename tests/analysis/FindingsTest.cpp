@@ -1,5 +1,6 @@
 #include "analysis/Findings.hpp"
 
+#include "analysis/Answer.hpp"
 #include "tests/support/RecordingHost.hpp"
 #include "tests/support/World.hpp"
 
@@ -130,6 +131,14 @@ TEST(Findings, SayWhatKeepsNamesFromAFile) {
         EXPECT_EQ(ofDefinition({}, definition), "warning unreachable: " + ascii(definition.path)
                                                     + ": no plain or dotted name reaches it: " + why + "\n");
     }
+}
+
+// Records and hosts may name files by paths that lead nowhere, and built-ins by any text.
+TEST(Answer, IsOfAFileToLookForOnlyByAnAbsolutePath) {
+    using kelwhich::WhichResultType;
+    EXPECT_TRUE(analysis::isAbsoluteFile({u"/k/f.vk", WhichResultType::KELPath}));
+    EXPECT_FALSE(analysis::isAbsoluteFile({u"f.vk", WhichResultType::ORVAKPath}));
+    EXPECT_FALSE(analysis::isAbsoluteFile({u"/f", WhichResultType::ORVAKBuiltin}));
 }
 
 } // namespace
