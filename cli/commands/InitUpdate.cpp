@@ -215,12 +215,14 @@ int updateInstallation(const Request& request) {
         next =
             added.toRecords() || isToBeBuilt(installation.supportStore, records) ? storeCommand(request, records) : "";
     }
+    if (added.toRecords()) { // before the manifest is replaced, since there may be no room
+        recordsFile->write(amendedRecords(recordsFile->old(), added));
+    }
     if (added.toManifest()) {
         manifestFile.write(amendedManifest(manifestFile.old(), added));
         manifestFile.commit();
     }
     if (added.toRecords()) {
-        recordsFile->write(amendedRecords(recordsFile->old(), added));
         recordsFile->commit();
     }
     writeOut(summary(added, installation.manifest, records) + next);
