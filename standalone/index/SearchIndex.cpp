@@ -19,10 +19,11 @@ bool isCurrent(const PathAt& folder, const FolderSummary& recorded) {
            && (recorded.isWorldReadable || faccessat(folder.folder, folder.path, R_OK, AT_EACCESS) == 0);
 }
 
-// Adds the wanted ones of a folder's special folders. Those that hold none of the wanted files are left out, as long
-// as they are the recorded ones and can be listed. False when the entry is damaged.
+// Adds the wanted ones of a folder's special folders. Those that hold no file of the symbol, where there is one, are
+// left out, as long as they are the recorded ones and can be listed. False when the entry is damaged.
 bool addSpecialFolders(const std::string& folder, const IndexedFolder& recorded, const EntryFilter& wanted,
-                       const DirectoryHandle* top, std::vector<FileTree::Entry>& found) {
+                       const std::optional<Fingerprint>& symbol, const DirectoryHandle* top,
+                       std::vector<FileTree::Entry>& found) {
     auto path = joinPath(folder, "");
     const auto above = path.size();
     auto below = recorded.below;
@@ -35,7 +36,7 @@ bool addSpecialFolders(const std::string& folder, const IndexedFolder& recorded,
         if (!wanted.accepts(entry->name)) {
             continue;
         }
-        if (summary->isRecorded && !wanted.files.empty() && !summary->mayContain(wanted.files.front())) {
+        if (summary->isRecorded && symbol && !summary->mayContain(*symbol)) {
             path.resize(above);
             path += entry->name;
             if (isCurrent(walkFrom(top, path), *summary)) {
@@ -61,9 +62,10 @@ std::optional<std::vector<FileTree::Entry>> SearchIndex::entries(const std::stri
     if (recorded && !isCurrent(walkFrom(top, folder), recorded->summary)) {
         return std::nullopt;
     }
+    const auto symbol = wanted.files.empty() ? std::nullopt : std::optional<Fingerprint>(wanted.files.front());
     std::optional<std::vector<FileTree::Entry>> found(std::in_place);
-    bool isGood = recorded && addSpecialFolders(folder, *recorded, wanted, top, *found);
-    if (isGood && (wanted.files.empty() || recorded->summary.mayContain(wanted.files.front()))) {
+    bool isGood = recorded && addSpecialFolders(folder, *recorded, wanted, symbol, top, *found);
+    if (isGood && (!symbol || recorded->summary.mayContain(*symbol))) {
         file_.check(*entry);
         isGood = decodeEntries(recorded->others, wanted, *found);
     }

@@ -21,18 +21,6 @@ constexpr std::size_t summaryHeadSize = 1 + sizeof(FolderStamp) + sizeof(std::ui
 using NameLength = std::uint16_t;
 constexpr std::size_t nameOffset = 1 + sizeof(NameLength);
 
-// A file has the fingerprint of its symbol, which is its name up to the first dot.
-struct Fingerprint {
-    explicit Fingerprint(std::string_view name) {
-        const auto hash = hashOf(name.substr(0, name.find('.')));
-        first = static_cast<char>(hash >> 32U);
-        second = static_cast<char>(hash >> 40U);
-    }
-
-    char first;
-    char second;
-};
-
 template <typename T>
 void appendBytes(std::string& bytes, const T& value) {
     bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
@@ -45,6 +33,12 @@ void appendEntry(std::string& bytes, const FileTree::Entry& entry) {
 }
 
 } // namespace
+
+Fingerprint::Fingerprint(std::string_view name) {
+    const auto hash = hashOf(name.substr(0, name.find('.')));
+    first = static_cast<char>(hash >> 32U);
+    second = static_cast<char>(hash >> 40U);
+}
 
 EncodedFolder encodeFolder(const FolderStamp& stamp, bool isWorldReadable,
                            const std::vector<FileTree::Entry>& entries) {
@@ -81,12 +75,11 @@ std::string encodeValue(const EncodedFolder& folder, std::string_view below) {
     return value += folder.others;
 }
 
-bool FolderSummary::mayContain(std::string_view file) const {
-    const Fingerprint fingerprint(file);
+bool FolderSummary::mayContain(const Fingerprint& symbol) const {
     const auto firsts = fingerprints.substr(0, fingerprints.size() / 2);
-    auto place = firsts.find(fingerprint.first);
-    while (place != std::string_view::npos && fingerprints[firsts.size() + place] != fingerprint.second) {
-        place = firsts.find(fingerprint.first, place + 1);
+    auto place = firsts.find(symbol.first);
+    while (place != std::string_view::npos && fingerprints[firsts.size() + place] != symbol.second) {
+        place = firsts.find(symbol.first, place + 1);
     }
     return place != std::string_view::npos;
 }

@@ -43,10 +43,17 @@ struct EncodedFolder {
 // In `below`, for a folder that has no entry.
 inline constexpr std::string_view noSummary = "-";
 
+// Of an entry's name. That of a file is its symbol's, the name up to the first dot.
+struct Fingerprint {
+    explicit Fingerprint(std::string_view name);
+
+    char first;
+    char second;
+};
+
 struct FolderSummary {
-    // False when the folder has no file of the symbol of `file`; true also, though rarely, by a collision of
-    // fingerprints.
-    [[nodiscard]] bool mayContain(std::string_view file) const;
+    // False when the folder has no file of the symbol; true also, though rarely, by a collision of fingerprints.
+    [[nodiscard]] bool mayContain(const Fingerprint& symbol) const;
     [[nodiscard]] bool operator==(const FolderSummary&) const = default;
 
     bool isRecorded = false; // else the rest means nothing

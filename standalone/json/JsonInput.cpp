@@ -239,8 +239,8 @@ const json* findValue(const json& object, std::string_view key) {
     return position == object.end() ? nullptr : &*position;
 }
 
-std::string elementOf(const std::string& list, std::size_t index) {
-    return list + "[" + std::to_string(index) + "]";
+std::string ValuePlace::spelled() const {
+    return std::string(key) + (index ? "[" + std::to_string(*index) + "]" : "");
 }
 
 void failAtKey(const std::string& key, std::string_view expected, const json* found) {

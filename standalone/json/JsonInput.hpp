@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -71,8 +72,14 @@ auto readLine(const std::string& place, Read read) {
 // The value of a key; null when the object lacks it.
 [[nodiscard]] const nlohmann::json* findValue(const nlohmann::json& object, std::string_view key);
 
-// `searchPath, 0 -> searchPath[0]`
-[[nodiscard]] std::string elementOf(const std::string& list, std::size_t index);
+// A key, or an element of its list. Lists are long, so the place is spelled only for an error.
+struct ValuePlace {
+    std::string_view key;
+    std::optional<std::size_t> index = {};
+
+    // "searchPath", or "searchPath[0]".
+    [[nodiscard]] std::string spelled() const;
+};
 
 // Throws JsonKeyError: `key "KEY": expected EXPECTED, found ...`. `key` may be a place such as "builtins[1].name";
 // empty means the whole text. `found` is null when the key is missing.

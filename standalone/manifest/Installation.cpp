@@ -22,10 +22,10 @@ namespace {
 
 using nlohmann::json;
 
-const std::string& readText(const json* value, const std::string& place, const char* expected) {
+const std::string& readText(const json* value, const ValuePlace& place, const char* expected) {
     const auto* text = value == nullptr ? nullptr : value->get_ptr<const std::string*>();
     if (text == nullptr || text->empty() || text->find('\0') != std::string::npos) {
-        failAtKey(place, expected, value);
+        failAtKey(place.spelled(), expected, value);
     }
     return *text;
 }
@@ -34,13 +34,13 @@ const std::string& readText(const json* value, const std::string& place, const c
 // long list is not held twice.
 template <typename Read>
 auto readList(json& object, const std::string& key, Read read) {
-    std::vector<decltype(read(object, key))> list;
+    std::vector<decltype(read(object, ValuePlace()))> list;
     if (const auto value = object.find(key); value != object.end()) {
         if (!value->is_array()) {
             failAtKey(key, "a list", &*value);
         }
         for (json& element : *value) {
-            list.push_back(read(element, elementOf(key, list.size())));
+            list.push_back(read(element, {key, list.size()}));
             element = nullptr;
         }
     }
@@ -51,37 +51,37 @@ auto readList(json& object, const std::string& key, Read read) {
 std::optional<std::string> readPath(const json& manifest, const std::string& key, const std::string& base) {
     const json* value = findValue(manifest, key);
     return value == nullptr ? std::nullopt
-                            : std::optional(absolutePath(readText(value, key, "the path of a folder or file"), base));
+                            : std::optional(absolutePath(readText(value, {key}, "the path of a folder or file"), base));
 }
 
-const std::string& readFolder(const json& value, const std::string& place) {
+const std::string& readFolder(const json& value, const ValuePlace& place) {
     return readText(&value, place, "the path of a folder");
 }
 
 // A KEL path folder with a "/" at its end matches nothing; the "/" is kept so that the doctor can report it.
-std::string readKELFolder(const json& value, const std::string& place, const std::string& root) {
+std::string readKELFolder(const json& value, const ValuePlace& place, const std::string& root) {
     const std::string& text = readFolder(value, place);
     const std::string folder = absolutePath(text, root);
     return text.ends_with('/') ? joinPath(folder, "") : folder;
 }
 
-std::vector<std::string> readSourceCodeFolder(const json& value, const std::string& place, const std::string& root) {
+std::vector<std::string> readSourceCodeFolder(const json& value, const ValuePlace& place, const std::string& root) {
     const std::string folder = absolutePath(readFolder(value, place), root);
     if (folder == root) {
         return {};
     }
     const std::string above = joinPath(root, "");
     if (!folder.starts_with(above)) {
-        failAtKey(place, "a folder below the root " + root, &value);
+        failAtKey(place.spelled(), "a folder below the root " + root, &value);
     }
     return split(std::string_view(folder).substr(above.size()), '/');
 }
 
-std::string readExtension(const json& value, const std::string& place) {
+std::string readExtension(const json& value, const ValuePlace& place) {
     constexpr const char* expected = R"(an extension without "." before it and without "/", such as "vk")";
     const std::string& extension = readText(&value, place, expected);
     if (extension.starts_with('.') || extension.find('/') != std::string::npos) {
-        failAtKey(place, expected, &value);
+        failAtKey(place.spelled(), expected, &value);
     }
     return extension;
 }
@@ -100,7 +100,7 @@ std::vector<std::string> readExtensions(json& manifest) {
     for (std::size_t index = 0; index < extensions.size(); ++index) {
         if (!known.insert(extensions[index]).second) {
             const json twice = extensions[index];
-            failAtKey(elementOf(key, index), "no extension twice", &twice);
+            failAtKey(ValuePlace{key, index}.spelled(), "no extension twice", &twice);
         }
     }
     return extensions;
@@ -110,7 +110,7 @@ std::vector<std::string> readExtensions(json& manifest) {
 // up among built-ins.
 std::u16string readPlainName(const json* value, const std::string& place, const std::string& expected) {
     const auto plain = expected + R"(, a plain name without white space, "." and "/")";
-    const std::string& name = readText(value, place, plain.c_str());
+    const std::string& name = readText(value, {place}, plain.c_str());
     const auto isRefused = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
     if (std::any_of(name.begin(), name.end(), isRefused)) {
         failAtKey(place, plain, value);
@@ -118,7 +118,8 @@ std::u16string readPlainName(const json* value, const std::string& place, const 
     return toUTF16(name).value();
 }
 
-Builtin readBuiltin(const json& value, const std::string& place) {
+Builtin readBuiltin(const json& value, const ValuePlace& at) {
+    const std::string place = at.spelled();
     if (!value.is_object()) {
         failAtKey(place, R"(an object such as {"name": "sum"})", &value);
     }
@@ -164,7 +165,7 @@ Installation readManifest(json manifest, const std::string& path) {
     refuseUnknownKeys(manifest, {"$schema", "root", "supportPackageRoot", "supportStore", "searchIndex", "searchPath",
                                  "kelPath", "sourceCode", "extensions", "builtins"});
     if (const json* schema = findValue(manifest, "$schema")) {
-        readText(schema, "$schema", "the place of the manifest's schema");
+        readText(schema, {"$schema"}, "the place of the manifest's schema");
     }
     const std::string folder = absolutePath("..", path);
     Installation result;
@@ -176,13 +177,13 @@ Installation readManifest(json manifest, const std::string& path) {
     refuseClashes(result, manifest);
 
     const auto& root = result.root;
-    result.searchPath = readList(manifest, "searchPath", [&root](const json& value, const std::string& place) {
+    result.searchPath = readList(manifest, "searchPath", [&root](const json& value, const ValuePlace& place) {
         return absolutePath(readFolder(value, place), root);
     });
-    result.kelPath = readList(manifest, "kelPath", [&root](const json& value, const std::string& place) {
+    result.kelPath = readList(manifest, "kelPath", [&root](const json& value, const ValuePlace& place) {
         return readKELFolder(value, place, root);
     });
-    result.sourceCode = readList(manifest, "sourceCode", [&root](const json& value, const std::string& place) {
+    result.sourceCode = readList(manifest, "sourceCode", [&root](const json& value, const ValuePlace& place) {
         return readSourceCodeFolder(value, place, root);
     });
     result.extensions = readExtensions(manifest);

@@ -18,11 +18,11 @@ namespace {
 
 using nlohmann::json;
 
-std::u16string textOf(const json& value, const std::string& key) {
+std::u16string textOf(const json& value, const ValuePlace& place) {
     const auto* const text = value.get_ptr<const std::string*>();
     const auto units = text == nullptr ? std::nullopt : toUTF16(*text);
     if (!units || units->empty()) {
-        failAtKey(key, "a text that is not empty", &value);
+        failAtKey(place.spelled(), "a text that is not empty", &value);
     }
     return *units;
 }
@@ -31,7 +31,7 @@ std::vector<std::u16string> textsOf(const json& value, const std::string& key) {
     std::vector<std::u16string> texts;
     texts.reserve(value.size());
     for (const auto& element : value) {
-        texts.push_back(textOf(element, elementOf(key, texts.size())));
+        texts.push_back(textOf(element, {key, texts.size()}));
     }
     return texts;
 }
@@ -53,7 +53,7 @@ std::array<bool, 6> readSupportFlags(const json& record) {
         for (std::size_t i = 0; i < flags.size(); ++i) {
             const auto& flag = (*value)[i];
             if (!flag.is_boolean()) {
-                failAtKey(elementOf("supportFlags", i), "true or false", &flag);
+                failAtKey(ValuePlace{"supportFlags", i}.spelled(), "true or false", &flag);
             }
             flags.at(i) = flag.get<bool>();
         }
@@ -66,7 +66,7 @@ std::u16string readPath(const json& record, bool isBuiltin, std::string_view roo
     if (value == nullptr) {
         failAtKey("path", "the path of a file, or the text of a built-in", value);
     }
-    auto path = textOf(*value, "path");
+    auto path = textOf(*value, {"path"});
     if (isBuiltin) {
         return path;
     }
@@ -90,7 +90,7 @@ std::vector<std::u16string> readNames(const json& record, const std::u16string& 
         return {std::move(name)};
     }
     if (value->is_string()) {
-        return {textOf(*value, "name")};
+        return {textOf(*value, {"name"})};
     }
     if (!value->is_array() || value->empty()) {
         failAtKey("name", "a text or a list of texts", value);
@@ -109,7 +109,7 @@ std::u16string readSymbol(const json& record, bool isRedirect, const std::u16str
     if (value == nullptr && isRedirect) {
         failAtKey("symbol", "the name that the redirect leads to", value);
     }
-    return value == nullptr ? firstName : textOf(*value, "symbol");
+    return value == nullptr ? firstName : textOf(*value, {"symbol"});
 }
 
 std::vector<std::u16string> readUnsupportedSymbols(const json& record) {
