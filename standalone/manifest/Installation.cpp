@@ -108,12 +108,12 @@ std::vector<std::string> readExtensions(json& manifest) {
 
 // The host reports built-ins in a line of text, where white space has a meaning; names with "." or "/" are never looked
 // up among built-ins.
-std::u16string readPlainName(const json* value, const std::string& place, const std::string& expected) {
+std::u16string readPlainName(const json* value, const ValuePlace& place, const std::string& expected) {
     const auto plain = expected + R"(, a plain name without white space, "." and "/")";
-    const std::string& name = readText(value, {place}, plain.c_str());
+    const std::string& name = readText(value, place, plain.c_str());
     const auto isRefused = [](unsigned char c) { return c <= ' ' || c == '.' || c == '/'; };
     if (std::any_of(name.begin(), name.end(), isRefused)) {
-        failAtKey(place, plain, value);
+        failAtKey(place.spelled(), plain, value);
     }
     return toUTF16(name).value();
 }
@@ -125,7 +125,7 @@ Builtin readBuiltin(const json& value, const ValuePlace& at) {
     }
     refuseUnknownKeys(value, {"name", "class", "constructor"}, place + ".");
     Builtin builtin;
-    builtin.name = readPlainName(findValue(value, "name"), place + ".name", "the name of a built-in");
+    builtin.name = readPlainName(findValue(value, "name"), {place + ".name"}, "the name of a built-in");
     if (const json* constructor = findValue(value, "constructor")) {
         if (!constructor->is_boolean()) {
             failAtKey(place + ".constructor", "true or false", constructor);
@@ -136,7 +136,7 @@ Builtin readBuiltin(const json& value, const ValuePlace& at) {
     if (className != nullptr || builtin.constructor) {
         const char* expected =
             builtin.constructor ? "the class that the constructor makes" : "the class that the method is of";
-        builtin.className = readPlainName(className, place + ".class", expected);
+        builtin.className = readPlainName(className, {place + ".class"}, expected);
     }
     return builtin;
 }
