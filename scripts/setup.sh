@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build
   libboost1.81-dev libboost-thread1.81-dev librange-v3-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev zlib1g-dev
 )
-test_packages=(time libcdb-dev libgtest-dev libgmock-dev strace python3-jsonschema libxml2-utils patch groff-base zsh fish make parallel)
+test_packages=(time libcdb-dev libgtest-dev libgmock-dev strace python3-jsonschema patch groff-base zsh fish make parallel)
 bench_packages=(time git python3 libbenchmark-dev gnu-which zsh fd-find strace valgrind watchman)
 package_packages=(dpkg-dev)
 gate_packages=(clang clang-format clang-tidy libclang-rt-14-dev llvm-14 cppcheck shellcheck python3 git pkgconf debootstrap lintian)

@@ -9,16 +9,11 @@ reports.py names FOLDER FORMAT=FILE... and reports each of NAMES
 import json
 import os
 import re
-import subprocess
 import sys
 import xml.etree.ElementTree as xml
 from urllib.parse import unquote
 
-from jsonschema import Draft202012Validator
-
 from page import Page
-
-HERE = os.path.dirname(os.path.abspath(__file__))
 
 # The name of a file below FOLDER without its extension, and how people see it; None: as it is.
 NAMES = {
@@ -33,25 +28,16 @@ NAMES = {
     b"n" * 252: None,
 }
 
-# GitLab's documentation of code quality, as a schema.
-GITLAB = {
-    "type": "array",
-    "items": {
-        "required": ["description", "check_name", "fingerprint", "severity", "location"],
-        "properties": {
-            "description": {"type": "string", "minLength": 1},
-            "check_name": {"type": "string", "minLength": 1},
-            "fingerprint": {"type": "string", "minLength": 1},
-            "severity": {"enum": ["info", "minor", "major", "critical", "blocker"]},
-            "location": {
-                "required": ["path", "lines"],
-                "properties": {
-                    "path": {"type": "string", "pattern": r"^(?!\./)"},
-                    "lines": {"required": ["begin"], "properties": {"begin": {"type": "integer", "minimum": 1}}},
-                },
-            },
-        },
-    },
+SEVERITIES = {"info", "minor", "major", "critical", "blocker"}  # GitLab's
+COUNTS = {"tests", "failures", "errors", "skipped"}
+# What JUnit reports consist of, the part that all readers know: the attributes and the children of each element.
+JUNIT = {
+    "testsuites": ({"name"} | COUNTS - {"skipped"}, {"testsuite"}),
+    "testsuite": ({"name"} | COUNTS, {"testcase"}),
+    "testcase": ({"name", "classname"}, {"failure", "skipped", "system-out"}),
+    "failure": ({"type", "message"}, set()),
+    "skipped": ({"message"}, set()),
+    "system-out": (set(), set()),
 }
 # A command of GitHub: in a property ":" and "," are syntax.
 GITHUB = re.compile(r"::(error|warning|notice) title=kelwhich [a-z0-9-]+,file=([^:,\x00-\x1f]*)(,line=\d+,col=\d+)?::[^\x00-\x1f]*")
@@ -68,8 +54,13 @@ def places(form, file):
     if form == "json":
         return [entry["path"].removeprefix(os.getcwd() + "/") for entry in json.loads(text)["findings"]]
     if form == "gitlab":
-        Draft202012Validator(GITLAB).validate(json.loads(text))
-        return [entry["location"]["path"] for entry in json.loads(text)]
+        entries = json.loads(text)
+        for entry in entries:
+            words = [entry["description"], entry["check_name"], entry["fingerprint"], entry["location"]["path"]]
+            expect(all(isinstance(word, str) and word for word in words), "not a text:", entry)
+            expect(entry["severity"] in SEVERITIES and entry["location"]["lines"]["begin"] >= 1, "no severity or line:", entry)
+            expect(not words[-1].startswith("./"), "not relative to the repository:", entry)
+        return [entry["location"]["path"] for entry in entries]
     if form == "sarif":
         (run,) = json.loads(text)["runs"]
         artifacts = [result["locations"][0]["physicalLocation"]["artifactLocation"] for result in run["results"]]
@@ -80,8 +71,14 @@ def places(form, file):
             expect(re.fullmatch(r"(file://)?([\w.~/-]|%[0-9A-F]{2})+", artifact["uri"], re.ASCII), "no URI:", artifact)
         return [unquote(artifact["uri"], errors="surrogateescape") for artifact in artifacts]
     if form == "junit":
-        subprocess.run(["xmllint", "--noout", "--schema", HERE + "/junit.xsd", file], check=True, stderr=subprocess.PIPE)
-        cases = [case for case in xml.fromstring(text).iter("testcase") if len(case)]
+        elements = list(xml.fromstring(text.encode()).iter())
+        expect(elements[0].tag == "testsuites", "no test suites")
+        for element in elements:
+            attributes, children = JUNIT[element.tag]
+            expect(set(element.attrib) == attributes and {child.tag for child in element} <= children, "not JUnit:", element)
+            expect(all(element.get(count, "0").isdigit() for count in COUNTS), "no count:", element.attrib)
+        cases = [case for case in elements if case.tag == "testcase" and len(case)]
+        expect(all(len(case) == 1 for case in cases), "two outcomes")
         return [case.get("name") for case in cases]
     if form == "github":
         lines = [line for line in text.split("\n")[:-1] if not line.startswith("kelwhich: ")]
@@ -100,13 +97,15 @@ def spelled(form, name, shown):
 
 
 def check(arguments, folder=None):
+    counts = []
     for argument in arguments:
         form, file = argument.split("=")
         found = places(form, file)
         for name, shown in NAMES.items() if folder else ():
             place = f"{folder}/{spelled(form, name, shown)}.VK"
             expect(found.count(place) == 1, form, "lacks", ascii(place), ascii(found))
-        print(f"{form}: {len(found)} findings")
+        counts.append(f"{form} {len(found)}")
+    print("findings: " + ", ".join(counts))
 
 
 if sys.argv[1] == "make":
