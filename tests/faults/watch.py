@@ -6,8 +6,7 @@
     watches    the same, in namespaces in which a user may watch few folders, or none at all
     free       changes and questions at the same time: each answer is made of states that its folders had in between
 
-Prints how many changes were made. At the first wrong answer it prints the changes that lead to it, as few as it finds,
-and ends with 1. What the system does not allow here, such as mounts, is left out and named.
+Prints how many changes were made. At the first wrong answer it prints the changes that lead to it, and ends with 1. What the system does not allow here, such as mounts, is left out and named.
 """
 import argparse
 import os
@@ -15,7 +14,7 @@ import random
 import subprocess
 import sys
 
-from watched import free, lockstep, namespaces, shrinking
+from watched import free, lockstep, namespaces
 from watched.changes import WEIGHTS
 
 FLOODED = ["floods", "creations", "renames", "moves", "links", "mounts", "stores"]
@@ -34,10 +33,7 @@ def lock_step(given, required, only=None, longest=800, more=""):
         count = min(left, rng.choice([longest // 16, longest // 2, longest]))
         if found := lockstep.run_round(setting, rng.random(), count):
             round_, difference = found
-            print(f"{difference}\nmaking the history shorter ...", file=sys.stderr)
-            history = shrinking.shrunk(setting, round_.manifest, round_.history)
-            report(("this leads to it:\n" if history else "it did not happen again; the whole history:\n")
-                   + shrinking.shown(history or round_.history), given)
+            report(f"this leads to it:\n{lockstep.shown(round_.history)}\n{difference}", given)
     print(f"{given.part[0]}{more}: {sum(setting.made.values())} changes, {setting.questions} answers, "
           f"{setting.unopened} of them with nothing to compare with")
     print("    " + ", ".join(f"{number} {kind}" for kind, number in sorted(setting.made.items())))

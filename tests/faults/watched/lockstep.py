@@ -73,7 +73,7 @@ class Round:
                 pass
         return made > 0
 
-    def ask(self, names, compares=True):
+    def ask(self, names):
         """What differs from the answers of a process that begins anew, or nothing."""
         self.history.append(([], names))
         asked = [name.format(top=self.top) for name in names]
@@ -82,8 +82,6 @@ class Round:
         except asking.Silence as silence:
             return f"batch: {silence}"
         self.setting.questions += len(answers)
-        if not compares:
-            return None
         expected = self.ask_anew(asked)
         if isinstance(expected, str):
             self.unopened += 1
@@ -114,6 +112,14 @@ class Round:
         if told.count(MANIFEST_NOTE) != int(self.is_touched):
             return f"the manifest was {'' if self.is_touched else 'not '}touched, and this was told:\n{told}"
         return None
+
+
+def shown(history):
+    lines = []
+    for changes, names in history:
+        lines += ["batch begins"] if changes is None else ["  ".join(map(str, change)) for change in changes]
+        lines += ["    asked: " + " ".join(names)] if names else []
+    return "\n".join(lines)
 
 
 def names_near(rng, changes):
