@@ -12,10 +12,9 @@ endforeach()
 add_unit_tests(
   program_tests
   SOURCES
-  cli/CheckingTest.cpp
-  cli/LocksTest.cpp
+  cli/EscapeTest.cpp
   cli/LspTest.cpp
-  cli/ReachingNamesTest.cpp
+  cli/NamesOfFilesTest.cpp
   cli/RecordingTest.cpp
   LIBRARIES
   kelwhich_cli

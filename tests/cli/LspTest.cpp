@@ -68,33 +68,6 @@ TEST(Lsp, TakesFramesOutOfAStreamHoweverItComes) {
     EXPECT_EQ(parser.next()->body, "{}");
 }
 
-TEST(Lsp, RefusesWhatIsNoMessage) {
-    using Code = cli::RPCErrorCode;
-    const struct {
-        const char* body;
-        Code code;
-        const char* id;
-    } cases[] = {
-        {"{", Code::parseError, "null"},
-        {R"({"id":1,"id":2,"method":"m"})", Code::parseError, "null"},
-        {"[]", Code::invalidRequest, "null"},
-        {R"({"id":1.5,"method":"m"})", Code::invalidRequest, "null"},
-        {R"({"id":"a","method":7})", Code::invalidRequest, "\"a\""},
-        {R"({"id":3})", Code::invalidRequest, "3"},
-        {R"({"result":null})", Code::invalidRequest, "null"},
-    };
-    for (const auto& [body, code, id] : cases) {
-        json found = nullptr;
-        try {
-            cli::parseMessage(body, found);
-            ADD_FAILURE() << body;
-        } catch (const cli::RPCError& error) {
-            EXPECT_EQ(error.code, code) << body;
-            EXPECT_EQ(found.dump(), id) << body;
-        }
-    }
-}
-
 TEST(Lsp, TurnsPathsIntoURIsAndBack) {
     std::string all = "/";
     for (int byte = 1; byte < 256; ++byte) {

@@ -47,7 +47,8 @@ def show(title, message):
                  for found in params["diagnostics"]]
         print(f"{title}: {shown(params['uri'])}: {len(lines)}", *lines, sep="\n  ")
     elif "error" in message:
-        print(f"{title}: error {message['error']['code']}: {message['error']['message']}")
+        id = f", id {json.dumps(message['id'])}" if title == "wait" else ""
+        print(f"{title}: error {message['error']['code']}{id}: {message['error']['message']}")
     elif title == "hover" and result:
         print(f"{title}: {place(result)} {result['contents']['kind']}", *result["contents"]["value"].split("\n"), sep="\n  ")
     elif title == "completion":
