@@ -21,6 +21,7 @@ add_unit_tests(
   standalone/SupportStoreTest.cpp
   standalone/TextTest.cpp
   standalone/TreeSurveyTest.cpp
+  standalone/ViewsTest.cpp
   standalone/WatchedViewTest.cpp
   sweeps/HostSweepTest.cpp
   LIBRARIES

@@ -29,12 +29,9 @@ struct Patient {
         installation.sourceCode = {{"library"}};
         installation.extensions = {"vk", "vkx"};
         installation.builtins = {{u"sum", u"", false}, {u"sum", u"table", false}, {u"sum", u"sum", true}};
-        for (const char* file :
-             {"/w/f.vk", "/w/notes.txt", "/w/@C/f.vk", "/w/private/f.vkx", "/w/+p/@C/private/f.vk", "/w/other/f.VK",
-              "/opt/orvak/library/scale.vk", "/opt/orvak/library.txt", "/opt/orvak/kel/wave.vk", "/opt/orvak/kel/a.txt",
-              "/opt/orvak/kel/+p/@C/private/f.vk", "/opt/packages/kel/decode.vk"}) {
-            add(file);
-        }
+        add({"/w/f.vk", "/w/notes.txt", "/w/@C/f.vk", "/w/private/f.vkx", "/w/+p/@C/private/f.vk", "/w/other/f.VK",
+             "/opt/orvak/library/scale.vk", "/opt/orvak/library.txt", "/opt/orvak/kel/wave.vk", "/opt/orvak/kel/a.txt",
+             "/opt/orvak/kel/+p/@C/private/f.vk", "/opt/packages/kel/decode.vk"});
         tree.link("/w/linked.vk", "f.vk");
         tree.link("/w/+loop", "../w"); // entered once, or the walk would never end
         tree.link("/w/+again", "../w");
@@ -46,7 +43,11 @@ struct Patient {
         record(R"("path": "sum", "builtin": true, "unsupportedSymbols": ["sum"])");
     }
 
-    void add(const std::string& file) { tree.add(file, FileTree::Kind::file); }
+    void add(const Strings& files, const std::string& folder = "/") {
+        for (const auto& file : files) {
+            tree.add(absolutePath(file, folder), FileTree::Kind::file);
+        }
+    }
     void search(const Strings& folders) { append(installation.searchPath, folders); }
     void kel(const Strings& folders) { append(installation.kelPath, folders); }
     void record(const std::string& members) { records += "{" + members + "}\n"; }
@@ -112,20 +113,16 @@ const std::vector<Case> cases = {
      {"kel-folder-on-search-path: searchPath[0] /opt/orvak/kel/+p/@C and kelPath[0] /opt/orvak/kel",
       "kel-folder-on-search-path: searchPath[1] /k and kelPath[0] /opt/orvak/kel"}},
     {[](Patient& p) {
-         for (const char* file : {"f.vk", "later/+p/f.vk", "kel/sub/f.vk", ".git/f.vk", "docs/f.md", "l/f.vk"}) {
-             p.add(absolutePath(file, "/opt/orvak"));
-         }
-         p.add("/opt/packages/later/f.vk");
+         p.add({"f.vk", "later/+p/f.vk", "kel/sub/f.vk", ".git/f.vk", "docs/f.md", "l/f.vk"}, "/opt/orvak");
+         p.add({"/opt/packages/later/f.vk"});
          p.tree.link("/linked", "opt/orvak/l");
          p.search({"/linked", "/opt/orvak/kel/sub", "/opt/orvak/later"});
      },
      {"folder-not-searched: /opt/orvak"}},
     {[](Patient& p) {
-         for (const char* file :
-              {"library_drafts/a.vk", "library_own/a.vk", "library_own_too/a.vk", "library/sub/sub.vk",
-               "library/subset/sub.vk", "library.vkx", "../packages-old/kel/f.vk", "../packages.vk"}) {
-             p.add(absolutePath(file, "/opt/orvak"));
-         }
+         p.add({"library_drafts/a.vk", "library_own/a.vk", "library_own_too/a.vk", "library/sub/sub.vk",
+                "library/subset/sub.vk", "library.vkx", "../packages-old/kel/f.vk", "../packages.vk"},
+               "/opt/orvak");
          p.search({"/opt/orvak", "/opt/orvak/library/sub", "/opt/orvak/library/subset", "/opt/orvak/library_drafts",
                    "/opt/orvak/library_own", "/opt/orvak/library_own_too"});
          p.tree.link("/opt/orvak/library2", "../../w");
@@ -142,12 +139,12 @@ const std::vector<Case> cases = {
       "package-root-is-prefix: /opt/packages.vk and supportPackageRoot /opt/packages"}},
     {[](Patient& p) {
          p.installation.sourceCode = {{}};
-         p.add("/opt/orvak2/a.vk");
+         p.add({"/opt/orvak2/a.vk"});
      },
      {"source-folder-is-prefix: /opt/orvak2 and sourceCode[0] /opt/orvak"}},
     {[](Patient& p) {
          p.installation.supportPackageRoot = "/opt";
-         p.add("/opt/kel/decode.vk");
+         p.add({"/opt/kel/decode.vk"});
          p.installation.kelPath.pop_back();
      },
      {"package-root-holds-root: supportPackageRoot /opt and root /opt/orvak"}},
@@ -162,10 +159,7 @@ const std::vector<Case> cases = {
       "folder-unreadable: /opt/orvak/library: Input/output error",
       "folder-unreadable: /opt/orvak/library/lost.vk, untold: Input/output error"}},
     {[](Patient& p) {
-         for (const char* file :
-              {"\xFF.vk", "+p/@\xFF/f.vk", "\xFF.txt", "f.VK", "+p/f.vKx", ".VK", "+p/Private/f.vk"}) {
-             p.add(joinPath("/w", file));
-         }
+         p.add({"\xFF.vk", "+p/@\xFF/f.vk", "\xFF.txt", "f.VK", "+p/f.vKx", ".VK", "+p/Private/f.vk"}, "/w");
          p.tree.link("/w/lost.vk", "nowhere");
          p.tree.link("/w/@C/private", "private");
      },
@@ -173,8 +167,7 @@ const std::vector<Case> cases = {
       "link-dangling: /w/lost.vk", "extension-case: /w/+p/f.vKx", "extension-case: /w/f.VK",
       "private-case: /w/+p/Private"}},
     {[](Patient& p) {
-         p.add("/opt/orvak/kel/@K/private/m.vk");
-         p.add("/opt/packages/kel/m.vkx");
+         p.add({"/opt/orvak/kel/@K/private/m.vk", "/opt/packages/kel/m.vkx"});
          p.installation.searchPath.insert(p.installation.searchPath.begin(), "/opt/orvak/kel/@K");
      },
      {"kel-folder-on-search-path: searchPath[0] /opt/orvak/kel/@K and kelPath[0] /opt/orvak/kel",
@@ -190,9 +183,8 @@ const std::vector<Case> cases = {
               {"library/lost.vk", "none/lost.vk", "library", "/f.vk", "/opt/packages/kel/decode.vk"}) {
              p.record(R"("path": ")" + std::string(path) + '"');
          }
-         p.add("/opt/orvak/library/round.vk");
+         p.add({"/opt/orvak/library/round.vk", "/w/two.vk"});
          p.record(R"("path": "library/round.vk")");
-         p.add("/w/two.vk");
          p.record(R"("path": "/w/two.vk", "name": ["one", "two"], "unsupportedSymbols": ["three", "two"])");
          p.record(R"("path": "sum", "builtin": true, "unsupportedSymbols": ["sum"])"); // without effect
          p.record(R"("path": "/w/f.vk", "redirect": true, "symbol": "gone")");

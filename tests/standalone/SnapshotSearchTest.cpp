@@ -1,9 +1,8 @@
 #include "standalone/search/SnapshotSearch.hpp"
 
 #include "standalone/files/CachingFileTree.hpp"
-#include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
-#include "tests/support/SupportStores.hpp"
+#include "tests/support/Outcome.hpp"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +19,7 @@ namespace tessgen::standalone {
 namespace {
 
 using test::MemoryFileTree;
+using test::outcome;
 
 // Small disks made by chance, in which names, links and failures collide as often as possible.
 class DiskMaker {
@@ -71,18 +71,6 @@ private:
 
     std::mt19937 random_;
 };
-
-// The places one a line, or the error.
-template <typename Search>
-std::string outcome(const Search& search, const std::string& name) {
-    std::string text;
-    const auto error = test::errorOf([&] {
-        for (const FoundPlace& place : search.find(toUTF16(name).value())) {
-            text += toUTF8(place.line).value() + "|" + toUTF8(place.partner).value() + "\n";
-        }
-    });
-    return error == "no error" ? text : "error: " + error;
-}
 
 std::vector<std::string> names() {
     std::vector<std::string> all = split("/one/f.vk /one/@C/g.vk +p/f @C/f.vk private/f  . f. .f p..f", ' ');

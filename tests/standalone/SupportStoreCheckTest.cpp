@@ -6,6 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace tessgen::standalone {
 
 namespace {
@@ -39,55 +44,108 @@ TEST(DatabaseTables, AreThoseOfTheFormatsOwnLibrary) {
     EXPECT_EQ(test::contentOf(writeDatabase(folder, entriesOf(store))), test::contentOf(store));
 }
 
-// A store of two files and a built-in, of which `change` has changed something whose checksum is right all the same.
-template <typename Change>
-std::vector<std::string> findingsAfter(const Change& change) {
-    const TemporaryFolder folder;
-    auto entries = entriesOf(buildStore(folder, R"({"path": "/w/f.vk", "name": ["f", "g"]}
-{"path": "/w/g.vk"}
-{"path": "sum", "builtin": true})"));
-    change(entries);
-    return checkSupportStore(writeDatabase(folder, entries)).findings;
+// A store of two files and a built-in, of which something was changed whose checksum is right all the same: no build
+// writes it, and a check finds it.
+struct Change {
+    std::string finding; // ends the first one
+    std::function<void(Entries&)> make;
+    std::string damaged = ""; // a name or path that this must be an error to
+};
+
+enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };
+
+std::string contentOf(const Entries::value_type& entry) {
+    return entry.second.substr(0, entry.second.size() - checksumSize);
 }
 
+auto withValue(const std::function<std::string(const std::string&)>& make) {
+    return [=](Entries& e) { e[fileG] = withChecksum(e[fileG].first, make(contentOf(e[fileG]))); };
+}
+
+auto withRecord(std::u16string_view symbol, const std::vector<std::u16string>& names) {
+    return withValue([=](const std::string& /*value*/) {
+        return encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, names});
+    });
+}
+
+auto withInfo(std::uint32_t records, std::u16string_view prefix) {
+    return [=](Entries& e) {
+        e[info] = withChecksum(e[info].first, encodeInfo({std::u16string(storeMagic), storeVersion, records,
+                                                          u"/opt/orvak", std::u16string(prefix)}));
+    };
+}
+
+auto withReference(const std::function<void(EntryReference&)>& change) {
+    return [=](Entries& e) {
+        auto reference = decodeReference(contentOf(e[nameF])).value();
+        change(reference);
+        e[nameF] = withChecksum(e[nameF].first, encodeReference(reference));
+    };
+}
+
+// The reference to the file leads to an entry for a name.
+void makeFileAName(Entries& e) {
+    e[fileF] = withChecksum(encodeKey(EntryKind::name, u"/w/f.vk"), contentOf(e[fileF]));
+    const auto checksum = numberFrom(std::string_view(e[fileF].second).substr(contentOf(e[fileF]).size()));
+    withReference([=](EntryReference& reference) { reference.checksum = checksum; })(e);
+}
+
+const std::string zero = encodeNumber(0);
+const std::string huge = encodeNumber(0xFFFFFFFF);
+
+const std::vector<Change> changes = {
+    {"is not the entry for the name of the record before it", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
+    {"is not the entry for the name of the record before it", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
+    {"is not the entry for the name of the record before it", [](Entries& e) { e.insert(e.begin() + nameF, e[nameF]); },
+     "f"},
+    {"is not the entry for the name of the record before it", withReference([](auto& r) { --r.length; }), "f"},
+    {"is not the entry for the name of the record before it", withReference([](auto& r) { ++r.checksum; }), "f"},
+    {"is not the entry for the name of the record before it", withReference([](auto& r) { r.position = ~0U; }), "f"},
+    {"no record needs this entry", makeFileAName, "f"},
+    {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
+    {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
+    {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
+    {"an entry after the last one", [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
+    {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
+    {"the record of a file is not found by its path", [](Entries& e) { e[fileG] = e[fileF]; }},
+    {"there are 3 records where 4 were written", withInfo(4, u"/w/")},
+    {"this is not the common prefix of the paths", withInfo(3, u"/w/f")},
+    {"this is not the common prefix of the paths", withInfo(3, u"/w")},
+    {"no build writes such a record", withRecord(u"g", {})},
+    {"no build writes such a record", withRecord(u"", {u"g"})},
+    {"no build writes such a record", withRecord(u"g", {u"\xD800"})},
+    {"no build writes such a record", // half a code unit
+     [](Entries& e) { e[fileG] = withChecksum(e[fileG].first + "x", contentOf(e[fileG])); }},
+    {"no build writes such a record", withValue([](auto& value) { return value + '\0'; }), "/w/g.vk"},
+    {"no build writes such a record", withValue([](auto& value) { return value.substr(1); }), "/w/g.vk"},
+    {"no build writes such a record", // a flag that does not exist
+     withValue([](auto& value) { return encodeNumber(128) + value.substr(4); }), "/w/g.vk"},
+    {"no build writes such a record", withValue([](auto&) { return zero + huge; }), "/w/g.vk"}, // a text of 8 GiB
+    {"no build writes such a record", withValue([](auto&) { return zero + zero + huge; }), "/w/g.vk"}, // 4 Gi texts
+    {"the checksum of an entry is wrong", [](Entries& e) { e[nameSum].second.back() ^= 1; }},
+    {"an entry is too short", [](Entries& e) { e[nameSum].second = ""; }},
+};
+
 TEST(SupportStoreCheck, FindsWhatNoBuildWrites) {
-    enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };
-    EXPECT_EQ(findingsAfter([](Entries& entries) { EXPECT_EQ(entries.size(), info + 1); }), std::vector<std::string>{});
-    const auto withRecord = [](std::u16string_view symbol, const std::vector<std::u16string>& names) {
-        return [=](Entries& e) {
-            e[fileG] =
-                withChecksum(e[fileG].first, encodeRecord({{{}, false, false, std::u16string(symbol), {}, {}}, names}));
-        };
-    };
-    const auto withInfo = [](std::uint32_t records, std::u16string_view prefix) {
-        return [=](Entries& e) {
-            e[info] = withChecksum(e[info].first, encodeInfo({std::u16string(storeMagic), storeVersion, records,
-                                                              u"/opt/orvak", std::u16string(prefix)}));
-        };
-    };
-    const std::vector<std::pair<std::string, std::function<void(Entries&)>>> cases = {
-        {"is not the entry for the name", [](Entries& e) { std::swap(e[nameF], e[nameG]); }},
-        {"is not the entry for the name", [](Entries& e) { std::swap(e[nameG], e[nameGOfG]); }},
-        {"no record needs this entry", [](Entries& e) { e.insert(e.begin() + fileG, e[nameG]); }},
-        {"no record needs this entry", [](Entries& e) { e.erase(e.begin()); }},
-        {"an entry after the last one", [](Entries& e) { e.push_back(withChecksum("X", "")); }},
-        {"an entry after the last one",
-         [](Entries& e) { std::rotate(e.begin() + builtin, e.begin() + info, e.end()); }},
-        {"duplicate file header entry", [](Entries& e) { e.push_back(e[info]); }},
-        {"is not found by its path", [](Entries& e) { e[fileG] = e[fileF]; }},
-        {"there are 3 records where 4 were", withInfo(4, u"/w/")},
-        {"is not the common prefix", withInfo(3, u"/w/f")},
-        {"is not the common prefix", withInfo(3, u"/w")},
-        {"no build writes such a record", withRecord(u"g", {})},
-        {"no build writes such a record", withRecord(u"", {u"g"})},
-        {"no build writes such a record", withRecord(u"g", {u"\xD800"})},
-        {"the checksum of an entry is wrong", [](Entries& e) { e[nameSum].second.back() ^= 1; }},
-        {"an entry is too short", [](Entries& e) { e[nameSum].second = ""; }},
-    };
-    for (const auto& [expected, change] : cases) {
-        const auto findings = findingsAfter(change);
-        ASSERT_FALSE(findings.empty()) << expected;
-        EXPECT_NE(findings.front().find(expected), std::string::npos) << expected << ", found " << findings.front();
+    const TemporaryFolder folder;
+    const auto whole = entriesOf(buildStore(folder, R"({"path": "/w/f.vk", "name": ["f", "g"]}
+{"path": "/w/g.vk"}
+{"path": "sum", "builtin": true})"));
+    EXPECT_EQ(checkSupportStore(writeDatabase(folder, whole)).findings, std::vector<std::string>());
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const auto& [finding, make, damaged] = changes[i];
+        auto entries = whole;
+        make(entries);
+        const auto file = writeDatabase(folder, entries);
+        const auto findings = checkSupportStore(file).findings;
+        ASSERT_FALSE(findings.empty()) << i;
+        EXPECT_TRUE(findings.front().ends_with(finding)) << i << ": " << findings.front();
+        const auto error = test::errorOf([&file, &text = damaged] {
+            const SupportStore store(file, test::storeRoot);
+            static_cast<void>(text.starts_with('/') ? store.findByPath(toUTF16(text).value()).has_value()
+                                                    : store.findBySymbol(toUTF16(text).value()).empty());
+        });
+        EXPECT_EQ(error.find("is damaged") != std::string::npos, !damaged.empty()) << i << ": " << error;
     }
 }
 

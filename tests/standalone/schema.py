@@ -15,6 +15,8 @@ Draft202012Validator.check_schema(schema)
 validator = Draft202012Validator(schema)
 wrong = []
 
+if schema["examples"][0].keys() != schema["properties"].keys():
+    wrong.append("the example has not every key")
 for example in schema["examples"]:
     wrong += [f"example: {error.message}" for error in validator.iter_errors(example)]
 

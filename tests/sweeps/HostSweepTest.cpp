@@ -103,50 +103,47 @@ Answers answersTo(const Texts& names) {
     return answers;
 }
 
-Answers answersInOneThread(const SmallHost& host, const Texts& names) {
-    const Session session(host.withoutIndex());
-    return answersTo(names);
-}
-
-// Each thread has its engine, and all ask one session: what each is answered is what one alone was answered.
-TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
-    const SmallHost host;
+// All of several threads, each with its engine, ask one session, in several rounds, with the index and without; what
+// each is answered is what one alone was answered. `meanwhile` is called by one of them before each question, `after`
+// in each session.
+template <typename Meanwhile, typename After>
+void askFromManyThreads(const SmallHost& host, View view, Meanwhile meanwhile, After after) {
     const auto names = host.names();
-    const Answers expected = answersInOneThread(host, names);
+    const Answers expected = [&] {
+        const Session session(host.withoutIndex());
+        return answersTo(names);
+    }();
     EXPECT_EQ(expected.front().size(), 8U); // files, built-ins and a redirect
-    for (const auto view : {View::live, View::snapshot, View::watched}) {
-        for (int round = 0; round < 10; ++round) {
-            const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), view);
-            together([&](int number) {
-                for (std::size_t i = 0; i < names.size(); ++i) {
-                    const auto at = (i + static_cast<std::size_t>(number)) % names.size();
-                    EXPECT_EQ(kelwhich::kelwhich(names[at]), expected[at]);
-                }
-            });
-        }
-    }
-    tellMeetings();
-}
-
-// While some ask, one changes a folder, so that the next to ask lists it anew for all.
-TEST(HostSweep, AnswersManyThreadsWhileWatchedFoldersChange) {
-    const SmallHost host;
-    const auto names = host.names();
-    const Answers expected = answersInOneThread(host, names);
     for (int round = 0; round < 10; ++round) {
-        const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), View::watched);
+        const Session session(round % 2 == 0 ? host.withoutIndex() : host.installation(), view);
         together([&](int number) {
             for (std::size_t i = 0; i < names.size(); ++i) {
                 if (number == 0) {
-                    host.change();
+                    meanwhile();
                 }
                 const auto at = (i + static_cast<std::size_t>(number)) % names.size();
                 EXPECT_EQ(kelwhich::kelwhich(names[at]), expected[at]);
             }
         });
-        EXPECT_GT(standalone::currentSession().watched->counts().listedAgain, 5U);
+        after();
     }
     tellMeetings();
+}
+
+TEST(HostSweep, AnswersManyThreadsAsItDoesOne) {
+    const SmallHost host;
+    for (const auto view : {View::live, View::snapshot, View::watched}) {
+        askFromManyThreads(
+            host, view, [] {}, [] {});
+    }
+}
+
+// While some ask, one changes a folder, so that the next to ask lists it anew for all.
+TEST(HostSweep, AnswersManyThreadsWhileWatchedFoldersChange) {
+    const SmallHost host;
+    askFromManyThreads(
+        host, View::watched, [&] { host.change(); },
+        [] { EXPECT_GT(standalone::currentSession().watched->counts().listedAgain, 5U); });
 }
 
 TEST(HostSweep, InternsANameOnceForAllThreads) {
@@ -161,14 +158,6 @@ TEST(HostSweep, InternsANameOnceForAllThreads) {
 }
 
 #ifdef KELWHICH_SWEEPS_ALLOCATIONS
-std::vector<std::pair<std::u16string, std::u16string>> linesOf(const std::u16string& name) {
-    std::vector<std::pair<std::u16string, std::u16string>> lines;
-    for (auto& place : standalone::currentSession().find(name)) {
-        lines.emplace_back(std::move(place.line), std::move(place.partner));
-    }
-    return lines;
-}
-
 TEST(HostSweep, OfEveryAllocation) {
     const SmallHost host;
     const auto indexed = host.installation();
@@ -201,16 +190,11 @@ TEST(HostSweep, OfEveryAllocation) {
             names.resize(2);
         }
         for (const auto& name : names) {
-            sweep("ask in a session", [&, view] {
-                return [&name, session = std::make_shared<const Session>(Installation(installation), view)] {
-                    return linesOf(name);
-                };
-            });
             if (view == View::watched) {
-                sweep("ask in a session after a change", [&, view] {
+                sweep("kelwhich in a session after a change", [&, view] {
                     auto session = std::make_shared<const Session>(Installation(installation), view);
                     host.change();
-                    return [&name, session = std::move(session)] { return linesOf(name); };
+                    return [&name, session = std::move(session)] { return kelwhich::kelwhich(name); };
                 });
             }
             sweep("kelwhich in a session", [&, view] {

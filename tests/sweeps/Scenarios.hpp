@@ -136,43 +136,6 @@ void forEachOperation(Visit visit) {
         return resolver.entryToBasicEntry(std::make_shared<SupportEntry>(supported(u"/h/tb/f.vk"))).path;
     });
 
-    // Beside other keys, which stay known whatever fails.
-    const auto withCaches = [&visit](const std::string& name, bool warm, auto operation) {
-        visit(warm ? name + ", warm" : name, [warm, operation] {
-            resetHost();
-            auto world = std::make_shared<World>(wideWorld());
-            auto files = std::make_shared<kelwhich::CachedFileSystemAdaptor>(std::make_unique<FakeFileSystem>(*world));
-            auto which =
-                std::make_shared<kelwhich::CachedWhichResolverAdaptor>(std::make_unique<FakeWhichResolver>(*world));
-            static_cast<void>(which->which(u"another name"));
-            static_cast<void>(files->exists(u"/another/path"));
-            auto call = [world, files, which, operation] { return operation(*files, *which); };
-            if (warm) {
-                call();
-            }
-            return call;
-        });
-    };
-    // With what is asked of the inner object at each call: a failure must not have filled the cache.
-    const auto counted = [](auto answer) {
-        const std::size_t before = Faults::asked;
-        auto got = answer();
-        return std::pair(std::move(got), Faults::asked - before);
-    };
-    for (const bool warm : {false, true}) {
-        withCaches("cached which", warm, [=](const auto& /*files*/, const auto& which) {
-            auto known = counted([&] { return which.which(u"another name"); });
-            return std::pair(std::move(known), counted([&] { return which.which(u"f"); }));
-        });
-        withCaches("cached exists", warm, [=](const auto& files, const auto& /*which*/) {
-            const auto known = counted([&] { return files.exists(u"/another/path"); });
-            return std::pair(known, counted([&] { return files.exists(u"/a/long/path/to/a/file/f.vk"); }));
-        });
-        withCaches("cached roots", warm, [](const auto& files, const auto& /*which*/) {
-            return std::tuple(files.orvakroot(), files.spkgroot(), files.isOnKELPath(u"/k/f.vk"));
-        });
-    }
-
     const auto overHost = [&visit](const std::string& name, auto operation) {
         visit(name, [operation] {
             resetHost();

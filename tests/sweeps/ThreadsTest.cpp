@@ -49,7 +49,7 @@ TEST(Threads, ShareTheRealFileSystem) {
 }
 
 // Collaborators that notice when they are asked twice at a time.
-class OneAtATime final : public kelwhich::WhichResolver {
+class OneAtATime final : public kelwhich::WhichResolver, public kelwhich::FileSystem {
 public:
     Results which(const std::u16string& name) const override {
         EXPECT_FALSE(busy.exchange(true));
@@ -58,20 +58,13 @@ public:
         busy = false;
         return {{name, Type::ORVAKBuiltin}};
     }
+    bool exists(const std::u16string& path) const override { return !which(path).empty(); }
+    std::u16string orvakroot() const override { return which(u"/h").front().path; }
+    std::optional<std::u16string> spkgroot() const override { return which(u"/s").front().path; }
+    bool isOnKELPath(const std::u16string& /*path*/) const override { return false; }
 
     static inline std::atomic<int> asked = 0;
     static inline std::atomic<bool> busy = false;
-};
-
-class OneFileAtATime final : public kelwhich::FileSystem {
-public:
-    bool exists(const std::u16string& path) const override { return !inner_.which(path).empty(); }
-    std::u16string orvakroot() const override { return inner_.which(u"/h").front().path; }
-    std::optional<std::u16string> spkgroot() const override { return inner_.which(u"/s").front().path; }
-    bool isOnKELPath(const std::u16string& /*path*/) const override { return false; }
-
-private:
-    OneAtATime inner_;
 };
 
 TEST(Threads, ShareDecoratorsThatAskOncePerKeyAndOneAtATime) {
@@ -84,7 +77,7 @@ TEST(Threads, ShareDecoratorsThatAskOncePerKeyAndOneAtATime) {
             }
         });
         EXPECT_EQ(OneAtATime::asked, 3);
-        const kelwhich::CachedFileSystemAdaptor files(std::make_unique<OneFileAtATime>());
+        const kelwhich::CachedFileSystemAdaptor files(std::make_unique<OneAtATime>());
         together([&](int /*number*/) {
             for (const auto* name : {u"/a", u"/b"}) {
                 EXPECT_TRUE(files.exists(name));
