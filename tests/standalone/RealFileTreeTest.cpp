@@ -116,7 +116,6 @@ TEST(DirectoryHandle, IsWalkedFromToWhatLiesBelowIt) {
     if (root.to("/x").folder == AT_FDCWD) {
         GTEST_SKIP() << "the system cannot open a folder so";
     }
-    EXPECT_STREQ(root.to("/x").path, "x");
     const TemporaryFolder top;
     top.makeFolder("a/b");
     const std::string folder = std::filesystem::canonical(top.path("a"));

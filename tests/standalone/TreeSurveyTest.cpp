@@ -1,8 +1,4 @@
 #include "standalone/manifest/TreeSurvey.hpp"
-#include "standalone/manifest/Installation.hpp"
-#include "standalone/search/NameSearch.hpp"
-#include "standalone/text/PathText.hpp"
-#include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 
 #include <gmock/gmock.h>
@@ -48,13 +44,6 @@ TEST(TreeSurvey, FindsTheFoldersFromWhichNamesLeadToFiles) {
         const MemoryFileTree tree("/w", files);
         EXPECT_THAT(surveyTree("/w", {}, tree),
                     FieldsAre(searchFolders, IsEmpty(), IsEmpty(), nameToTry, IsEmpty(), IsEmpty()));
-        Installation installation;
-        installation.extensions = defaultExtensions();
-        for (const auto& folder : searchFolders) {
-            installation.searchPath.push_back(absolutePath(folder, "/w"));
-        }
-        const auto places = NameSearch(installation, tree).find(toUTF16(nameToTry).value());
-        EXPECT_EQ(places.empty(), nameToTry.empty()) << nameToTry;
     }
 }
 

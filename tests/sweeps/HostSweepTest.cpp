@@ -30,7 +30,6 @@ namespace {
 
 using standalone::Installation;
 using standalone::Session;
-using standalone::SupportStore;
 using standalone::View;
 using Texts = std::vector<std::u16string>;
 using Answers = std::vector<std::vector<kelwhich::WhichResult>>;
@@ -166,15 +165,6 @@ TEST(HostSweep, OfEveryAllocation) {
     const auto sweep = [&points](const std::string& name, const auto& make) {
         points += sweepAllocations(name, make, [] {});
     };
-    sweep("open the store", [&] { return [&] { return SupportStore(host.store(), host.root()).root(); }; });
-    const auto file = host.path("library/a/folder/below/the/root/f.vk");
-    sweep("look up in the store", [&] {
-        return [&file, store = std::make_shared<const SupportStore>(host.store())] {
-            const auto record = store->findByPath(file).value();
-            return std::tuple(record->path, record->symbol, record->unsupportedSymbols,
-                              store->findBySymbol(u"f").size());
-        };
-    });
     sweep("build the index", [&] { return [&] { return SmallHost::buildIndex(indexed).folders; }; });
     const auto sweepSession = [&](const Installation& installation, View view) {
         sweep("open a session", [&, view] {
