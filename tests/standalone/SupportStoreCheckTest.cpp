@@ -49,7 +49,7 @@ TEST(DatabaseTables, AreThoseOfTheFormatsOwnLibrary) {
 struct Change {
     std::string finding; // ends the first one
     std::function<void(Entries&)> make;
-    std::string damaged = ""; // a name or path that this must be an error to
+    std::string damaged = {}; // a name or path that this must be an error to
 };
 
 enum Place { fileF, nameF, nameG, fileG, nameGOfG, builtin, nameSum, info };

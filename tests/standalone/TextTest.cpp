@@ -1,5 +1,4 @@
 #include "standalone/text/Hash.hpp"
-#include "standalone/text/PathText.hpp"
 
 #include <gtest/gtest.h>
 
@@ -24,13 +23,6 @@ TEST(TextHash, DependsOnEachByteAndOnTheLength) {
     }
     EXPECT_EQ(hashes.size(), texts);
     EXPECT_EQ(TextHash()(u"aa"), TextHash()(std::string("a\0a\0", 4)));
-}
-
-TEST(PathText, IsBelowAFolderAtAnyDepth) {
-    EXPECT_TRUE(isBelow("/w/a/f.vk", "/w"));
-    EXPECT_FALSE(isBelow("/w", "/w"));
-    EXPECT_FALSE(isBelow("/wa/f.vk", "/w"));
-    EXPECT_TRUE(isBelow("/f.vk", "/"));
 }
 
 } // namespace
