@@ -270,10 +270,9 @@ private:
         if (request_.action != Action::which && request_.null && !(isCheck ? request_.names : request_.from)) {
             refuse(fmt::format("--null needs --{} with '{}'", isCheck ? "names" : "from", command_->words()));
         }
-        const std::vector<std::string> inputs = {request_.from.value_or(""), request_.lockToCheck.value_or("")};
-        if (std::count(inputs.begin(), inputs.end(), "-")
-                + std::count(request_.operands.begin(), request_.operands.end(), "-")
-            > 1) {
+        auto inputs = request_.action == Action::diff ? request_.operands : std::vector<std::string>();
+        inputs.insert(inputs.end(), {request_.from.value_or(""), request_.lockToCheck.value_or("")});
+        if (std::count(inputs.begin(), inputs.end(), "-") > 1) {
             refuse("standard input can be read once only");
         }
     }
