@@ -25,8 +25,8 @@ using standalone::LineTooLong;
 
 class FileAnswering {
 public:
-    FileAnswering(const Request& request, ResolverSession& resolver, LineReader& lines)
-        : request_(request), lines_(lines), resolver_(resolver), progress_("names", lines.size()) {}
+    FileAnswering(const Request& request, ResolverSession& resolver, LineReader& lines, Progress& progress)
+        : request_(request), lines_(lines), resolver_(resolver), progress_(progress) {}
 
     int answerAll() {
         while (answerNext()) {
@@ -124,7 +124,7 @@ private:
     const Request& request_;
     LineReader& lines_;
     ResolverSession& resolver_;
-    Progress progress_;
+    Progress& progress_;
     const bool showsProgress_ = !outputIsTerminal(); // on a terminal the answers themselves show it
     const bool isColoured_ = outputIsColoured();
     Outcome outcome_;
@@ -143,7 +143,8 @@ int whichFrom(const Request& request) {
     const char end = request.null ? '\0' : '\n';
     auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
     ResolverSession resolver(request, standalone::View::snapshot);
-    return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines)).answerAll();
+    Progress progress("names", lines.size()); // removed also when answering fails, unlike what is kept
+    return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines, progress)).answerAll();
 }
 
 } // namespace tessgen::cli
