@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
@@ -14,6 +15,20 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t blockSize = std::size_t{1} << 14U;
+
+// As the system's `read`. Waits while a non-blocking descriptor has nothing.
+ssize_t readSome(int descriptor, char* bytes, std::size_t size) {
+    for (;;) {
+        const auto count = read(descriptor, bytes, size);
+        if (count >= 0 || (errno != EINTR && errno != EAGAIN)) {
+            return count;
+        }
+        if (errno == EAGAIN) {
+            pollfd readable{descriptor, POLLIN, 0};
+            poll(&readable, 1, -1);
+        }
+    }
+}
 
 } // namespace
 
@@ -85,10 +100,7 @@ void LineReader::readBlock() {
     buffer_.erase(0, std::exchange(begin_, 0));
     const auto kept = buffer_.size();
     buffer_.resize(kept + blockSize);
-    ssize_t count = 0;
-    do {
-        count = read(descriptor_, buffer_.data() + kept, blockSize);
-    } while (count < 0 && errno == EINTR);
+    const auto count = readSome(descriptor_, buffer_.data() + kept, blockSize);
     if (count < 0) {
         fail("cannot be read");
     }
