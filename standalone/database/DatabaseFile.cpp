@@ -88,7 +88,7 @@ void DatabaseFile::map() {
         refuse("cannot be read: " + errorText(errno));
     }
     if (!S_ISREG(status.st_mode)) {
-        refuse("is not a regular file; remove it, or name another file");
+        refuse("is not a regular file; name another file");
     }
     if (status.st_size < databaseHeaderSize) {
         failKind(", or is cut short");

@@ -107,6 +107,9 @@ const char* adviceFor(int error) {
         return "; the disk is full: make room there, or write to another disk";
     case EFBIG:
         return "; files may not grow that large here: raise the limit (ulimit -f)";
+    case ENOENT:
+    case ENOTDIR:
+        return "; its folder is not there: make it, or write elsewhere";
     case EACCES:
     case EROFS:
         return "; its folder cannot be written to: change its permissions, or write elsewhere";
