@@ -25,11 +25,13 @@ class BatchAnswering {
 public:
     BatchAnswering(const Request& request, ResolverSession& resolver) : request_(request), resolver_(resolver) {}
 
-    int answerAll() {
+    void answerAll() {
         while (answerNext()) {
         }
-        return outcome_.exitCode();
     }
+
+    // Reports why it is not 0.
+    [[nodiscard]] int exitCode() const { return outcome_.exitCode(); }
 
 private:
     bool answerNext() {
@@ -104,11 +106,12 @@ int batch(const Request& request) {
         noteOnName(request, resolver);
     }
     noteIfNotWatched();
-    const int exitCode = BatchAnswering(request, resolver).answerAll();
+    BatchAnswering answering(request, resolver);
+    answering.answerAll();
     if (request.stats) {
         reportStats();
     }
-    return exitCode;
+    return answering.exitCode();
 }
 
 } // namespace tessgen::cli
