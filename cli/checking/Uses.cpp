@@ -11,7 +11,6 @@
 #include <string_view>
 #include <system_error>
 #include <tuple>
-#include <utility>
 
 namespace tessgen::cli {
 
@@ -64,7 +63,7 @@ bool isBefore(const Use& a, const Use& b) {
 } // namespace
 
 Uses readUses(const std::string& file, char end) {
-    auto lines = file == "-" ? LineReader::ofStandardInput(end) : LineReader(file, end);
+    auto lines = LineReader::ofInput(file, end);
     Uses uses;
     standalone::forEachLine(
         lines, [&](std::string_view line) { uses.all.push_back(readUse(line)); },

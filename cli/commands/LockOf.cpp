@@ -63,8 +63,7 @@ std::optional<LockedNames> namesOfFile(const Request& request, Outcome& outcome)
     if (!request.from) {
         return std::nullopt;
     }
-    const char end = request.null ? '\0' : '\n';
-    auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
+    auto lines = LineReader::ofInput(*request.from, request.null ? '\0' : '\n');
     LockedNames names;
     standalone::forEachLine(
         lines, [&](std::string_view line) { names.push_back(analysis::spelledName(parseName(line), lockSpelling)); },

@@ -140,8 +140,7 @@ private:
 
 int whichFrom(const Request& request) {
     refusePathsOnTerminal(request);
-    const char end = request.null ? '\0' : '\n';
-    auto lines = *request.from == "-" ? LineReader::ofStandardInput(end) : LineReader(*request.from, end);
+    auto lines = LineReader::ofInput(*request.from, request.null ? '\0' : '\n');
     ResolverSession resolver(request, standalone::View::snapshot);
     Progress progress("names", lines.size()); // removed also when answering fails, unlike what is kept
     return keepUntilExit(std::make_unique<FileAnswering>(request, resolver, lines, progress)).answerAll();

@@ -88,7 +88,7 @@ std::optional<Lock> readLock(const std::string& file, const std::optional<Locked
     if (std::filesystem::is_directory(file, unknown)) {
         return std::nullopt;
     }
-    auto lines = file == "-" ? LineReader::ofStandardInput() : LineReader(file);
+    auto lines = LineReader::ofInput(file);
     const auto first = firstLine(lines);
     if (!hasLockHead(first)) {
         return std::nullopt;

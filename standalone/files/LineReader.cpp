@@ -43,6 +43,10 @@ LineReader LineReader::ofStandardInput(char end) {
     return LineReader(end);
 }
 
+LineReader LineReader::ofInput(const std::string& file, char end) {
+    return file == "-" ? ofStandardInput(end) : LineReader(file, end);
+}
+
 std::optional<std::string_view> LineReader::next() {
     if (std::exchange(skips_, false)) {
         skipRest();

@@ -27,6 +27,8 @@ public:
     // `end` is '\n' or '\0'.
     explicit LineReader(const std::string& file, char end = '\n');
     static LineReader ofStandardInput(char end = '\n');
+    // Of a file, or of standard input for "-".
+    static LineReader ofInput(const std::string& file, char end = '\n');
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 

@@ -65,7 +65,7 @@ bool isBlank(std::string_view line) {
 
 StoreBuildProgress buildSupportStore(const std::string& records, const std::string& output, const std::string& root,
                                      const std::function<void(const StoreBuildProgress&)>& report) {
-    LineReader lines = records == "-" ? LineReader::ofStandardInput() : LineReader(records);
+    auto lines = LineReader::ofInput(records);
     AtomicFile file(output, replaceableStore);
     DatabaseWriter writer(file);
     KnownFiles known;
