@@ -23,7 +23,7 @@ struct Finding {
     Level level;
     std::u16string name;                           // that was resolved
     std::u16string path;                           // the file or built-in that it is about
-    std::u16string other;                          // the one that it is about it with; empty when there is none
+    std::u16string other;                          // the other one that it is about; empty when there is none
     std::optional<kelwhich::Explanation::Key> key; // that decides which of the two comes first
     std::u16string message;                        // what is found, as a clause of a sentence
     std::string_view advice;                       // what to do, as a sentence

@@ -3,7 +3,6 @@
 #include "analysis/PreferredCandidate.hpp"
 #include "analysis/RedirectFindings.hpp"
 
-#include <optional>
 #include <utility>
 
 namespace tessgen::analysis {

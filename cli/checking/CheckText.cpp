@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <map>
 #include <string_view>
 #include <utility>

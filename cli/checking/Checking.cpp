@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <functional>
 #include <numeric>
 #include <optional>
 #include <set>

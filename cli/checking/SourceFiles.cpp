@@ -1,7 +1,6 @@
 #include "cli/checking/SourceFiles.hpp"
 
 #include "cli/explanation/GivenPath.hpp"
-#include "cli/output/Escape.hpp"
 #include "standalone/manifest/Installation.hpp"
 #include "standalone/text/Hash.hpp"
 #include "standalone/text/PathText.hpp"

@@ -5,6 +5,7 @@
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
 #include "cli/reports/DoctorFindings.hpp"
+#include "cli/reports/Report.hpp"
 #include "cli/reports/ReportFiles.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
 #include "standalone/services/SessionState.hpp"

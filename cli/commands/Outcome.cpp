@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 
-#include <stdexcept>
 #include <string>
 
 namespace tessgen::cli {

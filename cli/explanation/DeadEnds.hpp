@@ -27,7 +27,7 @@ std::vector<std::string> linesOf(const DeadEnd& deadEnd);
 // The same after the similar names, if there are any: what `explain` adds.
 std::vector<std::string> notesOf(const DeadEnd& deadEnd);
 
-// ", did you mean a, b or c?" without the ", "; empty when no name is similar.
+// "did you mean a, b or c?"; empty when no name is similar.
 std::string suggestionWords(const DeadEnd& deadEnd);
 
 class DeadEnds {

@@ -10,7 +10,6 @@
 #include "standalone/services/SessionState.hpp"
 #include "standalone/store/SupportRecords.hpp"
 #include "standalone/text/PathText.hpp"
-#include "standalone/text/Text.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
 #include "tessgen/kelwhich/RealFileSystem.hpp"
 
@@ -18,7 +17,6 @@
 
 #include <algorithm>
 #include <compare>
-#include <cstddef>
 #include <iterator>
 #include <memory>
 #include <string>

@@ -5,15 +5,12 @@
 #include "cli/lsp/Places.hpp"
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
-#include "cli/output/FileURI.hpp"
 #include "cli/output/Json.hpp"
 #include "cli/reports/Report.hpp"
 #include "standalone/services/SessionState.hpp"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 namespace tessgen::cli {
 

@@ -20,7 +20,6 @@
 #include <cstddef>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace tessgen::cli {
 

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <memory>
+#include <regex.h>
 #include <stdexcept>
 
 namespace tessgen::cli {

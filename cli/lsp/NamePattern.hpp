@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
-#include <regex.h>
 #include <string>
 #include <string_view>
 

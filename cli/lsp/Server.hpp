@@ -18,7 +18,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <sys/types.h>
 #include <vector>
 

@@ -110,7 +110,7 @@ private:
     int nextCode() {
         const int next = std::max(optind, 1); // 0 makes getopt begin anew
         word_ = next < count_ ? words_[next] : "";
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program has one thread
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
         return getopt_long(count_, words_, letters_.c_str(), names_.data(), nullptr);
     }
 

@@ -1,12 +1,12 @@
 #include "cli/options/Spelling.hpp"
 
+#include "cli/options/Options.hpp"
 #include "standalone/doctor/SpellingSuggestions.hpp"
 #include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <stdexcept>
 
 namespace tessgen::cli {

@@ -1,8 +1,6 @@
 // What a mistyped command or option was meant to be, and what --help is asked about.
 #pragma once
 
-#include "cli/options/CommandLine.hpp"
-
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,13 +1,10 @@
-// Renders findings: for people, and as JSON for programs.
+// Renders findings as JSON.
 #pragma once
 
 #include "analysis/Finding.hpp"
 #include "analysis/Names.hpp"
 
 #include <nlohmann/json_fwd.hpp>
-
-#include <string>
-#include <string_view>
 
 namespace tessgen::cli {
 

@@ -7,13 +7,11 @@
 #include "cli/output/Findings.hpp"
 #include "cli/output/Json.hpp"
 
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -26,7 +26,7 @@ struct Answer {
 
     std::string query; // UTF-8
     std::vector<Candidate> candidates;
-    std::optional<analysis::Finding> finding; // what matters most of the preferred candidate; JSON only
+    std::optional<analysis::Finding> finding; // what matters most of the preferred candidate; in text a note
     bool hasLeftOut = false;                  // something was found and left out
 
     // For people, escaped; text only.

@@ -33,10 +33,6 @@ inline int wordCount(const CommandRow& row) {
     return row.secondWord.empty() ? 1 : 2;
 }
 
-inline bool takesFile(const CommandRow& row) {
-    return row.takes == Operands::one || row.takes == Operands::optional;
-}
-
 // How the option is typed: its letter, if it has one, `between`, and its name.
 std::string spellings(const OptionRow& row, std::string_view between);
 

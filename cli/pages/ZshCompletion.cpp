@@ -51,7 +51,7 @@ std::string specsOf(const CommandRow& command) {
 std::string caseOf(const CommandRow& row) {
     const bool mayBeLeftOut = &row == &commandTable.front();
     std::string operands = mayBeLeftOut ? "" : row.secondWord.empty() ? " '1: : '" : " '1: : ' '2: : '";
-    if (takesFile(row)) {
+    if (row.takes == Operands::one || row.takes == Operands::optional) {
         const auto spec = fmt::format("{}:{}:{}", wordCount(row) + 1, described(row.operands), action(row.completes));
         operands.append(" ").append(quoted(spec));
     }

@@ -3,7 +3,8 @@
 // A place that is not UTF-8 is escaped. Threads: any.
 #pragma once
 
-#include "cli/reports/Report.hpp"
+#include "analysis/Finding.hpp"
+#include "analysis/Rules.hpp"
 #include "standalone/doctor/Diagnosis.hpp"
 
 #include <vector>

@@ -11,7 +11,6 @@
 #include <cstddef>
 #include <iterator>
 #include <map>
-#include <utility>
 
 namespace tessgen::cli {
 
