@@ -65,7 +65,10 @@ std::u16string unescaped(const std::string& spelled) {
 KnownFindings::KnownFindings(const std::string& file, bool mayBeAbsent, const standalone::SessionState& session)
     : file_(absoluteInUTF8(file)), paths_(session), files_(session.files) {
     std::error_code unknown;
-    if (mayBeAbsent && !std::filesystem::exists(file_, unknown) && !unknown) {
+    if (!std::filesystem::exists(file_, unknown) && !unknown) {
+        if (!mayBeAbsent) {
+            throw std::runtime_error(file_ + ": there is no such baseline; write it with --update-baseline");
+        }
         return;
     }
     const auto text = contentOf(file_);
