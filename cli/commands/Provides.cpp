@@ -123,6 +123,10 @@ int provides(const Request& request) {
     const ResolverSession resolver(request, standalone::View::snapshot);
     const auto& session = standalone::currentSession();
     ReachingNames names(session, *resolver);
+    const bool isComplete = session.snapshotSearch->isComplete();
+    if (!isComplete) {
+        reportNote("folders that cannot be read, or packages behind several links, may hold more names");
+    }
     const auto style = outputStyle(outputIsColoured());
     std::string text;
     auto files = nlohmann::ordered_json::array();
@@ -139,10 +143,6 @@ int provides(const Request& request) {
         } catch (const std::exception& error) {
             outcome.addFailure(file, error);
         }
-    }
-    const bool isComplete = session.snapshotSearch->isComplete();
-    if (!isComplete) {
-        reportNote("folders that cannot be read, or packages behind several links, may hold more names");
     }
     if (request.json && !files.empty()) {
         text = printJSONDocument({{"schema", "kelwhich/1"}, {"files", std::move(files)}, {"complete", isComplete}});
