@@ -97,11 +97,10 @@ std::string asLine(const ordered_json& value) {
 std::string asText(const std::vector<Setting>& settings) {
     const auto style = outputStyle(outputIsColoured());
     std::string text;
-    auto to = std::back_inserter(text);
     for (const auto& [key, source, value] : settings) {
-        fmt::format_to(to, "{}{:20}{}{}\n", style.name, key, style.end, source.words);
+        text += fmt::format("{}{:20}{}{}\n", style.name, key, style.end, source.words);
         for (const auto& element : value.is_array() ? value : ordered_json::array({value})) {
-            fmt::format_to(to, "  {}\n", element.is_null() ? "(not set)" : escaped(asLine(element)));
+            text += fmt::format("  {}\n", element.is_null() ? "(not set)" : escaped(asLine(element)));
         }
         if (value.is_array() && value.empty()) {
             text += "  (empty list)\n"; // cannot be taken for a name, which is one word

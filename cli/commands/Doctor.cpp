@@ -43,20 +43,19 @@ standalone::DiagnosisInput diagnosisInput(const ResolverSession& resolver) {
 std::string asText(const Findings& findings) {
     const auto style = outputStyle(outputIsColoured());
     std::string text;
-    auto to = std::back_inserter(text);
     for (auto first = findings.begin(); first != findings.end();) {
         const auto last = std::find_if(first, findings.end(), [diagnostic = first->diagnostic](const Finding& other) {
             return other.diagnostic != diagnostic;
         });
         const auto& [code, message, advice] = textOf(first->diagnostic);
-        fmt::format_to(to, "{}{}{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", style.name, code, style.end, message,
-                       advice);
+        text += fmt::format("{}{}{}{}\n  {}\n  {}\n", text.empty() ? "" : "\n", style.name, code, style.end, message,
+                            advice);
         const auto shown = std::min(last - first, shownPlaces);
         for (const auto& finding : Findings(first, first + shown)) {
-            fmt::format_to(to, "    {}\n", escaped(finding.place));
+            text += fmt::format("    {}\n", escaped(finding.place));
         }
         if (last - first > shown) {
-            fmt::format_to(to, "    and {} more; --json shows all\n", last - first - shown);
+            text += fmt::format("    and {} more; --json shows all\n", last - first - shown);
         }
         first = last;
     }

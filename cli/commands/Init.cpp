@@ -13,7 +13,6 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -87,17 +86,16 @@ void writeFiles(const OutputFiles& files, const std::string& manifest, const std
 
 std::string summary(const OutputFiles& files, const TreeSurvey& survey, const Request& request) {
     std::string text;
-    auto to = std::back_inserter(text);
-    fmt::format_to(to, "{}: {}, ", escaped(files.manifest), counted(survey.searchFolders.size(), "search folder"));
+    text += fmt::format("{}: {}, ", escaped(files.manifest), counted(survey.searchFolders.size(), "search folder"));
     if (survey.kelFolders.empty()) {
         text += "no KEL folder (use --kel to name one)\n";
     } else {
-        fmt::format_to(to, "{} with {}\n", counted(survey.kelFolders.size(), "KEL folder"),
-                       counted(survey.kelFiles.size(), "file"));
+        text += fmt::format("{} with {}\n", counted(survey.kelFolders.size(), "KEL folder"),
+                            counted(survey.kelFiles.size(), "file"));
     }
     if (request.records) {
-        fmt::format_to(to, "{}: {}; every KEL file is marked as supported: edit supportFlags where that is wrong\n",
-                       escaped(files.records), counted(survey.kelFiles.size(), "record"));
+        text += fmt::format("{}: {}; every KEL file is marked as supported: edit supportFlags where that is wrong\n",
+                            escaped(files.records), counted(survey.kelFiles.size(), "record"));
     } else if (!survey.kelFiles.empty()) {
         text += "KEL files are found by their support records; use --records to write a first version\n";
     }
@@ -108,10 +106,10 @@ std::string summary(const OutputFiles& files, const TreeSurvey& survey, const Re
     }
     text += "next:\n";
     if (request.records) {
-        fmt::format_to(to, "  kelwhich -i {} store build {}\n", shellWord(folder),
-                       shellWord(standalone::joinPath(folder, recordsName)));
+        text += fmt::format("  kelwhich -i {} store build {}\n", shellWord(folder),
+                            shellWord(standalone::joinPath(folder, recordsName)));
     }
-    fmt::format_to(to, "  kelwhich -i {} {}\n", shellWord(folder), nameWord(survey.nameToTry));
+    text += fmt::format("  kelwhich -i {} {}\n", shellWord(folder), nameWord(survey.nameToTry));
     return text;
 }
 

@@ -123,7 +123,7 @@ std::string amendedRecords(std::string text, const Additions& added) {
 // What is added to a file, each under its title.
 void appendAdded(std::string& text, const std::string& title, const std::vector<std::string>& paths) {
     for (const auto& path : paths) {
-        fmt::format_to(std::back_inserter(text), "  {}{}\n", title, escaped(path));
+        text += fmt::format("  {}{}\n", title, escaped(path));
     }
 }
 
@@ -136,9 +136,8 @@ std::string summary(const Additions& added, const std::string& manifest, const s
         appendAdded(text, "supportStore: ", added.stores);
     }
     if (added.toRecords()) {
-        fmt::format_to(std::back_inserter(text),
-                       "{}: added; each is marked as supported: edit supportFlags where that is wrong\n",
-                       escaped(records));
+        text += fmt::format("{}: added; each is marked as supported: edit supportFlags where that is wrong\n",
+                            escaped(records));
         appendAdded(text, "", added.news.kelFiles);
     }
     return text;

@@ -78,7 +78,7 @@ public:
 private:
     template <typename... Arguments>
     void add(fmt::format_string<Arguments...> form, Arguments&&... arguments) {
-        fmt::format_to(std::back_inserter(out_), form, std::forward<Arguments>(arguments)...);
+        out_ += fmt::format(form, std::forward<Arguments>(arguments)...);
     }
 
     void append(const Explanation::Resolution& resolution) {
@@ -215,7 +215,7 @@ std::string searchedAsText(const std::vector<SearchedFolder>& searched, Searched
                                            : problem == "notAFolder" ? ": is not a folder"
                                            : problem.empty()         ? ""
                                                                      : ": cannot be read";
-            fmt::format_to(std::back_inserter(text), "  {}{}\n", escaped(path), words);
+            text += fmt::format("  {}{}\n", escaped(path), words);
         }
     }
     return text;

@@ -97,9 +97,8 @@ std::string asText(const std::vector<NameChanges>& names) {
     std::string text;
     for (const auto& name : names) {
         for (const auto& change : name.changes) {
-            fmt::format_to(std::back_inserter(text), "{}{}{}: {}\n  before: {}\n  now:    {}\n", style.name,
-                           escapedText(name.after.name), style.end, change.finding.code, escapedText(change.before),
-                           escapedText(change.after));
+            text += fmt::format("{}{}{}: {}\n  before: {}\n  now:    {}\n", style.name, escapedText(name.after.name),
+                                style.end, change.finding.code, escapedText(change.before), escapedText(change.after));
         }
     }
     return text;

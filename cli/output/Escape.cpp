@@ -44,7 +44,7 @@ std::string quotedWithCodes(std::string_view text) {
         } else if (c >= ' ' && c <= '~') {
             word += c;
         } else {
-            fmt::format_to(std::back_inserter(word), "\\x{:02X}", static_cast<unsigned char>(c));
+            word += fmt::format("\\x{:02X}", static_cast<unsigned char>(c));
         }
     }
     return word + "'";
@@ -95,7 +95,6 @@ std::string escaped(std::string_view text) {
     }
     std::string out;
     out.reserve(text.size());
-    auto to = std::back_inserter(out);
     const auto* const end = text.data() + text.size();
     for (const auto* at = text.data(); at != end;) {
         const auto* const invalid = utf8::find_invalid(at, end);
@@ -106,13 +105,13 @@ std::string escaped(std::string_view text) {
             if (character == U'\\') {
                 out.append("\\\\");
             } else if (outerSpace || isInvisible(character)) {
-                fmt::format_to(to, "\\u{{{:X}}}", character);
+                out += fmt::format("\\u{{{:X}}}", character);
             } else {
                 out.append(begin, at);
             }
         }
         if (at != end) {
-            fmt::format_to(to, "\\x{{{:X}}}", static_cast<unsigned char>(*at++));
+            out += fmt::format("\\x{{{:X}}}", static_cast<unsigned char>(*at++));
         }
     }
     return out;
@@ -166,7 +165,7 @@ std::string escapedJSON(std::string_view json) {
         std::u16string units;
         utf8::unchecked::utf8to16(begin, at, std::back_inserter(units));
         for (const char16_t unit : units) {
-            fmt::format_to(std::back_inserter(out), "\\u{:04x}", static_cast<std::uint32_t>(unit));
+            out += fmt::format("\\u{:04x}", static_cast<std::uint32_t>(unit));
         }
     }
     return out;

@@ -8,7 +8,7 @@ namespace tessgen::cli {
 namespace {
 
 // The value of `offer`: compgen's option for files or folders, "names", or the words themselves.
-std::string offer(Completes completes, std::string_view choices = {}) {
+std::string bashOffer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return quoted(choices);
     }
@@ -27,12 +27,12 @@ std::string optionsOf(const CommandRow& command) {
     return quoted(names);
 }
 
-std::string caseOf(const CommandRow& row) {
+std::string bashCase(const CommandRow& row) {
     const auto pattern =
         row.secondWord.empty() ? fmt::format("'{} '*", row.word) : fmt::format("'{} {}'", row.word, row.secondWord);
     std::string operand;
     if (row.takes != Operands::none) {
-        operand = fmt::format("offer={}\n            ", offer(row.completes));
+        operand = fmt::format("offer={}\n            ", bashOffer(row.completes));
         if (!row.takesSeveral()) {
             operand.insert(0, fmt::format("[[ $count != {} ]] || ", wordCount(row)));
         }
@@ -64,7 +64,7 @@ _kelwhich() {
     for (const auto& row : optionTable) {
         if (row.argument != nullptr) {
             text += fmt::format("            {}) argument={} offer={} ;;\n", spellings(row, " | "), row.name,
-                                offer(row.completes, row.choices));
+                                bashOffer(row.completes, row.choices));
         }
     }
     text += R"(            -*) ;;
@@ -82,7 +82,7 @@ _kelwhich() {
     text += fmt::format("            offer={} isFirst=1\n            options={}\n            ;;\n",
                         quoted(wordsOfCommands(" ")), optionsOf(commandTable.front()));
     for (const auto& row : commandTable) {
-        text += caseOf(row);
+        text += bashCase(row);
     }
     for (const auto* const first : firstWords()) {
         if (!commandsBelow(*first).empty()) {

@@ -22,7 +22,7 @@ std::string whenCommand(const CommandRow& row, int count) {
     return fmt::format("__kelwhich_seen {}{}", quoted(pattern), count == 0 ? "" : fmt::format(" {}", count));
 }
 
-std::string offer(Completes completes, std::string_view choices = {}) {
+std::string fishOffer(Completes completes, std::string_view choices = {}) {
     if (!choices.empty()) {
         return (choices.ends_with('=') ? " -r -F -a " : " -x -a ") + inFish(choices);
     }
@@ -42,9 +42,9 @@ std::string optionOf(const OptionRow& row) {
     for (const auto& command : commandTable) {
         condition += row.belongsTo(command) ? (condition.empty() ? "" : "; or ") + whenCommand(command, 0) : "";
     }
-    return complete(condition,
-                    fmt::format("{} -l {}{} -d {}", row.letter == 0 ? "" : fmt::format(" -s {}", row.letter), row.name,
-                                row.argument == nullptr ? "" : offer(row.completes, row.choices), inFish(row.help)));
+    return complete(
+        condition, fmt::format("{} -l {}{} -d {}", row.letter == 0 ? "" : fmt::format(" -s {}", row.letter), row.name,
+                               row.argument == nullptr ? "" : fishOffer(row.completes, row.choices), inFish(row.help)));
 }
 
 } // namespace
@@ -91,7 +91,7 @@ end
 complete -c kelwhich -f
 )",
                             spellingsWithArgument(" "), wordsOfCommands(" "), hiddenWord);
-    text += complete("__kelwhich_seen ' '; and test -n (commandline -ct)", offer(Completes::names));
+    text += complete("__kelwhich_seen ' '; and test -n (commandline -ct)", fishOffer(Completes::names));
     for (const auto* const row : firstWords()) {
         text += complete("__kelwhich_seen ' '", fmt::format(" -a {} -d {}", row->word, inFish(helpOfFirstWord(*row))));
         for (const auto* const below : commandsBelow(*row)) {
@@ -102,7 +102,7 @@ complete -c kelwhich -f
     for (const auto& row : commandTable) {
         if (row.takes != Operands::none && row.completes != Completes::nothing) {
             text += complete(whenCommand(row, row.takesSeveral() ? 0 : wordCount(row)),
-                             row.completes == Completes::files ? " -F" : offer(row.completes));
+                             row.completes == Completes::files ? " -F" : fishOffer(row.completes));
         }
     }
     for (const auto& row : optionTable) {

@@ -48,7 +48,7 @@ std::string specsOf(const CommandRow& command) {
     return specs;
 }
 
-std::string caseOf(const CommandRow& row) {
+std::string zshCase(const CommandRow& row) {
     const bool mayBeLeftOut = &row == &commandTable.front();
     std::string operands = mayBeLeftOut ? "" : row.secondWord.empty() ? " '1: : '" : " '1: : ' '2: : '";
     if (row.takes == Operands::one || row.takes == Operands::optional) {
@@ -127,7 +127,7 @@ _kelwhich() {{
 )zsh",
                     hiddenWord, spellingsWithArgument(" | "), wordsOfCommands(" | "), specsOf(commandTable.front()));
     for (const auto& row : commandTable) {
-        text += caseOf(row);
+        text += zshCase(row);
     }
     for (const auto* const row : firstWords()) {
         if (row->secondWord.empty()) {

@@ -132,10 +132,10 @@ std::string htmlTables(std::string_view group, const std::vector<std::string>& c
     for (std::size_t begin = 0; begin < rows.size(); begin += inPart) {
         const auto end = std::min(rows.size(), begin + inPart);
         const auto at = [&](std::size_t i) { return rows.begin() + static_cast<std::ptrdiff_t>(i); };
-        fmt::format_to(std::back_inserter(text),
-                       "<div class=\"part\"><table>{}<thead{}><tr>{}</tr></thead><tbody>\n{}\n</tbody></table></div>\n",
-                       group, begin == 0 && firstHead == FirstHead::isShown ? "" : " class=\"again\"",
-                       fmt::join(columns, ""), fmt::join(at(begin), at(end), "\n"));
+        text += fmt::format(
+            "<div class=\"part\"><table>{}<thead{}><tr>{}</tr></thead><tbody>\n{}\n</tbody></table></div>\n", group,
+            begin == 0 && firstHead == FirstHead::isShown ? "" : " class=\"again\"", fmt::join(columns, ""),
+            fmt::join(at(begin), at(end), "\n"));
     }
     return text;
 }

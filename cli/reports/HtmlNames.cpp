@@ -160,10 +160,9 @@ std::string htmlExplanations(const Report& report) {
     std::size_t number = 0;
     for (const auto& name : report.names) {
         ++number;
-        fmt::format_to(std::back_inserter(text),
-                       "<article id=\"n{0}\" tabindex=\"-1\" aria-label=\"{1}\"><a href=\"#r{0}\">Close</a>"
-                       "<pre>{2}</pre></article>\n",
-                       number, visibleInXML(name.name), inXML(name.explanation, "\n"));
+        text += fmt::format("<article id=\"n{0}\" tabindex=\"-1\" aria-label=\"{1}\"><a href=\"#r{0}\">Close</a>"
+                            "<pre>{2}</pre></article>\n",
+                            number, visibleInXML(name.name), inXML(name.explanation, "\n"));
     }
     return text + "</section>";
 }

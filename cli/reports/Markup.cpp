@@ -5,8 +5,6 @@
 #include <fmt/format.h>
 #include <utf8.h>
 
-#include <iterator>
-
 namespace tessgen::cli {
 
 namespace {
@@ -28,9 +26,9 @@ std::string inXML(std::string_view text, std::string_view plain) {
         const auto character = utf8::unchecked::next(at);
         const bool isRefused = character < U' ' || character == 0xFFFE || character == 0xFFFF;
         if (isMarkup(*begin, plain)) {
-            fmt::format_to(std::back_inserter(out), "&#{};", static_cast<unsigned>(character));
+            out += fmt::format("&#{};", static_cast<unsigned>(character));
         } else if (isRefused && plain.find(*begin) == std::string_view::npos) {
-            fmt::format_to(std::back_inserter(out), "\\u{{{:X}}}", static_cast<unsigned>(character));
+            out += fmt::format("\\u{{{:X}}}", static_cast<unsigned>(character));
         } else {
             out.append(begin, at);
         }
