@@ -141,7 +141,7 @@ TEST(Lsp, FindsTheNameAtAPosition) {
         {".|a", "a", ""},
         {" | wave", "", ""},
         {"\xC3\xA9t\xC3\xA9|.\xE6\x97\xA5", "\xC3\xA9t\xC3\xA9.\xE6\x97\xA5", "\xC3\xA9t\xC3\xA9"},
-        {"a\xE2\x80\xAE"
+        {"a\xE2\x80\x8F"
          "b|\xC3\x97"
          "c",
          "b", "b"}, // neither a mark of direction nor a sign is a letter
