@@ -40,7 +40,7 @@ std::string unescaped(std::string_view text) {
 
 } // namespace
 
-std::set<std::string> namesOfMountPoints() {
+FileNames namesOfMountPoints() {
     try {
         return namesOfMountPoints(Descriptor(open(mountsFile, O_RDONLY | O_CLOEXEC)));
     } catch (const std::system_error&) { // there is no such file, or it breaks off
@@ -48,7 +48,7 @@ std::set<std::string> namesOfMountPoints() {
     }
 }
 
-std::set<std::string> namesOfMountPoints(const Descriptor& mounts) {
+FileNames namesOfMountPoints(const Descriptor& mounts) {
     constexpr std::size_t readAtOnce = std::size_t{1} << 14U;
     std::string lines;
     for (ssize_t size = 1; size > 0;) {
@@ -60,7 +60,7 @@ std::set<std::string> namesOfMountPoints(const Descriptor& mounts) {
         }
         lines.resize(before + static_cast<std::size_t>(size));
     }
-    std::set<std::string> names;
+    FileNames names;
     for (const auto& line : split(lines, '\n')) {
         const auto path = mountPointIn(line);
         names.insert(unescaped(path.substr(path.rfind('/') + 1)));
@@ -68,7 +68,7 @@ std::set<std::string> namesOfMountPoints(const Descriptor& mounts) {
     return names;
 }
 
-void doubtMountPoints(std::vector<FileTree::Entry>& entries, const std::set<std::string>& names) {
+void doubtMountPoints(std::vector<FileTree::Entry>& entries, const FileNames& names) {
     for (FileTree::Entry& entry : entries) {
         if (entry.kind != FileTree::Kind::folder && names.contains(entry.name)) {
             entry.kind = FileTree::Kind::link;

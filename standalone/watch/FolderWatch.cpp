@@ -1,6 +1,5 @@
 #include "standalone/watch/FolderWatch.hpp"
 
-#include "standalone/files/MountPoints.hpp"
 #include "standalone/text/PathText.hpp"
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "standalone/files/Descriptor.hpp"
+#include "standalone/files/MountPoints.hpp"
 #include "standalone/watch/PathTree.hpp"
 
 #include <array>
@@ -14,7 +15,6 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -77,7 +77,7 @@ public:
     void clear();
 
     // The file names of all mount points, as they are while `take` tells no other.
-    [[nodiscard]] const std::set<std::string>& mountNames() const { return mountNames_; }
+    [[nodiscard]] const FileNames& mountNames() const { return mountNames_; }
 
     // Readable when `take` has something to tell. Lifetime: this object's.
     [[nodiscard]] int descriptor() const { return ready_.get(); }
@@ -98,7 +98,7 @@ private:
     Descriptor queue_;  // inotify
     Descriptor mounts_; // /proc/self/mountinfo
     Descriptor ready_;  // epoll over both
-    std::set<std::string> mountNames_;
+    FileNames mountNames_;
     Watches watches_;
     std::unordered_multimap<int, const Watches::Entry*> folders_; // of each watch: a folder may have several paths
 };
