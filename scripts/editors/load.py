@@ -5,7 +5,7 @@ Usage: load.py PROGRAM [REQUESTS [SEARCH-FOLDERS]]    by default 100,000 in 1,00
 Two of three requests are definition or hover; then come completion, a keystroke with a request after it, and another
 document that is opened instead of an older one, saved or new. After each thousand requests the disk changes: a file, a
 folder, the support store or the manifest; what is answered then is checked as well. What is resident after the first
-tenth of the requests may grow by a twentieth, or by 1 MiB if that is more. Looked at are the last three tenths, and the
+fifth of the requests may grow by a twentieth, or by 1 MiB if that is more. Looked at are the last three tenths, and the
 least counts, since memory that was just freed may still be resident.
 """
 import collections
@@ -168,7 +168,7 @@ def main(program, requests="100000", folders="1000"):
         load.editor.stop()
         code = load.editor.end()[1]
     slowest = sorted(load.times)[len(load.times) * 99 // 100]
-    grown, most = min(resident[-3:]) - resident[0], max(resident[0] // 20, 1024)
+    grown, most = min(resident[-3:]) - resident[1], max(resident[1] // 20, 1024)
     print(f"{load.requests} requests in {folders} search folders; 99 % of definition and hover within {slowest:.2f} ms")
     print(f"resident after each tenth, in KiB: {' '.join(map(str, resident))}; grown by {grown}, at most {most}")
     return 0 if code == 0 and grown <= most else 1
