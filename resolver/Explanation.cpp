@@ -117,7 +117,7 @@ public:
 
     void noteOrder(std::vector<Candidate>& candidates) {
         auto& ordered = explanation.resolutions.back().candidates;
-        ordered.reserve(candidates.size());
+        ordered.reserve(candidates.size()); // none may move, since `candidates` is to point to them
         for (auto*& candidate : candidates) {
             if (!ordered.empty()) {
                 ordered.back().ahead = keyBetween(ordered.back(), *candidate);
