@@ -69,6 +69,9 @@ FileNames namesOfMountPoints(const Descriptor& mounts) {
 }
 
 void doubtMountPoints(std::vector<FileTree::Entry>& entries, const FileNames& names) {
+    if (names.empty()) {
+        return;
+    }
     for (FileTree::Entry& entry : entries) {
         if (entry.kind != FileTree::Kind::folder && names.contains(entry.name)) {
             entry.kind = FileTree::Kind::link;

@@ -16,7 +16,10 @@ SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree&
 SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree& files, const FileTree& now)
     : files_(files, searchedEntries(installation.extensions)), search_(installation, files_),
       index_(installation.extensions), builtins_(installation.builtins) {
-    const auto mounted = namesOfMountPoints();
+    auto mounted = namesOfMountPoints();
+    std::erase_if(mounted, [listed = searchedEntries(installation.extensions)](const auto& name) {
+        return !listed.accepts(name); // mostly, none is left to compare each file with
+    });
     const auto list = [&](const std::string& folder) {
         auto entries = files_.entriesBy(now, folder);
         if (entries) {

@@ -1,5 +1,6 @@
 #include "standalone/files/RealFileTree.hpp"
 
+#include "standalone/files/MountPoints.hpp"
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
 #include "tests/support/SupportStores.hpp"
@@ -23,6 +24,13 @@ using test::errorOf;
 using test::TemporaryFolder;
 
 const EntryFilter all{[](std::string_view) { return true; }};
+
+TEST(MountPoints, HaveNamesThatTheSystemEscapes) {
+    const TemporaryFolder top;
+    const auto list = top.write("mounts", "22 1 8:1 / /a/b\\040c\\134d rw - ext4 disk rw\n");
+    const Descriptor mounts(open(list.c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_TRUE(namesOfMountPoints(mounts).contains("b c\\d"));
+}
 
 TEST(RealFileTree, NamesWhatItMayNotRead) {
     const TemporaryFolder top;
