@@ -31,7 +31,7 @@ def measure(bench, world, manifest):
 
 def figures_of(bench, world, manifest):
     text = run(f"{bench.tools}/bench_watched", world.manifest(manifest), bench.shuffled(world),
-                        f"{world.root}/folders", "2" if bench.quick else "31")
+               f"{world.root}/folders", "2" if bench.quick else "31")
     return {name: float(figure) for name, figure in map(str.split, text.splitlines())}
 
 

@@ -6,7 +6,8 @@
     watches    the same, in namespaces in which a user may watch few folders, or none at all
     free       changes and questions at the same time: each answer is made of states that its folders had in between
 
-Prints how many changes were made. At the first wrong answer it prints the changes that lead to it, and ends with 1. What the system does not allow here, such as mounts, is left out and named.
+Prints how many changes were made. At the first wrong answer it prints the changes that lead to it, and ends with 1.
+What the system does not allow here, such as mounts, is left out and named.
 """
 import argparse
 import os
