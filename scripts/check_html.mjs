@@ -152,22 +152,23 @@ async function looks() {
   await page.close();
 }
 
-// As wide as A4 is between its margins.
+// As wide as A4 is between its margins. LARGE gets a page of its own, which Chromium would paint for minutes.
 async function isWholeInPrint() {
-  const page = await newPage();
-  await page.emulateMediaType('print');
-  await page.setViewport({ width: 1032, height: 700 });
-  for (const path of [small, large]) {
+  for (const path of [large, small]) {
+    const page = await newPage();
+    await page.emulateMediaType('print');
+    await page.setViewport({ width: 1032, height: 700 });
     await page.goto(`file://${path}`);
     expect('cut off in print', await page.evaluate(() => [...document.querySelectorAll('th, td, th span')]
       .filter(cell => cell.clientWidth > 0 && cell.scrollWidth > cell.clientWidth + 1)
       .map(cell => cell.outerHTML.slice(0, 80)).slice(0, 3)), []);
     expect('width in print', await page.evaluate(() => document.documentElement.scrollWidth), 1032);
+    if (path === small) {
+      const print = await page.pdf({ path: pictures && `${pictures}/print.pdf`, preferCSSPageSize: true });
+      expect('bytes printed', print.length, size => size > 10000);
+    }
+    await page.close();
   }
-  await page.goto(`file://${small}`);
-  const print = await page.pdf({ path: pictures && `${pictures}/print.pdf`, preferCSSPageSize: true });
-  expect('bytes printed', print.length, size => size > 10000);
-  await page.close();
 }
 
 async function isReadableWithoutScript() {
