@@ -20,20 +20,8 @@ example = pathlib.Path(__file__).resolve().parents[2] / "examples/installation"
 
 
 def commands(text):
-    """Pairs of a command and the lines that it shows, those at the end without the empty ones."""
-    found = None
-    for line in text.split("\n"):
-        if line.startswith("    $ "):
-            if found:
-                yield found
-            found = (line[6:], [])
-        elif found and (line.startswith("    ") or not line.strip()):
-            found[1].append(line[4:])
-        elif found:
-            yield found
-            found = None
-    if found:
-        yield found
+    """Pairs of a command and the indented lines that follow it."""
+    return re.findall(r"(?m)^    \$ (.*)\n((?:(?!    \$ )(?:    .*)?\n)*)", text)
 
 
 def run(command, folder):
@@ -57,7 +45,7 @@ for document in sys.argv[2:]:
         pathlib.Path(f"{folder}/world/names.txt").write_text("wave\n\nsum\n", encoding="utf-8")
         for command, lines in commands(pathlib.Path(document).read_text(encoding="utf-8")):
             count += 1
-            shown = "\n".join(lines).rstrip()
+            shown = re.sub("(?m)^    ", "", lines).rstrip()
             output, status = run(command, folder)
             if shown and output != shown or not shown and status == 2:
                 wrong += 1

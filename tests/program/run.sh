@@ -12,6 +12,7 @@
 #       2 the last such line, when the exit code is not 0 but, for example, 2
 #       = 2 the same without any line on standard error
 # "$here" is the folder of sessions, "$recordings" of recordings, "$pages" of the man page and the completions.
+# `as_user WORDS...` runs the program as one whom rights concern, unlike root; `valid DEFINITION` is schema.py.
 # The store is built. <tmp> stands for the parent folder of the copy, <esc> for an escape character.
 set -euo pipefail
 
@@ -22,8 +23,10 @@ here=$(realpath "${BASH_SOURCE[0]%/*}")
 recordings=$here/recordings
 example=$(realpath "$here/../../examples/installation")
 
+umask 022
 top=$(realpath "$(mktemp -d)")
 trap 'rm -rf "$top"' EXIT
+chmod 755 "$top"
 mkdir "$top/bin" "$top/tmp" "$top/record"
 ln -s "$program" "$top/bin/kelwhich"
 PATH=$top/bin:$PATH
@@ -34,6 +37,14 @@ cp -r "$example" "$top/tmp/world"
 rm -f "$top/tmp/world/"*.cdb
 cd "$top/tmp/world"
 kelwhich store build support.jsonl >/dev/null
+
+as_user() {
+    local user=()
+    [[ $(id -u) != 0 ]] || user=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+    [[ -e $top/program ]] || cp "$program" "$top/program"
+    "${user[@]}" "$top/program" "$@"
+}
+valid() { python3 "$here/schema.py" "$here/../../cli/kelwhich.schema.json" "$@"; }
 
 # shown PREFIX FILE: prints the file's lines after the prefix.
 shown() { sed -e "s|$top/tmp|<tmp>|g" -e $'s|\x1b|<esc>|g' -e "s|^|$1|" "$2"; }

@@ -9,11 +9,73 @@ import tempfile
 import threading
 import time
 
-from watched import asking
-from watched.moving import FOLDERS, SEARCHED, MovingTree
+from watched import asking, world
 
+SEARCHED = ["s0", "s1", "s2", "s0/nested", "linked", "deep/mid/s3", "s4"]
+TARGETS = ["s4", "spare"]  # of the link
+BELOW = ["", "/@C", "/@f", "/@p", "/private", "/+p", "/+p/@f"]
+REAL = [folder + below for folder in [*SEARCHED, "spare"] if folder != "linked" for below in BELOW]
+FOLDERS = [folder + below for folder in SEARCHED for below in BELOW]
+FILES = ["f.vk", "f.vkx", "g.vk", "C.vk"]
 NAMES = ["f", "g", "C", "p.f", "p.g"]
 ASKERS = 3
+
+
+class MovingTree:
+    """Threads: one changes it; others read `states` once they had the lock."""
+
+    def __init__(self, top, rng):
+        self.top = top
+        self.rng = rng
+        self.lock = threading.Lock()
+        self.count = 0  # of changes
+        for folder in [*REAL, "away"]:
+            os.makedirs(self.on_disk(folder), exist_ok=True)
+        os.symlink(TARGETS[0], self.on_disk("linked"))
+        self.states = {folder: [[0, None, self.files(folder)]] for folder in FOLDERS}  # from, to, files
+
+    def on_disk(self, path):
+        return os.path.join(self.top, path)
+
+    def files(self, folder):
+        """Those in a folder; none where there is no folder."""
+        try:
+            return {name for name in os.listdir(self.on_disk(folder)) if name in FILES}
+        except OSError:
+            return set()
+
+    def change(self):
+        act, *paths = self.some_change()
+        with self.lock:
+            before = time.monotonic_ns()
+            try:
+                act(*map(self.on_disk, paths))
+            except OSError:  # a folder or a file is not there
+                return
+            after = time.monotonic_ns()
+            self.count += 1
+            for folder, states in self.states.items():
+                if (files := self.files(folder)) != states[-1][2]:
+                    states[-1][1] = after
+                    states.append([before, None, files])
+
+    def some_change(self):
+        """What changes the disk, and the paths that it takes."""
+        any_of = self.rng.choice
+        file = f"{any_of(REAL)}/{any_of(FILES)}"
+        kind = any_of(["file", "file", "rename", "move", "link"])
+        if kind == "file":
+            return (os.remove if os.path.exists(self.on_disk(file)) else os.mknod), file
+        if kind == "rename":
+            return os.rename, file, f"{any_of([posixpath.dirname(file), any_of(REAL)])}/{any_of(FILES)}"
+        if kind == "link":
+            target = any_of(TARGETS)
+            return lambda path: world.replace(path, lambda new: os.symlink(target, new)), "linked"
+        folder = any_of([*REAL, "deep", "deep/mid"])
+        if os.path.exists(self.on_disk(folder)):
+            return os.rename, folder, f"away/{self.count}"
+        away = os.listdir(self.on_disk("away"))
+        return (os.rename, "away/" + any_of(away), folder) if away else (os.makedirs, folder)
 
 
 def wanted(name, folder):
@@ -58,9 +120,11 @@ class Asker(threading.Thread):
                 name = self.rng.choice(NAMES)
                 changes, asked = self.tree.count, time.monotonic_ns()
                 answer, = self.batch.ask([name])
-                self.failure = contradiction(self.tree, name, answer, asked, time.monotonic_ns())
+                answered = time.monotonic_ns()
+                with self.tree.lock:  # so that the state that a change makes is known
+                    self.crossed += changes != self.tree.count
+                self.failure = contradiction(self.tree, name, answer, asked, answered)
                 self.answers += 1
-                self.crossed += changes != self.tree.count
             self.batch.close()
         except Exception as error:  # pylint: disable=broad-except
             self.failure = f"{type(error).__name__}: {error}"
@@ -78,7 +142,7 @@ def run(setting, seed, changes):
         asker.start()
     while tree.count < changes and not any(asker.failure for asker in askers):
         for _ in range(rng.choice([1, 1, 3, 30])):
-            tree.change_anything()
+            tree.change()
         time.sleep(rng.choice([0, 0.0005, 0.003]))
     for asker in askers:
         asker.ends = True
