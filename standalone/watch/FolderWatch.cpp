@@ -43,6 +43,18 @@ void addTo(const Descriptor& ready, const Descriptor& source, std::uint32_t even
     }
 }
 
+Descriptor openMounts() {
+    return opened(open(mountsFile, O_RDONLY | O_CLOEXEC), mountsFile);
+}
+
+// Readable when there are changes in the queue, or the mounts are others.
+Descriptor readyWith(const Descriptor& queue, const Descriptor& mounts) {
+    Descriptor ready = opened(epoll_create1(EPOLL_CLOEXEC), "epoll");
+    addTo(ready, queue, EPOLLIN);
+    addTo(ready, mounts, EPOLLPRI);
+    return ready;
+}
+
 // Disks of this machine alone, on which every change passes through its system. An overlay counts: changing the
 // folders that it lies over is not allowed while it is mounted. True, too, when nothing that can be watched is there.
 bool isTrustedDisk(const std::string& folder) {
@@ -81,12 +93,9 @@ bool tellsContent(std::string_view folder) {
 }
 
 FolderWatch::FolderWatch()
-    : queue_(opened(inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify")),
-      mounts_(opened(open(mountsFile, O_RDONLY | O_CLOEXEC), mountsFile)),
-      ready_(opened(epoll_create1(EPOLL_CLOEXEC), "epoll")), mountNames_(namesOfMountPoints(mounts_)) {
-    addTo(ready_, queue_, EPOLLIN);
-    addTo(ready_, mounts_, EPOLLPRI);
-}
+    : queue_(opened(inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify")), mounts_(openMounts()),
+      ready_(readyWith(queue_, mounts_)), mountsToWaitFor_(openMounts()),
+      readyToWaitFor_(readyWith(queue_, mountsToWaitFor_)), mountNames_(namesOfMountPoints(mounts_)) {}
 
 std::optional<NotWatched> FolderWatch::watch(const std::string& folder) {
     if (folder.size() >= PATH_MAX) { // may lie below any number of others

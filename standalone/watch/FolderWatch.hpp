@@ -80,7 +80,7 @@ public:
     [[nodiscard]] const FileNames& mountNames() const { return mountNames_; }
 
     // Readable when `take` has something to tell. Lifetime: this object's.
-    [[nodiscard]] int descriptor() const { return ready_.get(); }
+    [[nodiscard]] int descriptor() const { return readyToWaitFor_.get(); }
 
 private:
     struct Watched {
@@ -98,6 +98,9 @@ private:
     Descriptor queue_;  // inotify
     Descriptor mounts_; // /proc/self/mountinfo
     Descriptor ready_;  // epoll over both
+    // Whoever asks whether mounts changed is told once, and others with the same descriptors are not.
+    Descriptor mountsToWaitFor_;
+    Descriptor readyToWaitFor_;
     FileNames mountNames_;
     Watches watches_;
     std::unordered_multimap<int, const Watches::Entry*> folders_; // of each watch: a folder may have several paths

@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include <array>
@@ -77,6 +80,28 @@ TEST(WatchedView, OpensTheStoreAnewWhenItOrItsRightsChange) {
     EXPECT_TRUE(view.watchesAll());
     world.supportStore = folder.link("linked/store", storeFile);
     EXPECT_FALSE(WatchedView(world).watchesAll());
+}
+
+// The system tells a descriptor only once that something was mounted.
+TEST(WatchedView, HoldsAMountAlsoWhenItsDescriptorWasPolled) {
+    if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
+        GTEST_SKIP() << "mount namespaces are not allowed here";
+    }
+    ASSERT_EQ(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+    const test::TemporaryFolder folder;
+    folder.write("searched/f.vk");
+    folder.write("mounted/g.vk");
+    Installation world;
+    world.root = folder.path();
+    world.extensions = {"vk"};
+    world.searchPath = {folder.path("searched")};
+    WatchedView view(world);
+    EXPECT_EQ(view.find(u"g").size(), 0U);
+    ASSERT_EQ(mount(folder.path("mounted").c_str(), world.searchPath.front().c_str(), nullptr, MS_BIND, nullptr), 0);
+    pollfd polled{view.descriptor(), POLLIN, 0};
+    EXPECT_EQ(poll(&polled, 1, 0), 1);
+    EXPECT_EQ(view.find(u"g").size(), 1U);
+    umount2(world.searchPath.front().c_str(), MNT_DETACH);
 }
 
 } // namespace
