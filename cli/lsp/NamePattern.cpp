@@ -1,12 +1,14 @@
 #include "cli/lsp/NamePattern.hpp"
 
 #include "cli/output/Escape.hpp"
+#include "standalone/text/Text.hpp"
 
 #include <fmt/format.h>
 #include <utf8.h>
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <memory>
 #include <regex.h>
 #include <stdexcept>
@@ -86,17 +88,52 @@ struct FreeExpression {
     }
 };
 
+[[noreturn]] void refusePattern(const std::string& why) {
+    throw std::runtime_error("namePattern: " + why);
+}
+
+// The larger number of a repeat "{m,n}" or "{m}", which is what follows the brace; at least 1.
+unsigned countIn(std::string_view repeat) {
+    unsigned count = 1;
+    for (const auto& number : standalone::split(repeat.substr(0, repeat.find('}')), ',')) {
+        unsigned parsed = 0;
+        std::from_chars(number.data(), number.data() + number.size(), parsed);
+        count = std::max(count, parsed);
+    }
+    return count;
+}
+
+// Refuses what can keep the system busy for ever: it tries every way to match a back reference, and writes a repeated
+// part out before it matches, "+" as two copies, so that repeats of repeats multiply.
+void requireBounded(const std::string& expression) {
+    constexpr unsigned most = 256;
+    unsigned copies = 1;
+    for (std::size_t i = 0; i < expression.size(); ++i) {
+        const char c = expression[i];
+        if (c == '\\') {
+            const char next = expression[++i]; // a NUL at the end
+            if ('1' <= next && next <= '9') {
+                refusePattern("a back reference is not supported");
+            }
+        }
+        copies *= c == '+' ? 2 : c == '{' ? countIn(std::string_view(expression).substr(i + 1)) : 1;
+        if (copies > most) {
+            refusePattern(fmt::format("repeats may multiply to {}; each {{m,n}} counts as n, each + as 2", most));
+        }
+    }
+}
+
 std::shared_ptr<const regex_t> compiled(const std::string& text) {
     constexpr std::size_t longest = 1000;
-    const auto refuse = [](const std::string& why) { throw std::runtime_error("namePattern: " + why); };
     if (text.empty() || text.size() > longest || text.find('\0') != std::string::npos) {
-        refuse(fmt::format("a regular expression of 1 to {} bytes is expected", longest));
+        refusePattern(fmt::format("a regular expression of 1 to {} bytes is expected", longest));
     }
+    requireBounded(text);
     auto expression = std::make_unique<regex_t>();
     if (const int error = regcomp(expression.get(), text.c_str(), REG_EXTENDED); error != 0) {
         std::array<char, 200> words{};
         regerror(error, expression.get(), words.data(), words.size());
-        refuse(words.data());
+        refusePattern(words.data());
     }
     return {expression.release(), FreeExpression()};
 }

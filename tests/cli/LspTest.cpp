@@ -159,7 +159,10 @@ TEST(Lsp, FindsTheNameAtAPosition) {
     }
     EXPECT_TRUE(cli::NamePattern().matches("a.b_1"));
     EXPECT_FALSE(cli::NamePattern().matches("a b"));
-    EXPECT_THROW(cli::NamePattern("("), std::runtime_error);
+    EXPECT_TRUE(cli::NamePattern("\\\\1[a-z]{1,256}").matches("\\1ab"));
+    for (const char* const refused : {"(", "(a)\\1", "(a{1,16}){17}", "a+++++++++"}) {
+        EXPECT_THROW(cli::NamePattern{refused}, std::runtime_error) << refused;
+    }
     const std::string longLine(5000, 'x'); // only the neighbourhood is looked at
     EXPECT_LE(cli::NamePattern().find(longLine, 2500)->end, 2500 + cli::NamePattern::reach);
 }
