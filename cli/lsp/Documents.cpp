@@ -119,8 +119,10 @@ PlacedName Documents::beginningAt(const json& params) const {
 }
 
 PlacedName Documents::placed(const std::string& text, std::size_t line, const TextRange& range) const {
-    return {text.substr(line + range.begin, range.end - range.begin), positionOf(text, line + range.begin, encoding),
-            positionOf(text, line + range.end, encoding)};
+    auto name = text.substr(line + range.begin, range.end - range.begin);
+    const auto begin = positionOf(text, line + range.begin, encoding);
+    const Position end{begin.line, begin.character + positionOf(name, name.size(), encoding).character};
+    return {std::move(name), begin, end};
 }
 
 } // namespace tessgen::cli

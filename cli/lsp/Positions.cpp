@@ -28,7 +28,10 @@ std::size_t nextLine(std::string_view text, std::size_t offset) {
 } // namespace
 
 std::size_t endOfLine(std::string_view text, std::size_t offset) {
-    return std::min(text.find_first_of(lineEnds, offset), text.size());
+    // Not find_first_of, which is several times slower: a document may have a million lines.
+    const auto* const end =
+        std::find_if(text.begin() + offset, text.end(), [](char c) { return c == '\n' || c == '\r'; });
+    return static_cast<std::size_t>(end - text.begin());
 }
 
 std::size_t beginOfLine(std::string_view text, std::size_t offset) {
