@@ -2,9 +2,11 @@
 #include "cli/commands/LockOf.hpp"
 #include "cli/reports/ReportFiles.hpp"
 
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace tessgen::cli {
 
@@ -14,6 +16,10 @@ Lock lockIn(const std::string& place, Request request, const std::optional<Locke
             const std::optional<Lock>& other, Outcome& outcome) {
     if (place == "-") {
         throw std::runtime_error("standard input: is not a lock; write one with: kelwhich lock");
+    }
+    std::error_code unknown;
+    if (!std::filesystem::exists(place, unknown) && !unknown) {
+        throw std::runtime_error(place + ": there is no such file or folder; name a lock or an installation");
     }
     request.installation = place;
     return lockOf(request, names, other, outcome);

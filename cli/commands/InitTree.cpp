@@ -4,6 +4,7 @@
 #include "cli/output/Console.hpp"
 #include "cli/output/Escape.hpp"
 #include "cli/output/Json.hpp"
+#include "standalone/files/FileErrors.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 
@@ -26,8 +27,11 @@ bool isThere(const std::string& path) {
 std::string realFolder(const std::string& folder) {
     std::error_code error;
     auto real = std::filesystem::canonical(folder, error).string();
+    if (error == std::errc::no_such_file_or_directory) {
+        throw std::runtime_error(folder + ": there is no such folder; name one that is there");
+    }
     if (error) {
-        throw std::runtime_error(fmt::format("{}: {}", folder, error.message()));
+        throw standalone::DiskError(error.value(), folder);
     }
     if (!std::filesystem::is_directory(real, error)) {
         throw std::runtime_error(folder + ": is not a folder");

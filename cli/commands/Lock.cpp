@@ -7,9 +7,11 @@
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace tessgen::cli {
 
@@ -50,8 +52,11 @@ int lock(const Request& request) {
     const auto names = namesOfFile(request, outcome);
     const auto before = request.lockToCheck ? readLock(*request.lockToCheck, names) : std::nullopt;
     if (request.lockToCheck && !before) {
-        throw std::runtime_error(
-            fmt::format("{}: is not a lock; write one with: kelwhich lock -o FILE", *request.lockToCheck));
+        const auto& file = *request.lockToCheck;
+        std::error_code unknown;
+        const bool isThere = file == "-" || std::filesystem::exists(file, unknown);
+        throw std::runtime_error(fmt::format("{}: {}; write one with: kelwhich lock -o FILE", file,
+                                             isThere ? "is not a lock" : "there is no such lock"));
     }
     const auto now = lockOf(request, names, before, outcome);
     if (before) {

@@ -85,7 +85,9 @@ std::string lockFirstLine() {
 
 std::optional<Lock> readLock(const std::string& file, const std::optional<LockedNames>& names) {
     std::error_code unknown;
-    if (std::filesystem::is_directory(file, unknown)) {
+    const auto status = std::filesystem::status(file, unknown);
+    const bool isAbsent = status.type() == std::filesystem::file_type::not_found && file != "-";
+    if (isAbsent || std::filesystem::is_directory(status)) {
         return std::nullopt;
     }
     auto lines = LineReader::ofInput(file);

@@ -27,7 +27,7 @@ extern const standalone::Replaceable replaceableLock;
 using LockedNames = std::vector<std::string>;
 
 // The lock in a file ("-" for standard input), with only the lines of `names` if there are such; nothing when the file
-// is a folder, or is not a lock by its first line.
+// is not there, is a folder, or is not a lock by its first line.
 // Errors: std::runtime_error, one line: the file cannot be read; a line of it is malformed or not in its place.
 std::optional<Lock> readLock(const std::string& file, const std::optional<LockedNames>& names);
 
