@@ -91,13 +91,13 @@ std::size_t countOf(const Report& report, analysis::Level level) {
 }
 
 std::string shownPath(const Report& report, std::string path) {
-    return relativeTo(report.folder, std::move(path));
+    return report.folder.empty() ? path : relativeTo(report.folder, std::move(path));
 }
 
 std::string workingFolder() {
     std::error_code unknown;
     const auto folder = std::filesystem::current_path(unknown).string();
-    return unknown ? "/" : folder;
+    return unknown ? "" : folder;
 }
 
 std::vector<ReportedFinding> reported(const Report& report) {

@@ -46,7 +46,7 @@ struct Report {
     std::string_view command;
     std::vector<analysis::Rule> rules; // of the codes that were looked for, found or not
     std::vector<ReportEntry> entries;
-    std::string folder;   // absolute; paths below it are shown relative to it
+    std::string folder;   // absolute, or empty; paths below it are shown relative to it
     std::string manifest; // the place of a finding about something that is not a file
 
     // For formats that show names.
@@ -60,10 +60,10 @@ struct Report {
 // How many of the others have this level.
 [[nodiscard]] std::size_t countOf(const Report& report, analysis::Level level);
 
-// `path` relative to the report's folder, if it lies below it.
+// `path` relative to the report's folder, if that is known and it lies below it.
 [[nodiscard]] std::string shownPath(const Report& report, std::string path);
 
-// The working folder, as `Report::folder`; "/" when it is unknown.
+// The working folder, as `Report::folder`; empty when it is unknown.
 std::string workingFolder();
 
 // An entry with its texts in UTF-8.
