@@ -23,7 +23,7 @@ namespace {
 constexpr std::uint32_t pointerCount = databaseHeaderSize / databasePointerSize;
 
 // The system's message and what to do.
-std::string errorText(int error) {
+std::string whyNotRead(int error) {
     return std::generic_category().message(error).append(adviceOn(error));
 }
 
@@ -79,13 +79,13 @@ void DatabaseFile::map() {
     const Descriptor descriptor(open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!descriptor.isOpen()) {
         if (errno != ENOENT) {
-            refuse("cannot be opened: " + errorText(errno));
+            refuse("cannot be opened: " + whyNotRead(errno));
         }
         fail("there is no such " + std::string(kind_->name));
     }
     struct stat status {};
     if (fstat(descriptor.get(), &status) != 0) {
-        refuse("cannot be read: " + errorText(errno));
+        refuse("cannot be read: " + whyNotRead(errno));
     }
     if (!S_ISREG(status.st_mode)) {
         refuse("is not a regular file; name another file");
@@ -96,7 +96,7 @@ void DatabaseFile::map() {
     const auto size = static_cast<std::size_t>(status.st_size);
     void* const begin = mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor.get(), 0);
     if (begin == MAP_FAILED) {
-        refuse("cannot be read: " + errorText(errno));
+        refuse("cannot be read: " + whyNotRead(errno));
     }
     mapping_.begin = static_cast<const char*>(begin);
     mapping_.size = size;

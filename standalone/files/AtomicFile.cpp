@@ -100,7 +100,7 @@ bool moveIfAbsent(const std::string& from, const std::string& to) {
     return errno != EEXIST && renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
 }
 
-const char* adviceFor(int error) {
+const char* adviceOnWriting(int error) {
     switch (error) {
     case ENOSPC:
     case EDQUOT:
@@ -118,8 +118,8 @@ const char* adviceFor(int error) {
     }
 }
 
-std::string errorText(int error) {
-    return std::generic_category().message(error) + adviceFor(error);
+std::string whyNotWritten(int error) {
+    return std::generic_category().message(error) + adviceOnWriting(error);
 }
 
 [[noreturn]] void failWriting(const std::string& target, const std::string& cause) {
@@ -132,7 +132,7 @@ std::optional<struct stat> requireReplaceable(const std::string& target, const R
     struct stat status {};
     if (stat(target.c_str(), &status) != 0) {
         if (errno != ENOENT) {
-            failWriting(target, errorText(errno));
+            failWriting(target, whyNotWritten(errno));
         }
         return std::nullopt;
     }
@@ -285,7 +285,7 @@ void AtomicFile::fail(const std::string& cause) const {
 }
 
 void AtomicFile::fail(int error) const {
-    fail(errorText(error));
+    fail(whyNotWritten(error));
 }
 
 } // namespace tessgen::standalone

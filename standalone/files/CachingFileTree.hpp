@@ -32,6 +32,9 @@ public:
     // Every cached entry of a folder; `tree`, another tree of the same disk, lists it when it is not cached yet.
     [[nodiscard]] std::optional<std::vector<Entry>> entriesBy(const FileTree& tree, const std::string& folder) const;
 
+    // The entries that the cache keeps.
+    [[nodiscard]] const EntryFilter& wanted() const { return wanted_; }
+
 private:
     template <typename Answer>
     struct Cached {

@@ -17,8 +17,8 @@ SnapshotSearch::SnapshotSearch(const Installation& installation, const FileTree&
     : files_(files, searchedEntries(installation.extensions)), search_(installation, files_),
       index_(installation.extensions), builtins_(installation.builtins) {
     auto mounted = namesOfMountPoints();
-    std::erase_if(mounted, [listed = searchedEntries(installation.extensions)](const auto& name) {
-        return !listed.accepts(name); // mostly, none is left to compare each file with
+    std::erase_if(mounted, [this](const auto& name) {
+        return !files_.wanted().accepts(name); // mostly, none is left to compare each file with
     });
     const auto list = [&](const std::string& folder) {
         auto entries = files_.entriesBy(now, folder);
