@@ -50,27 +50,6 @@ std::vector<std::string> bodiesIn(std::string_view stream, std::size_t step) {
     return bodies;
 }
 
-// The documents as the server should have them.
-class Mirror {
-public:
-    void take(const cli::Message& message) {
-        try {
-            if (message.method == "textDocument/didOpen") {
-                documents_.didOpen(message.params);
-            } else if (message.method == "textDocument/didChange") {
-                documents_.didChange(message.params);
-            }
-        } catch (const cli::RPCError&) { // malformed
-        }
-        for (const auto& [uri, document] : documents_.all()) {
-            require(standalone::isUTF8(document.text), "the text of a document is UTF-8", document.text);
-        }
-    }
-
-private:
-    cli::Documents documents_;
-};
-
 class Talk {
 public:
     Talk() : server_(requestForExample(), [this](const nlohmann::ordered_json& message) { receive(message); }) {
@@ -95,11 +74,26 @@ private:
         try {
             const auto message = cli::parseMessage(body, id);
             open_[message.id.dump()] += message.isRequest() ? 1 : 0;
-            mirror_.take(message);
+            change(message);
         } catch (const cli::RPCError&) {
             ++open_[id.dump()]; // is answered by an error
         }
         server_.take({body});
+    }
+
+    // As the server changes its own documents.
+    void change(const cli::Message& message) {
+        try {
+            if (message.method == "textDocument/didOpen") {
+                documents_.didOpen(message.params);
+            } else if (message.method == "textDocument/didChange") {
+                documents_.didChange(message.params);
+            }
+        } catch (const cli::RPCError&) { // malformed
+        }
+        for (const auto& [uri, document] : documents_.all()) {
+            require(standalone::isUTF8(document.text), "the text of a document is UTF-8", document.text);
+        }
     }
 
     void receive(const nlohmann::ordered_json& message) {
@@ -119,7 +113,7 @@ private:
     }
 
     std::map<std::string, int> open_; // requests by their ids
-    Mirror mirror_;
+    cli::Documents documents_;
     cli::Server server_;
 };
 

@@ -105,7 +105,7 @@ echo "== the consumer of docs/embedding.md"
 mkdir "$tmp/document"
 awk '/^    cmake_minimum_required/ { on = 1 } on && !/^    / { exit } on { print substr($0, 5) }' docs/embedding.md \
   >"$tmp/document/CMakeLists.txt"
-quiet tests/docs/snippets.sh "$tmp/document" docs/embedding.md
+quiet tests/docs/snippets.py "$tmp/document" docs/embedding.md
 mv "$tmp/document/embedding.1.cpp" "$tmp/document/consumer.cpp"
 quiet cmake -G Ninja -S "$tmp/document" -B "$tmp/document/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$cxx"
 quiet cmake --build "$tmp/document/build"

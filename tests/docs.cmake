@@ -1,6 +1,6 @@
 # Every C++ snippet of the documents, compiled as a user of the two libraries would compile it.
 file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/docs/*.md")
-set(extract "${CMAKE_CURRENT_LIST_DIR}/docs/snippets.sh")
+set(extract "${CMAKE_CURRENT_LIST_DIR}/docs/snippets.py")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${extract}" ${documents})
 execute_process(COMMAND "${extract}" "${CMAKE_CURRENT_BINARY_DIR}/docs" ${documents} OUTPUT_VARIABLE snippets
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

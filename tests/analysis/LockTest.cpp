@@ -5,21 +5,22 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace tessgen::test {
 namespace {
 
 using analysis::LockedName;
 
 std::string written(const std::u16string& text) {
-    std::string out;
+    std::ostringstream out;
     for (const char16_t unit : text) {
         const bool isPlain = u' ' < unit && unit <= u'~' && unit != u'\\';
-        out += isPlain ? std::string(1, static_cast<char>(unit)) : "\\u{" + std::to_string(unit) + "}";
+        isPlain ? out << static_cast<char>(unit) : out << "\\u{" << std::hex << unsigned{unit} << '}';
     }
-    return out;
+    return out.str();
 }
 
-// Reads decimal numbers, and the hexadecimal ones of the lock's own escapes, which begin with 2.
 std::optional<std::u16string> read(std::string_view spelled) {
     std::u16string text;
     for (; !spelled.empty(); spelled.remove_prefix(1)) {
@@ -31,9 +32,7 @@ std::optional<std::u16string> read(std::string_view spelled) {
         if (!spelled.starts_with("\\u{") || end == std::string_view::npos) {
             return std::nullopt;
         }
-        const auto digits = std::string(spelled.substr(3, end - 3));
-        const bool isOwn = digits == "21" || digits == "22" || digits == "23";
-        text += static_cast<char16_t>(std::stoi(digits, nullptr, isOwn ? 16 : 10));
+        text += static_cast<char16_t>(std::stoi(std::string(spelled.substr(3, end - 3)), nullptr, 16));
         spelled.remove_prefix(end);
     }
     return text;
