@@ -13,7 +13,6 @@ bytes TEXT                       as they are; Python's escapes
 shell COMMAND
 diagnostics                      prints the next ones that are published
 wait                             prints the next message of any kind
-close                            of standard input
 stop                             shutdown and exit
 PARAMS are JSON, in which @FILE@ is a file's URI.
 """
@@ -97,8 +96,6 @@ for step in sys.argv[1:]:
     elif word == "wait":
         message = editor.receive(lambda message: True)
         print("the server ended") if message is None else show(word, message)
-    elif word == "close":
-        editor.server.stdin.close()
     elif word == "stop":
         editor.stop()
     else:
