@@ -2,24 +2,21 @@
 add_unit_tests(
   library_tests
   SOURCES
-  adaptors/CachingAdaptorsTest.cpp
-  adaptors/RealFileSystemTest.cpp
+  adaptors/AdaptorsTest.cpp
   analysis/BaselineTest.cpp
   analysis/FindingsTest.cpp
   analysis/LockTest.cpp
   analysis/RandomWorldFindingsTest.cpp
-  entry/InvokeTest.cpp
-  entry/KelwhichTest.cpp
+  entry/EntryTest.cpp
   host/ORVAKWhichResolverTest.cpp
   host/PathsTest.cpp
   resolver/ExplanationTest.cpp
-  resolver/OrderingTest.cpp
-  resolver/QuestionsTest.cpp
   resolver/RandomWorldsTest.cpp
-  support/FakeArrays.cpp
+  resolver/ResolverTest.cpp
   support/RecordingHost.cpp
   sweeps/ThreadsTest.cpp
   resolver/SmallWorldsTest.cpp # the slowest, so that faults show before
+  ../standalone/HostArrays.cpp
   ../standalone/services/DataArrays.cpp
   LIBRARIES
   kelwhich_analysis
@@ -35,6 +32,6 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
                                              --gtest_filter=Threads.DISABLED_PlantedRace)
   set_tests_properties(threads.planted-race PROPERTIES PASS_REGULAR_EXPRESSION "data race")
 else()
-  target_sources(library_tests PRIVATE resolver/MemoryTest.cpp support/FailingAllocator.cpp sweeps/FaultSweepTest.cpp)
+  target_sources(library_tests PRIVATE support/FailingAllocator.cpp sweeps/FaultSweepTest.cpp)
 endif()
 rooms(library_tests adaptors+analysis+entry+host resolver+support)

@@ -6,15 +6,12 @@ add_unit_tests(
   standalone_tests
   SOURCES
   standalone/DiagnosisTest.cpp
-  standalone/SnapshotSearchTest.cpp
+  standalone/FileTreesTest.cpp
   standalone/GoldenFilesTest.cpp
   standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
-  standalone/InstallationNewsTest.cpp
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
-  standalone/OverlayFileTreeTest.cpp
-  standalone/RealFileTreeTest.cpp
   standalone/SessionTest.cpp
   standalone/SupportStoreBuilderTest.cpp
   standalone/SupportStoreCheckTest.cpp

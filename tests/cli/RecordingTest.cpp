@@ -54,11 +54,11 @@ TEST(Recording, ReplaysTheAnswersOfEachQuestionInOrder) {
             world.spkgroot = odd;
         },
         [] {},
+        [&] { Faults::arm(2, std::make_exception_ptr(std::runtime_error("/\xFF\xC3: cannot be read\nat all"))); },
         [&] {
-            world.failing = world.asked.size() + 2;
-            world.failure = std::make_exception_ptr(std::runtime_error("/\xFF\xC3: cannot be read\nat all"));
+            Faults::disarm();
+            world = World();
         },
-        [&] { world = World(); },
     };
     const auto askEverything = [&](const cli::Collaborators& collaborators) {
         std::vector<std::string> all;

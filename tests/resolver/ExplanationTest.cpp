@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <compare>
 #include <cstddef>
 #include <tuple>
+#include <vector>
 
 namespace tessgen::test {
 namespace {
@@ -13,32 +16,25 @@ namespace {
 using kelwhich::Explanation;
 using Candidate = Explanation::Candidate;
 using Definition = Explanation::Definition;
-using Key = Explanation::Key;
 using Ownership = Explanation::Ownership;
 using Support = Explanation::Support;
 
 // The smaller, the earlier; the place in gathering last.
-auto keys(const Candidate& c) {
-    return std::tuple(!c.isDirect(), !c.isUser(), !c.isSupported(), !c.sourceFile, c.kind, c.gathered);
+std::array<std::size_t, 6> keys(const Candidate& c) {
+    return {!c.isDirect(), !c.isUser(), !c.isSupported(), !c.sourceFile, static_cast<std::size_t>(c.kind), c.gathered};
 }
 
-// The first element in which two key tuples differ.
-template <std::size_t I = 0, typename Tuple>
-std::size_t firstDifference(const Tuple& a, const Tuple& b) {
-    if constexpr (I + 1 < std::tuple_size_v<Tuple>) {
-        return std::get<I>(a) != std::get<I>(b) ? I : firstDifference<I + 1>(a, b);
-    }
-    return I;
-}
-
-// Whether each key prefers the same of two candidates, whichever is named first, and the one that decides `first`.
-void expectPreferred(const Candidate& first, const Candidate& second) {
+// Whether `first` stands before `second` by the key that it names, and each key compares the two as it should.
+void expectAhead(const Candidate& first, const Candidate& second) {
+    const auto ours = keys(first);
+    const auto theirs = keys(second);
+    const auto deciding = std::mismatch(ours.begin(), ours.end(), theirs.begin()).first - ours.begin();
+    ASSERT_LT(ours, theirs);
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(first.ahead.value()), deciding);
     for (const auto key : Explanation::keys) {
-        const auto order = Explanation::compare(key, first, second);
-        const auto reverse = Explanation::compare(key, second, first);
-        EXPECT_EQ(std::is_lt(reverse), std::is_gt(order));
-        EXPECT_EQ(std::is_gt(reverse), std::is_lt(order));
-        EXPECT_TRUE(key != first.ahead || std::is_lt(order));
+        const auto place = static_cast<std::size_t>(key);
+        EXPECT_TRUE(Explanation::compare(key, first, second) == ours.at(place) <=> theirs.at(place));
+        EXPECT_TRUE(Explanation::compare(key, second, first) == theirs.at(place) <=> ours.at(place));
     }
 }
 
@@ -51,10 +47,7 @@ void expectSortedByKeys(const Explanation::Resolution& resolution, Results gathe
         EXPECT_EQ(std::exchange(gathered.at(candidate.gathered - 1).path, u"taken"), candidate.result.path);
         ASSERT_EQ(candidate.ahead.has_value(), i + 1 < candidates.size());
         if (candidate.ahead) {
-            ASSERT_LT(keys(candidate), keys(candidates[i + 1]));
-            EXPECT_EQ(static_cast<std::size_t>(*candidate.ahead),
-                      firstDifference(keys(candidate), keys(candidates[i + 1])));
-            expectPreferred(candidate, candidates[i + 1]);
+            expectAhead(candidate, candidates[i + 1]);
         }
     }
 }
@@ -127,15 +120,10 @@ TEST(Explanation, NamesTheCauses) {
     EXPECT_EQ(explanation.resolutions[0].name, u"g");
 
     const auto& own = explanation.resolutions[1];
-    const struct {
-        std::u16string path;
-        std::u16string definedName;
-        std::u16string hostFolder;
-        std::size_t number; // in the answer that it came with
-        Definition definition;
-        Ownership ownership;
-        Support support;
-    } expected[] = {
+    // The path, the name that it defines, its folder of the host, its place in the answer that it came with.
+    using Facts =
+        std::tuple<std::u16string, std::u16string, std::u16string, std::size_t, Definition, Ownership, Support>;
+    const std::vector<Facts> expected = {
         {u"/w/f.vk", u"f", u"", 3, Definition::direct, Ownership::user, Support::recorded},
         {u"/v/f.vk", u"f", u"", 4, Definition::direct, Ownership::user, Support::noRecord},
         {u"/k/f.vk", u"f", u"", 1, Definition::direct, Ownership::noHostFile, Support::recorded},
@@ -147,21 +135,15 @@ TEST(Explanation, NamesTheCauses) {
         {u"/v/@C/f.vk", u"f", u"", 5, Definition::otherClass, Ownership::user, Support::noRecord},
         {u"f", u"", u"", 8, Definition::hostMethod, Ownership::noHostFile, Support::hostBuiltin},
     };
-    ASSERT_EQ(own.candidates.size(), std::size(expected));
-    for (std::size_t i = 0; i < own.candidates.size(); ++i) {
-        const auto& candidate = own.candidates[i];
-        SCOPED_TRACE(i);
-        EXPECT_EQ(candidate.result.path, expected[i].path);
-        EXPECT_EQ(candidate.definedName, expected[i].definedName);
-        EXPECT_EQ(candidate.definition, expected[i].definition);
-        EXPECT_EQ(candidate.ownership, expected[i].ownership);
-        EXPECT_EQ(candidate.hostFolder, expected[i].hostFolder);
-        EXPECT_EQ(candidate.support, expected[i].support);
-        EXPECT_EQ(candidate.source.number, expected[i].number);
-        const bool hasRecord = candidate.support == Support::recorded || candidate.support == Support::noFlag
-                               || candidate.support == Support::unsupportedName;
-        EXPECT_EQ(candidate.record != nullptr, hasRecord);
+    std::vector<Facts> facts;
+    for (const auto& c : own.candidates) {
+        facts.emplace_back(c.result.path, c.definedName, c.hostFolder, c.source.number, c.definition, c.ownership,
+                           c.support);
+        const bool hasRecord =
+            c.support == Support::recorded || c.support == Support::noFlag || c.support == Support::unsupportedName;
+        EXPECT_EQ(c.record != nullptr, hasRecord) << facts.size();
     }
+    EXPECT_EQ(facts, expected);
     ASSERT_EQ(own.dropped.size(), 2U);
     EXPECT_EQ(own.dropped[0].result.path, u"/w/f.vk");
     EXPECT_EQ(own.dropped[0].rule, Explanation::DropRule::hostFile);

@@ -1,4 +1,5 @@
 #include "standalone/manifest/Installation.hpp"
+#include "standalone/json/JsonEdit.hpp"
 #include "tests/support/SupportStores.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -114,6 +115,23 @@ TEST(Installation, SaysWhyThereIsNoManifest) {
               bytes + ": the manifest's path is not UTF-8: name its folders so, or move it");
     for (const auto& noPath : {std::string(), file + std::string("\0x", 2)}) {
         EXPECT_EQ(errorOf(noPath), "the path of the manifest is empty or holds the character 0");
+    }
+}
+
+TEST(JsonEdit, LeavesEveryOtherByteAsItIs) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {R"({"a":["x"]})", R"({"a":["x", 7, 8]})"},
+        {R"({"a":["x","y"],"b":[9]})", R"({"a":["x","y",7,8],"b":[9]})"},
+        {R"({"b": {"a": [1]}, "a": [ [1, 2], "],\"" ] })", R"({"b": {"a": [1]}, "a": [ [1, 2], "],\"", 7, 8 ] })"},
+        {"\xEF\xBB\xBF{\n\t\"a\": [\n\t\t\"x\"\n\t]\n}\n",
+         "\xEF\xBB\xBF{\n\t\"a\": [\n\t\t\"x\",\n\t\t7,\n\t\t8\n\t]\n}\n"},
+        {"{\"a\": [ ]}", "{\"a\": [7, 8 ]}"},
+        {"{\n  \"b\": 1\n}", "{\n  \"b\": 1,\n  \"a\": [7, 8]\n}"},
+        {" {} ", " {\"a\": [7, 8]} "},
+    };
+    for (const auto& [text, amended] : cases) {
+        EXPECT_EQ(withElements(text, "a", {"7", "8"}), amended);
+        EXPECT_EQ(withElements(text, "a", {}), text);
     }
 }
 

@@ -1,15 +1,17 @@
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/files/BoundedFileTree.hpp"
 #include "standalone/files/RealFileTree.hpp"
+#include "standalone/search/SnapshotSearch.hpp"
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
-#include "tests/support/SupportStores.hpp"
-#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/Outcome.hpp"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <string>
 #include <sys/stat.h>
 #include <utility>
@@ -70,7 +72,8 @@ protected:
             "one/private/private/own.vk two/wave.vkx one/@\xF0\x9F\x98\x80/deep.vk "
             "one/@\xEE\x80\x80/deep.vk one/+signal/+filter/@low/low.vk one/+signal/+filter/low.vk "
             "one/+signal/+filter/private/low.vk one/+signal/@filter/low.vk one/@signal/high.vkx "
-            "one/+signal/high.vk two/+signal/high.vk two/lost.vk/inner.txt two/table.vk";
+            "one/+signal/high.vk two/+signal/high.vk two/lost.vk/inner.txt two/table.vk "
+            "one/@a.b/dotted.vk one/+a.b/dotted.vk one/+\xFF/dotted.vk";
         for (const std::string& file : split(files, ' ')) {
             disk.file(file);
         }
@@ -82,6 +85,7 @@ protected:
         disk.link("two/@loop", "@loop");
         disk.link("two/@dangling", "nowhere");
         disk.link("two/@linked", disk.path("one/@signal"));
+        disk.link("one/+signal/far.vk", "../wave.vk");
         disk.link("two/+bound", "../one/+signal");
         disk.link("two/+again", "../two");
         disk.link("two/device.vk", "/dev/null");
@@ -89,10 +93,16 @@ protected:
         disk.file("two/" + longest + ".vk");
     }
 
-    // Each place as "line" or "line|partner", files relative to the disk.
+    // What a look-up answers, and one in a snapshot as well: each place as "line" or "line|partner", files relative to
+    // the disk.
     Strings find(std::u16string_view name) {
+        const auto found = shown(NameSearch(installation, disk.tree).find(name));
+        EXPECT_EQ(shown(SnapshotSearch(installation, disk.tree).find(name)), found) << testing::PrintToString(name);
+        return found;
+    }
+    Strings shown(const std::vector<FoundPlace>& places) {
         Strings found;
-        for (const FoundPlace& place : NameSearch(installation, disk.tree).find(name)) {
+        for (const FoundPlace& place : places) {
             std::string line = toUTF8(place.line).value();
             if (line.starts_with(disk.path(""))) {
                 line.erase(0, disk.path("").size());
@@ -116,8 +126,10 @@ TYPED_TEST(NameSearchContract, FindsEveryPlaceInOrder) {
          {"one/@wave/wave.vk", "one/wave.vkx", "one/wave.vk", "one/@/wave.vk", "one/@Zed/wave.vk",
           "one/@alpha/wave.vkx", "one/@alpha/wave.vk", "one/private/wave.vk", "two/wave.vkx"}},
         {u"own", {"one/private/own.vk"}},
+        {u"dotted", {"one/@a.b/dotted.vk"}},
         {u"deep", {"one/@\xF0\x9F\x98\x80/deep.vk", "one/@\xEE\x80\x80/deep.vk"}}, // by code units, not by bytes
         {u"high", {"one/@signal/high.vkx", "two/@linked/high.vkx"}},
+        {u"signal.far", {"one/+signal/far.vk"}},
         {u"signal.high", {"one/+signal/high.vk", "one/@signal/high.vkx", "two/+signal/high.vk"}},
         {u"signal.filter.low",
          {"one/+signal/+filter/@low/low.vk", "one/+signal/+filter/low.vk", "one/+signal/@filter/low.vk"}},
@@ -142,7 +154,7 @@ TYPED_TEST(NameSearchContract, FindsEveryPlaceInOrder) {
 
 TYPED_TEST(NameSearchContract, FindsNothingWhereNothingIs) {
     const std::string names =
-        " . / sum. .sum a.sum signal..high missing Wave signal.missing.low lost pipe loop dangling "
+        " . / sum. .sum a.sum a.b.dotted signal..high missing Wave signal.missing.low lost pipe loop dangling "
         "turned file wave.vk sub/missing sub /wave device folder folder.vk/wave again.again.missing pipe.vk/ "
         "two/pipe n"
         + this->longest + " sub/n" + this->longest;
@@ -161,6 +173,42 @@ TYPED_TEST(NameSearchContract, TakesAnAbsoluteNameAsItIs) {
     EXPECT_THAT(this->find(name + std::u16string(u"\0x", 2)), IsEmpty()); // a NUL does not end a path
     EXPECT_THAT(this->find(toUTF16(this->disk.path("one/sub/wave")).value()), ElementsAre("one/sub/wave"));
     EXPECT_THAT(this->find(toUTF16(this->disk.path("two/linked")).value()), IsEmpty()); // nothing is appended
+}
+
+class Snapshots : public NameSearchContract<MemoryDisk> {};
+
+// Whatever could not be read when a snapshot was taken, and also when the disk is gone.
+TEST_F(Snapshots, AnswerAndFailAsTheLookUpDidWhenTheyWereTaken) {
+    const auto names =
+        split("wave own deep high low dotted linked turned table missing wave.wave alpha.wave signal.far signal.high "
+              "signal.low signal.filter.low bound.high bound.filter.low again.linked again.again.linked "
+              "private/own sub/wave +signal/high.vk",
+              ' ');
+    std::size_t failures = 0;
+    for (const bool areKindsHidden : {true, false}) {
+        disk.tree.hideKinds(areKindsHidden);
+        for (const auto& [unreadable, kind] : disk.tree.kinds()) {
+            if (kind == FileTree::Kind::file && !areKindsHidden) {
+                continue; // to a snapshot, it is what its folder lists
+            }
+            disk.tree.fail(unreadable, EIO);
+            const SnapshotSearch snapshot(installation, disk.tree);
+            Strings before;
+            for (const auto& name : names) {
+                before.push_back(test::outcome(NameSearch(installation, disk.tree), name));
+                EXPECT_EQ(test::outcome(snapshot, name), before.back()) << unreadable << ", " << name;
+                failures += before.back().starts_with("error: ") ? 1U : 0U;
+            }
+            for (const auto& [path, ignored] : disk.tree.kinds()) {
+                disk.tree.fail(path, ENODEV);
+            }
+            for (std::size_t i = 0; i < names.size(); ++i) {
+                EXPECT_EQ(test::outcome(snapshot, names[i]), before[i]) << unreadable << ", gone, " << names[i];
+            }
+            disk.tree.mend();
+        }
+    }
+    EXPECT_GT(failures, 100U);
 }
 
 TEST(NameSearch, FindsAFileThatIsGoneSinceItWasListed) {
@@ -185,6 +233,17 @@ TEST(NameSearch, FailsForTheNamesThatNeedWhatCannotBeRead) {
         EXPECT_EQ(test::errorOf([&] { EXPECT_EQ(NameSearch(installation, tree).find(name).size(), 1); }),
                   fails ? "/w/@C: Input/output error" : "no error");
     }
+}
+
+TEST(SnapshotSearch, HasEverySymbolOnce) {
+    const MemoryFileTree tree(
+        "/w", {"f.vk", "f.vkx", "@C/C.vk", "@C/g.vk", "+p/@D/D.vk", "+p/@D/h.vk", "private/k.vk", "@c.d/m.vk"});
+    Installation world;
+    world.searchPath = {"/w", "/w"};
+    world.extensions = {"vkx", "vk"};
+    auto symbols = SnapshotSearch(world, tree).symbols();
+    std::sort(symbols.begin(), symbols.end());
+    EXPECT_EQ(symbols, split("C C.C C.g f g k m p.D p.D.D p.D.h", ' '));
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 #include "standalone/manifest/TreeSurvey.hpp"
+
+#include "standalone/manifest/InstallationNews.hpp"
 #include "tests/support/MemoryFileTree.hpp"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <system_error>
@@ -67,17 +68,13 @@ TEST(TreeSurvey, KeepsKELFoldersOutOfTheSearch) {
     }
 }
 
-TEST(TreeSurvey, ListsEachFolderOnceWhateverLinksThereAre) {
+TEST(TreeSurvey, FollowsLinksToFilesAlone) {
     MemoryFileTree tree("/w", {"a/f.md", "a/b/f.md", "+p/@C/f.md"});
     tree.link("/w/a/b/up", "../..");
     tree.link("/w/self.vk", "self.vk");
     tree.link("/w/folder.vk", "a");
     tree.link("/w/a/b/file.vk", "f.md");
     EXPECT_THAT(surveyTree("/w", {}, tree).searchFolders, ElementsAre("a/b"));
-    auto questions = tree.takeQuestions();
-    std::sort(questions.begin(), questions.end());
-    EXPECT_THAT(questions, ElementsAre("kind /w/a/b/file.vk", "kind /w/folder.vk", "kind /w/self.vk", "list /w",
-                                       "list /w/+p", "list /w/+p/@C", "list /w/a", "list /w/a/b"));
 }
 
 TEST(TreeSurvey, TellsWhatItCannotRead) {
@@ -89,6 +86,24 @@ TEST(TreeSurvey, TellsWhatItCannotRead) {
                 ElementsAre("a/link.vk: Permission denied", "b: Permission denied"));
     tree.fail("/w", EACCES);
     EXPECT_THROW(surveyTree("/w", {}, tree), std::system_error);
+}
+
+TEST(InstallationNews, AreRelativeToTheRoot) {
+    MemoryFileTree files("/w", {"mine/f.vk", "more/+p/f.vk", "host/lib/f.vk", "host/new/f.vk", "host/kel/f.vk",
+                                "host/kel/g.vk", "host/kel/deep/f.vk", "spk/lib/f.vk", "spk/kel/f.vk", "spk/kel/h.vk"});
+    files.add("/x/f.vk", Kind::file);
+    files.link("/linked", "w/host");
+    Installation installation;
+    installation.root = "/linked";
+    installation.supportPackageRoot = "/w/spk";
+    installation.searchPath = {"/w/mine", "/linked/lib", "/gone"};
+    installation.kelPath = {"/linked/kel", "/w/spk/kel", "/linked/kel/"};
+    installation.extensions = {"vk"};
+    const auto news = newsIn("/w", {}, installation, {"/linked/kel/f.vk"}, files,
+                             [&](const std::string& path) { return files.realPath(path); });
+    EXPECT_THAT(news.searchFolders, ElementsAre("new", "../w/more"));
+    EXPECT_THAT(news.kelFolders, ElementsAre("kel/deep"));
+    EXPECT_THAT(news.kelFiles, ElementsAre("kel/deep/f.vk", "kel/g.vk", "kel/h.vk"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/support/FailingAllocator.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <limits>
@@ -13,6 +14,7 @@ constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
 std::atomic<std::size_t> made = 0;
 std::atomic<std::ptrdiff_t> alive = 0;
+std::atomic<std::ptrdiff_t> most = 0;
 std::atomic<std::size_t> firstFailing = none;
 std::atomic<std::size_t> lastFailing = 0;
 std::atomic<bool> hasFailed = false;
@@ -38,6 +40,10 @@ std::ptrdiff_t Allocations::alive() {
     return test::alive;
 }
 
+std::ptrdiff_t Allocations::most() {
+    return test::most.exchange(test::alive);
+}
+
 } // namespace tessgen::test
 
 // The other forms of new and delete call these.
@@ -52,7 +58,7 @@ void* operator new(std::size_t size) {
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
-    ++alive;
+    most = std::max<std::ptrdiff_t>(most, ++alive);
     return memory;
 }
 

@@ -17,6 +17,7 @@ struct Allocations {
 
     static std::size_t made();     // so far
     static std::ptrdiff_t alive(); // made and not freed
+    static std::ptrdiff_t most();  // of those that were alive at one moment since the last call of this
 };
 
 } // namespace tessgen::test

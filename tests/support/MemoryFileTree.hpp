@@ -26,10 +26,6 @@ public:
         }
     }
 
-    void clear() {
-        nodes_.clear();
-        failures_.clear();
-    }
     // Folders above `path` are made as needed. Paths are absolute, without "." and "..".
     void add(const std::string& path, Kind kind) {
         for (auto end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
@@ -42,9 +38,18 @@ public:
         nodes_[path].target = target;
     }
     // From now on a listing tells of each entry only that it is there, as some disks do.
-    void hideKinds() { kindsHidden_ = true; }
+    void hideKinds(bool areHidden = true) { kindsHidden_ = areHidden; }
     // From now on the system fails with `error` when `path` is asked for.
     void fail(const std::string& path, int error) { failures_[path] = error; }
+    void mend() { failures_.clear(); }
+
+    std::map<std::string, Kind> kinds() const {
+        std::map<std::string, Kind> all;
+        for (const auto& [path, node] : nodes_) {
+            all[path] = node.kind;
+        }
+        return all;
+    }
 
     // "list FOLDER" and "kind PATH", in the order of the calls.
     std::vector<std::string> takeQuestions() { return std::exchange(questions_, {}); }

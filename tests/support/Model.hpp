@@ -24,14 +24,8 @@ public:
         }
     }
 
-    // How often each rule decided something, so that worlds can be seen to exercise it.
+    // How often there was what only drawn worlds have, so that they can be seen to have it.
     struct Counts {
-        std::size_t redirects;
-        std::size_t repeats;
-        std::size_t privateFiles;
-        std::size_t movedRecords;
-        std::size_t movedQueries;
-        std::size_t unsupportedNames;
         std::size_t chains; // redirects to a name that redirects
         std::size_t cycles; // back to where they came from
         std::size_t deepPackages;
@@ -47,8 +41,6 @@ public:
         for (const auto& result : all) {
             if (std::find(unique.begin(), unique.end(), result) == unique.end()) {
                 unique.push_back(result);
-            } else {
-                ++counts.repeats;
             }
         }
         return unique;
@@ -57,7 +49,6 @@ public:
     Results ofTargets(const std::u16string& name) const {
         Results all;
         for (const auto& target : targets(name)) {
-            ++counts.redirects;
             const auto further = targets(target);
             counts.chains += further.empty() ? 0U : 1U;
             counts.cycles += std::count(further.begin(), further.end(), name) > 0 ? 1U : 0U;
@@ -89,7 +80,7 @@ public:
         if (const auto answer = world_->hostAnswers.find(name); answer != world_->hostAnswers.end()) {
             results.insert(results.end(), answer->second.begin(), answer->second.end());
         }
-        counts.privateFiles += std::erase_if(results, [&](const WhichResult& result) {
+        std::erase_if(results, [&](const WhichResult& result) {
             const auto parts = split(result.path);
             return !has(name, u'/') && isFile(result) && parts.size() > 1 && parts[parts.size() - 2] == u"private"
                    && classOf(parts).empty();
@@ -112,11 +103,8 @@ public:
         }
         const auto& flags = record->supportFlags;
         const auto& excluded = record->unsupportedSymbols;
-        if (std::count(excluded.begin(), excluded.end(), name) > 0) {
-            ++counts.unsupportedNames;
-            return false;
-        }
-        return std::count(flags.begin(), flags.end(), true) > 0;
+        return std::count(excluded.begin(), excluded.end(), name) == 0
+               && std::count(flags.begin(), flags.end(), true) > 0;
     }
 
     bool user(const WhichResult& result) const {
@@ -235,19 +223,14 @@ private:
         if (record.isBuiltin || !has(record.path, u'/') || !world_->spkgroot) {
             return record.path;
         }
-        auto inPackages = moved(record.path, world_->orvakroot, *world_->spkgroot);
-        if (inPackages == record.path || !world_->files.contains(inPackages)) {
-            return record.path;
-        }
-        ++counts.movedRecords;
-        return inPackages;
+        const auto inPackages = moved(record.path, world_->orvakroot, *world_->spkgroot);
+        return world_->files.contains(inPackages) ? inPackages : record.path;
     }
 
     RecordPtr recordOf(const std::u16string& path) const {
         const auto query = world_->spkgroot ? moved(path, *world_->spkgroot, world_->orvakroot) : path;
         for (const auto& record : world_->records) {
             if (!record.entry->isBuiltin && record.entry->path == query) {
-                counts.movedQueries += query != path ? 1U : 0U;
                 return record.entry;
             }
         }

@@ -7,6 +7,7 @@
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -58,6 +59,11 @@ std::string errorOf(const Action& action) {
 
 inline std::string openingError(const std::string& file, const std::string& root = storeRoot) {
     return errorOf([&] { const standalone::SupportStore store(file, root); });
+}
+
+// When an index is built, as if every change were long past.
+inline timespec later() {
+    return {std::time(nullptr) + 10, 0};
 }
 
 inline std::string contentOf(const std::string& file) {

@@ -21,6 +21,20 @@ TEST(FaultSweep, OfEveryAllocation) {
     EXPECT_GT(points, 1000U);
 }
 
+TEST(FaultSweep, OfTheKindsLeavesThePathsWritten) {
+    resetHost();
+    GatewayCall()(2);
+    const auto before = Allocations::made();
+    GatewayCall()(2);
+    const auto count = Allocations::made() - before;
+    GatewayCall call;
+    Allocations::arm(count - 1, Allocations::Failure::once);
+    EXPECT_THROW(call(2), std::bad_alloc);
+    Allocations::disarm();
+    EXPECT_NE(call.outputs[0], nullptr);
+    EXPECT_EQ(call.outputs[1], nullptr);
+}
+
 struct ForeignFailure {
     int code;
 };
@@ -46,7 +60,7 @@ std::size_t sweepQuestions(const std::string& name, Make make, const std::except
             EXPECT_EQ(std::current_exception(), failure) << name << ", question " << k;
         }
         EXPECT_EQ(Faults::asked, k + 1) << name << ", question " << k;
-        EXPECT_EQ(FakeArrays::instance().alive, 0) << name << ", question " << k;
+        EXPECT_EQ(standalone::arraysAlive(), 0U) << name << ", question " << k;
         Faults::arm(Faults::none, nullptr);
         EXPECT_TRUE(call() == expected) << name << ", again after question " << k;
         EXPECT_GE(Faults::asked, questions - k) << name << ", again after question " << k;
@@ -64,6 +78,23 @@ TEST(FaultSweep, OfEveryQuestion) {
     }
     std::cout << "sweep: " << points << " failing questions\n";
     EXPECT_GT(points, 500U);
+}
+
+TEST(Resolver, TakesNoMemoryForRepeats) {
+    constexpr char16_t count = 200;
+    World world;
+    world.isRecorded = false;
+    for (char16_t number = 0; number < count; ++number) {
+        world.hostAnswers[u"g"].push_back({u"/a/long/path/of/a/file/" + std::u16string(1, number), Type::ORVAKPath});
+    }
+    for (int i = 0; i < 100; ++i) {
+        world.add({u"r"}, redirect(u"r", u"g"));
+    }
+    const auto resolver = makeResolver(world);
+    Allocations::most();
+    const auto before = Allocations::alive();
+    EXPECT_EQ(resolver.resolve(u"r").size(), std::size_t{count});
+    EXPECT_LT(Allocations::most() - before, 5 * count);
 }
 
 } // namespace

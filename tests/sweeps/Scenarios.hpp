@@ -1,6 +1,7 @@
 // Every public operation of the library, each as something that can be made anew, called, and called again.
 #pragma once
 
+#include "standalone/HostArrays.hpp"
 #include "standalone/services/DataArrays.hpp"
 #include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
 #include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
@@ -9,7 +10,6 @@
 #include "tessgen/kelwhich/RealFileSystem.hpp"
 #include "tessgen/kelwhich/invoke.hpp"
 #include "tessgen/kelwhich/kelwhich.hpp"
-#include "tests/support/FakeArrays.hpp"
 #include "tests/support/RecordingHost.hpp"
 
 #include <array>
@@ -48,7 +48,6 @@ inline void resetHost() {
         return {standalone::makeStringColumn({u"/w/f.vk", u"a built-in", u"f is a method"}),
                 standalone::makeStringColumn({u"", u"", u"table method"})};
     };
-    FakeArrays::reset();
 }
 
 // The candidates that an explanation answers, and something of each reason.
@@ -62,26 +61,24 @@ inline Texts shown(const kelwhich::Explanation& explanation) {
     return texts;
 }
 
-// What the gateway writes, given back at once.
-inline Texts invoked() {
-    qxArray input{.kind = "text", .text = u"f", .texts = {}, .members = {}};
-    qxArray* inputs[] = {&input};
-    std::array<qxArray*, 2> outputs{};
-    const auto release = [](std::array<qxArray*, 2>* written) {
-        for (auto* array : *written) {
-            if (array != nullptr) {
-                matrix::ArrayDeleter()(array);
-            }
+// A call of the gateway, whose outputs are given back in the end.
+struct GatewayCall {
+    GatewayCall() = default;
+    GatewayCall(const GatewayCall&) = delete;
+    GatewayCall& operator=(const GatewayCall&) = delete;
+    ~GatewayCall() {
+        for (auto* output : outputs) {
+            matrix::ArrayPtr(output).reset();
         }
-    };
-    const std::unique_ptr<std::array<qxArray*, 2>, decltype(release)> guard(&outputs, release);
-    kelwhich::invoke(2, outputs.data(), 1, inputs);
-    auto texts = outputs[0]->texts;
-    for (const auto& member : outputs[1]->members) {
-        texts.emplace_back(member.begin(), member.end());
     }
-    return texts;
-}
+
+    void operator()(int outputCount, const matrix::ArrayPtr& input = standalone::makeText(u"f")) {
+        auto* argument = input.get();
+        kelwhich::invoke(outputCount, outputs.data(), 1, &argument);
+    }
+
+    std::array<qxArray*, 3> outputs{};
+};
 
 // What the resolver is asked over.
 enum class Over { collaborators, caches, warmCaches };
@@ -143,7 +140,11 @@ void forEachOperation(Visit visit) {
         });
     };
     overHost("kelwhich", [] { return kelwhich::kelwhich(u"f"); });
-    overHost("invoke", [] { return invoked(); });
+    overHost("invoke", [] {
+        GatewayCall call;
+        call(2);
+        return std::pair(standalone::textsOf(call.outputs[0]), standalone::membersOf(call.outputs[1]));
+    });
     overHost("host look-up", [] { return kelwhich::ORVAKWhichResolver().which(u"f"); });
     overHost("real files", [] {
         const kelwhich::RealFileSystem files;

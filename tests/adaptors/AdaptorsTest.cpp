@@ -1,13 +1,17 @@
-#include "tessgen/kelwhich/RealFileSystem.hpp"
-
 #include "standalone/services/DataArrays.hpp"
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
+#include "tessgen/kelwhich/RealFileSystem.hpp"
 #include "tests/support/RecordingHost.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
 
 namespace tessgen::test {
 namespace {
@@ -83,6 +87,42 @@ TEST(RealFileSystem, FindsKELFilesBelowTheListedFolders) {
     EXPECT_EQ(host.kelPathAsked, 1);
     host.kelPath = {u""};
     EXPECT_TRUE(kelwhich::RealFileSystem().isOnKELPath(u"f.vk"));
+}
+
+TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
+    World world;
+    world.files = {u"/w/f.vk"};
+    world.kelFiles = {u"/w/f.vk"};
+    const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
+    EXPECT_EQ(world.questions(), Texts());
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(files.exists(u"/w/f.vk"));
+        EXPECT_FALSE(files.exists(u"/W/f.vk"));
+        EXPECT_FALSE(files.exists(u"/w/f.vk/"));
+        EXPECT_EQ(files.orvakroot(), u"/h");
+        EXPECT_EQ(files.spkgroot(), std::nullopt);
+        world.files.clear();
+        world.orvakroot = u"/other";
+        world.spkgroot = u"/s";
+    }
+    EXPECT_EQ(world.questions(),
+              (Texts{u"exists /w/f.vk", u"exists /W/f.vk", u"exists /w/f.vk/", u"orvakroot", u"spkgroot"}));
+    EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
+    EXPECT_TRUE(files.isOnKELPath(u"/w/f.vk"));
+    EXPECT_EQ(world.questions().size(), 2U);
+}
+
+TEST(CachingAdaptors, AskOncePerKeyHoweverManyThereAre) {
+    World world;
+    const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
+    const kelwhich::CachedWhichResolverAdaptor which(std::make_unique<FakeWhichResolver>(world));
+    constexpr std::size_t many = 1000;
+    for (std::size_t i = 0; i < 2 * many; ++i) {
+        const std::u16string key(1 + i % many, u'f');
+        static_cast<void>(files.exists(key));
+        static_cast<void>(which.which(key));
+    }
+    EXPECT_EQ(world.questions().size(), 2 * many);
 }
 
 } // namespace

@@ -1,19 +1,25 @@
-#include "standalone/files/RealFileTree.hpp"
-
+#include "standalone/files/CachingFileTree.hpp"
 #include "standalone/files/MountPoints.hpp"
+#include "standalone/files/OverlayFileTree.hpp"
+#include "standalone/files/RealFileTree.hpp"
 #include "standalone/search/NameSearch.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
+#include "tests/support/MemoryFileTree.hpp"
 #include "tests/support/SupportStores.hpp"
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <climits>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <tuple>
 #include <unistd.h>
 
@@ -22,6 +28,8 @@ namespace {
 
 using test::errorOf;
 using test::TemporaryFolder;
+using testing::UnorderedElementsAre;
+using Kind = FileTree::Kind;
 
 const EntryFilter all{[](std::string_view) { return true; }};
 
@@ -161,6 +169,49 @@ TEST(DirectoryHandle, LeadsToNothingThatItsPathDoesNotLeadTo) {
         installation.searchPath = {top.path(root) + "/" + folder};
         EXPECT_EQ(NameSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
         EXPECT_EQ(SnapshotSearch(installation, disk).find(u"f").size(), found) << root << " " << folder;
+    }
+}
+
+TEST(CachingFileTree, AsksForEachPathOnceUntilItIsFull) {
+    test::MemoryFileTree disk;
+    disk.add("/a/f.vk", FileTree::Kind::file);
+    disk.add("/c/f.vk", FileTree::Kind::file);
+    disk.fail("/b", EACCES);
+    for (const bool isFull : {false, true}) {
+        const CachingFileTree files(disk, all, isFull ? 0 : 1000);
+        static_cast<void>(disk.takeQuestions());
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(files.entriesBy(disk, "/a")->size(), 1U); // a snapshot is always kept
+            EXPECT_EQ(files.entries("/c", all)->size(), 1U);
+            EXPECT_EQ(files.entries("/c", {[](std::string_view name) { return name == "g"; }})->size(), 0U);
+            EXPECT_EQ(files.kindOf("/a/f.vk"), FileTree::Kind::file);
+            EXPECT_THROW(files.kindOf("/b"), std::system_error);
+        }
+        EXPECT_EQ(disk.takeQuestions().size(), isFull ? 9U : 4U);
+    }
+}
+
+TEST(OverlayFileTree, HasMoreFilesAndTheFoldersThatLeadToThem) {
+    test::MemoryFileTree files("/w", {"f.vk", "a/x.vk", "+p/g.vk", "dir.vk/y"});
+    const OverlayFileTree tree(files, {"/w/f.vk", "/w/new.vk", "/w/+p/h.vk", "/w/+q/@C/m.vk", "/w/dir.vk", "/w2/z.vk"});
+    const auto listed = [&](const std::string& folder) { // folders with "/"
+        std::vector<std::string> entries;
+        const auto found = tree.entries(folder, {[](std::string_view name) { return name != "new.vk"; }});
+        for (const auto& entry : found.value()) {
+            entries.push_back(entry.name + (entry.kind == Kind::folder ? "/" : ""));
+        }
+        return entries;
+    };
+    EXPECT_THAT(listed("/w"), UnorderedElementsAre("f.vk", "a/", "+p/", "+q/", "dir.vk"));
+    EXPECT_THAT(listed("/"), UnorderedElementsAre("w/", "w2/"));
+    EXPECT_THAT(listed("/w/+p"), UnorderedElementsAre("g.vk", "h.vk"));
+    EXPECT_THAT(listed("/w/+q"), UnorderedElementsAre("@C/"));
+    EXPECT_FALSE(tree.entries("/w/+", all));
+    const std::map<std::string, std::optional<Kind>> kinds = {
+        {"/w/new.vk", Kind::file}, {"/w/dir.vk", Kind::file}, {"/w/+q", Kind::folder},   {"/w/+q/@C", Kind::folder},
+        {"/", Kind::folder},       {"/w/+", std::nullopt},    {"/w/none", std::nullopt}, {"/w/a/x.vk", Kind::file}};
+    for (const auto& [path, kind] : kinds) {
+        EXPECT_EQ(tree.kindOf(path), kind) << path;
     }
 }
 

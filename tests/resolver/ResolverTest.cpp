@@ -1,20 +1,21 @@
-// What the resolver asks, of whom and in which order. What it answers, the random worlds compare with the model.
+// What the resolver asks, of whom and in which order; and what no small or drawn world reaches of its answers, which
+// those compare with the model.
+#include "resolver/Ordering.hpp"
 #include "tests/support/RecordingHost.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <string>
+#include <vector>
 
 namespace tessgen::test {
 namespace {
 
 using Resolver = kelwhich::KELWhichResolver;
-
-auto basic(const Resolver& resolver, const SupportEntry& entry) {
-    return resolver.entryToBasicEntry(std::make_shared<const SupportEntry>(entry));
-}
 
 TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
     World world;
@@ -30,14 +31,6 @@ TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
         std::function<void(const Resolver&)> ask;
         Texts questions;
     } cases[] = {
-        {[](const Resolver& r) { return basic(r, supported(u"/h/lib/f.vk")); },
-         {u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},
-        {[](const Resolver& r) { return basic(r, supported(u"f.vk")); }, {}},
-        {[](const Resolver& r) { return basic(r, builtin(u"/h/lib/f.vk")); }, {}},
-        {[](const Resolver& r) { return r.entryToWhichResult(basic(r, builtin(u"/k/f.vk"))); }, {}},
-        {[](const Resolver& r) { return r.entryToWhichResult(basic(r, supported(u"f.vk"))); }, {u"isOnKELPath f.vk"}},
-        {[](const Resolver& r) { return r.findByPath(u"/s/none.vk"); },
-         {u"spkgroot", u"orvakroot", u"findByPath /h/none.vk"}},
         {[](const Resolver& r) { return r.findSupportEntry(u"/s/lib/f.vk"); },
          {u"exists /s/lib/f.vk", u"spkgroot", u"orvakroot", u"findByPath /h/lib/f.vk", // as a file below the root
           u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},                          // and back
@@ -84,6 +77,40 @@ TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
         test.ask(resolver);
         EXPECT_EQ(world.questions(), test.questions) << "case " << &test - cases;
     }
+}
+
+TEST(StablePartition, IsTheStandardOneAndAsksOfEachOnce) {
+    for (std::size_t count = 0; count < 70; ++count) {
+        std::vector<int> list(count);
+        std::iota(list.begin(), list.end(), 1);
+        auto expected = list;
+        const auto original = list;
+        const auto holds = [](int number) { return number * number % 7 > 2; };
+        const auto end = std::stable_partition(expected.begin(), expected.end(), holds) - expected.begin();
+        std::vector<int> asked;
+        const auto found = kelwhich::stablePartition(list.begin(), list.end(), [&](int number) {
+            asked.push_back(number);
+            return holds(number);
+        });
+        EXPECT_EQ(found - list.begin(), end);
+        EXPECT_EQ(list, expected);
+        EXPECT_EQ(asked, original);
+    }
+}
+
+TEST(Resolver, JudgesAKindOutsideTheFiveAsAFile) {
+    constexpr auto unknown = Type{7};
+    World world;
+    world.add({}, supported(u"/w/f.vk"));
+    world.hostAnswers[u"f"] = {
+        {u"/w/g.vk", unknown}, {u"/w/f.x", unknown}, {u"/private/f.vk", unknown}, {u"/w/f.vk", unknown}};
+    RecordingHost::reset();
+    const auto resolver = makeResolver(world);
+    EXPECT_EQ(
+        resolver.resolve(u"f"),
+        (Results{{u"/w/f.vk", unknown}, {u"/private/f.vk", unknown}, {u"/w/f.x", unknown}, {u"/w/g.vk", unknown}}));
+    EXPECT_FALSE(resolver.isUserResult({u"/w/f.vk", unknown}));
+    EXPECT_FALSE(resolver.isSupportedForCodegen({u"/w/g.vk", unknown}, u"f"));
 }
 
 } // namespace
