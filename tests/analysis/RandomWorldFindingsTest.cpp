@@ -93,7 +93,7 @@ Texts namesOf(const std::u16string& path, const Texts& asked, const Model& model
 }
 
 TEST(Findings, AreThereExactlyWhenTheirRulesSay) {
-    constexpr std::size_t worlds = 2000;
+    constexpr std::size_t worlds = KELWHICH_RANDOM_WORLDS / 25;
     std::map<std::string_view, std::size_t> counts;
     const auto expect = [&](const std::vector<analysis::Finding>& findings, const Found& expected) {
         Found found;
