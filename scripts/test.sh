@@ -9,4 +9,4 @@ if [ "$preset" = clang ] || [ "$preset" = asan ]; then scripts/setup.sh gates; e
 echo "== building into build/$preset"
 build "$preset"
 echo "== testing build/$preset"
-ctest --preset "$preset" -j "$(($(nproc) + 1))" # some only wait for the system
+ctest --preset "$preset" -j "$(($(nproc) + 2))" # some only wait for the system
