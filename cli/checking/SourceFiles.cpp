@@ -77,9 +77,7 @@ public:
         if (kind == Kind::folder) {
             addFolder(asSearched(path));
         } else if (kind == Kind::file) {
-            const auto slash = path.rfind('/');
-            const auto folder = asSearched(path.substr(0, std::max<std::size_t>(slash, 1)));
-            add(joinPath(folder, path.substr(slash + 1)));
+            add(fileAsSearched(path));
             found_.roots.push_back(found_.paths.back());
         } else {
             throw std::runtime_error(
@@ -100,6 +98,11 @@ public:
                 visit(next);
             }
         }
+    }
+
+    std::string fileAsSearched(const std::string& path) const {
+        const auto slash = path.rfind('/');
+        return joinPath(asSearched(path.substr(0, std::max<std::size_t>(slash, 1))), path.substr(slash + 1));
     }
 
     SourceFiles takeAll() {
@@ -207,6 +210,10 @@ private:
 
 bool isSourceFile(std::string_view path, const standalone::Installation& installation) {
     return hasLowerExtension(path.substr(path.rfind('/') + 1), sourceExtensions(installation));
+}
+
+std::string asSearched(const std::string& file, const standalone::SessionState& session) {
+    return SourceWalk(session, {}).fileAsSearched(file);
 }
 
 SourceFiles sourceFilesBelow(const std::vector<std::string>& paths, const standalone::SessionState& session) {

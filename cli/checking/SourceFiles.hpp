@@ -28,6 +28,10 @@ struct SourceFiles {
 // differs from such only by the case of its letters, or a default one.
 bool isSourceFile(std::string_view path, const standalone::Installation& installation);
 
+// The path of a file (absolute, without "." and "..") as the search spells it, when links lead to its folder from one
+// of the search path. The file need not be there.
+std::string asSearched(const std::string& file, const standalone::SessionState& session);
+
 // The given files, whatever they are called, and the source files below the given folders. Relative paths are meant in
 // the working folder. Left out: what is hidden; links to folders, except to search folders and, once on the way to a
 // file, to package, class and private folders.

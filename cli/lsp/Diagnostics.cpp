@@ -57,8 +57,8 @@ ordered_json Diagnostics::check(const Document& document, ResolverSession& resol
         if (!isThere && !document.isNew) {
             return found;
         }
-        const auto files =
-            isThere ? sourceFilesBelow({*document.path}, session) : SourceFiles{{absolute(*document.path)}, {}, {}};
+        const auto files = isThere ? sourceFilesBelow({*document.path}, session)
+                                   : SourceFiles{{absolute(asSearched(*document.path, session))}, {}, {}};
         auto checked = checkAll(files.paths, {}, session, resolver, nullptr);
         checked.skipped.insert(checked.skipped.end(), files.skipped.begin(), files.skipped.end());
         const Report report{"check", {}, std::move(checked.entries), workingFolder(), session.installation.manifest};

@@ -1,5 +1,6 @@
 #include "cli/lsp/OpenInstallation.hpp"
 
+#include "cli/checking/SourceFiles.hpp"
 #include "standalone/services/SessionState.hpp"
 
 #include <cerrno>
@@ -45,6 +46,7 @@ void OpenInstallation::finishOpening() {
     auto opening = std::move(opening_);
     session_ = opening.get();
     changes_ = 0;
+    overlay_.clear();
     maySurprise_ = watched() == nullptr || !watched()->watchesAll();
 }
 
@@ -52,10 +54,17 @@ standalone::WatchedView* OpenInstallation::watched() const {
     return session_ ? session_->watched() : nullptr;
 }
 
-void OpenInstallation::setOverlay(std::set<std::string> files) {
-    if (session_) {
-        standalone::currentSession().setOverlay(std::move(files));
+void OpenInstallation::setOverlay(const std::set<std::string>& files) {
+    if (!session_ || files == overlay_) {
+        return;
     }
+    const auto& session = standalone::currentSession();
+    std::set<std::string> searched;
+    for (const auto& file : files) {
+        searched.insert(asSearched(file, session));
+    }
+    session.setOverlay(std::move(searched));
+    overlay_ = files;
 }
 
 int OpenInstallation::changeDescriptor() const {

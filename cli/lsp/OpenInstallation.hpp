@@ -35,9 +35,9 @@ public:
     // Null when it is not open.
     [[nodiscard]] ResolverSession* session() const { return session_.get(); }
 
-    // From now on these files count as there, too: as for SessionState. Does nothing when none is open.
-    // Errors: those of SessionState.
-    void setOverlay(std::set<std::string> files);
+    // From now on these files count as there, too: as for SessionState, but links may lead to their folders. Does
+    // nothing when none is open. Errors: those of SessionState.
+    void setOverlay(const std::set<std::string>& files);
 
     // Readable when something that is watched changed; negative when nothing is watched.
     [[nodiscard]] int changeDescriptor() const;
@@ -56,7 +56,8 @@ private:
     standalone::Descriptor opened_;
     std::unique_ptr<ResolverSession> session_;
     std::future<std::unique_ptr<ResolverSession>> opening_;
-    std::uint64_t changes_ = 0; // that are known
+    std::set<std::string> overlay_; // as it was given
+    std::uint64_t changes_ = 0;     // that are known
     bool maySurprise_ = true;
 };
 
