@@ -89,7 +89,12 @@ standalone::WatchedView* ResolverSession::watched() const {
 }
 
 bool ResolverSession::takeManifestChange() {
-    return watched() != nullptr ? watched()->takeManifestChange() : watch_->isManifestChanged();
+    if (watched() == nullptr) {
+        return watch_->isManifestChanged();
+    }
+    const bool isChanged = watched()->takeManifestChange();
+    const bool wasChanged = watch_ && std::exchange(isManifestUnsure_, false) && watch_->isManifestChanged();
+    return isChanged || wasChanged;
 }
 
 bool ResolverSession::isOutdated() {

@@ -96,6 +96,7 @@ private:
     void reopen();
 
     std::optional<InstallationWatch> watch_;       // in `batch` and `lsp`
+    bool isManifestUnsure_ = true;                 // it may have changed after it was read and before the view was made
     std::unique_ptr<standalone::Session> session_; // none while the installation cannot be opened anew
     std::shared_ptr<const Replay> replay_;
     std::shared_ptr<Recording> recording_;

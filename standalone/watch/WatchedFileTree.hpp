@@ -55,9 +55,8 @@ public:
 
 private:
     struct Kept {
-        bool isSure =
-            false; // what follows is the folder's listing: for each entry a byte for its kind, its name, a NUL
-        std::optional<std::string> listing = {};
+        bool isSure = false;                     // the listing is the folder's
+        std::optional<std::string> listing = {}; // packed
         std::optional<NotWatched> reason = {};
         std::vector<User> users = {};
     };
