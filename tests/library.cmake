@@ -9,7 +9,7 @@ add_unit_tests(
   analysis/RandomWorldFindingsTest.cpp
   entry/EntryTest.cpp
   host/ORVAKWhichResolverTest.cpp
-  host/PathsTest.cpp
+  host/PathsAndHashTest.cpp
   resolver/ExplanationTest.cpp
   resolver/RandomWorldsTest.cpp
   resolver/ResolverTest.cpp

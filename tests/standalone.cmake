@@ -8,7 +8,6 @@ add_unit_tests(
   standalone/DiagnosisTest.cpp
   standalone/FileTreesTest.cpp
   standalone/GoldenFilesTest.cpp
-  standalone/HostArraysTest.cpp
   standalone/IndexedFileTreeTest.cpp
   standalone/InstallationTest.cpp
   standalone/NameSearchTest.cpp
@@ -16,7 +15,6 @@ add_unit_tests(
   standalone/SupportStoreBuilderTest.cpp
   standalone/SupportStoreCheckTest.cpp
   standalone/SupportStoreTest.cpp
-  standalone/TextTest.cpp
   standalone/TreeSurveyTest.cpp
   standalone/ViewsTest.cpp
   standalone/WatchedViewTest.cpp

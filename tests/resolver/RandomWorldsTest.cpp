@@ -1,6 +1,6 @@
 #include "tests/support/Model.hpp"
 #include "tests/support/RandomWorld.hpp"
-#include "tests/sweeps/Scenarios.hpp"
+#include "tests/support/RecordingHost.hpp"
 
 #include <gtest/gtest.h>
 

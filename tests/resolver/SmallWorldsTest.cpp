@@ -2,7 +2,6 @@
 // The model judges each form once for each list of records; a world then only puts what it judged in order.
 #include "tests/support/Model.hpp"
 #include "tests/support/RecordingHost.hpp"
-#include "tests/sweeps/Scenarios.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,8 @@
 
 #include "host/Paths.hpp"
 #include "tessapp/internal/screener/meta/SupportEntry.hpp"
+#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
+#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 #include "tessgen/kelwhich/KELWhichResolver.hpp"
 #include "tests/support/Faults.hpp"
 
@@ -130,10 +132,19 @@ private:
     World* world_;
 };
 
+// What the resolver is asked over.
+enum class Over { collaborators, caches, warmCaches };
+
 // The world outlives the resolver.
-inline kelwhich::KELWhichResolver makeResolver(World& world) {
-    return {std::make_unique<FakeWhichResolver>(world), std::make_unique<FakeMetadataResolver>(world),
-            std::make_unique<FakeFileSystem>(world)};
+inline kelwhich::KELWhichResolver makeResolver(World& world, Over over = Over::collaborators) {
+    auto which = std::make_unique<FakeWhichResolver>(world);
+    auto files = std::make_unique<FakeFileSystem>(world);
+    auto metadata = std::make_unique<FakeMetadataResolver>(world);
+    if (over == Over::collaborators) {
+        return {std::move(which), std::move(metadata), std::move(files)};
+    }
+    return {std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::move(which)), std::move(metadata),
+            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(files))};
 }
 
 // A supported record of a file.

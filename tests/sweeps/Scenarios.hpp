@@ -3,8 +3,6 @@
 
 #include "standalone/HostArrays.hpp"
 #include "standalone/services/DataArrays.hpp"
-#include "tessgen/kelwhich/CachedFileSystemAdaptor.hpp"
-#include "tessgen/kelwhich/CachedWhichResolverAdaptor.hpp"
 #include "tessgen/kelwhich/Explanation.hpp"
 #include "tessgen/kelwhich/ORVAKWhichResolver.hpp"
 #include "tessgen/kelwhich/RealFileSystem.hpp"
@@ -79,20 +77,6 @@ struct GatewayCall {
 
     std::array<qxArray*, 3> outputs{};
 };
-
-// What the resolver is asked over.
-enum class Over { collaborators, caches, warmCaches };
-
-inline kelwhich::KELWhichResolver makeResolver(World& world, Over over) {
-    auto which = std::make_unique<FakeWhichResolver>(world);
-    auto files = std::make_unique<FakeFileSystem>(world);
-    auto metadata = std::make_unique<FakeMetadataResolver>(world);
-    if (over == Over::collaborators) {
-        return {std::move(which), std::move(metadata), std::move(files)};
-    }
-    return {std::make_unique<kelwhich::CachedWhichResolverAdaptor>(std::move(which)), std::move(metadata),
-            std::make_unique<kelwhich::CachedFileSystemAdaptor>(std::move(files))};
-}
 
 // Calls `visit(name, make)` for each operation. What `make()` returns holds all that the operation needs, and is
 // called for an answer that can be compared.

@@ -1,9 +1,10 @@
+#include "host/KeyedHash.hpp"
 #include "host/Paths.hpp"
-
 #include "tests/support/World.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fstream>
 #include <map>
 #include <set>
@@ -111,6 +112,22 @@ TEST(Paths, ArePartedAtWholeUnits) {
     EXPECT_EQ(fileName(path), u"b\u012E.\u2E00\u012E");
     EXPECT_EQ(fileStem(path), u"b\u012E");
     EXPECT_FALSE(containsSeparator(u"\u2F2F\u012F"));
+}
+
+TEST(KeyedHash, DependsOnEachByteAndOnTheLength) {
+    std::set<std::uint64_t> hashes;
+    std::size_t texts = 0;
+    for (std::string text; text.size() <= 40; text += '\0') {
+        hashes.insert(keyedHash(text));
+        for (char& byte : text) {
+            byte = 1;
+            hashes.insert(keyedHash(text));
+            byte = 0;
+        }
+        texts += 1 + text.size();
+    }
+    EXPECT_EQ(hashes.size(), texts);
+    EXPECT_EQ(keyedHash(u"aa"), keyedHash(std::string("a\0a\0", 4)));
 }
 
 } // namespace
