@@ -72,6 +72,12 @@ TEST(Findings, NameBothFilesTheKeyAndTheReason) {
     EXPECT_NE(ofUse(world).find("comes before 2 supported definitions"), std::string::npos);
 
     world = found({});
+    world.add({u"f"}, supported(u"/k/f.vk"));
+    world.add({u"f"}, builtin(u"/k/f.vk"));
+    EXPECT_EQ(ofDefinition(world, {u"/k/f.vk", {u"f"}, true, true, false}),
+              "warning hidden: /k/f.vk, /k/f.vk by key 4: hidden by the built-in /k/f.vk\n"); // which is no file
+
+    world = found({});
     auto refused = supported(u"/k/g.vk");
     refused.unsupportedSymbols = {u"f"};
     world.add({u"f"}, refused);
@@ -115,6 +121,14 @@ TEST(Findings, NameTheRedirect) {
     EXPECT_EQ(ofUse(world), ignored("/k/g.vk"));
     EXPECT_EQ(ofDefinition(world, {u"/k/f.vk", {u"f"}, true, true, false}),
               "warning hidden: /k/f.vk, /k/g.vk: hidden by g.vk, by a redirect to g\n");
+}
+
+TEST(Definition, IsAskedAboutByTheNameThatItDefinesOrTheFirstThatReachesIt) {
+    for (const auto& [names, name] : {std::pair<std::vector<std::u16string>, std::u16string>{{}, u"p.f"},
+                                      {{u"a", u"p.f"}, u"p.f"},
+                                      {{u"a", u"b"}, u"a"}}) {
+        EXPECT_EQ(ownName(analysis::Definition{u"/w/+p/f.vk", names, true, false, true}), name);
+    }
 }
 
 TEST(Findings, SayWhatKeepsNamesFromAFile) {
