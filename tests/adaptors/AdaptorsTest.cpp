@@ -110,14 +110,17 @@ TEST(CachedFileSystemAdaptor, AsksOncePerPathAndRoot) {
     EXPECT_EQ(world.questions().size(), 2U);
 }
 
-// The cache of look-ups is made of the same function.
-TEST(CachedFileSystemAdaptor, AsksOncePerPathHoweverManyThereAre) {
+TEST(CachingAdaptors, AskOncePerKeyHoweverManyThereAre) {
     World world;
     const kelwhich::CachedFileSystemAdaptor files(std::make_unique<FakeFileSystem>(world));
-    for (std::size_t i = 0; i < 2000; ++i) {
-        static_cast<void>(files.exists(std::u16string(1 + i % 1000, u'f')));
+    const kelwhich::CachedWhichResolverAdaptor which(std::make_unique<FakeWhichResolver>(world));
+    constexpr std::size_t many = 1000;
+    for (std::size_t i = 0; i < 2 * many; ++i) {
+        const std::u16string key(1 + i % many, u'f');
+        static_cast<void>(files.exists(key));
+        static_cast<void>(which.which(key));
     }
-    EXPECT_EQ(world.questions().size(), 1000U);
+    EXPECT_EQ(world.questions().size(), 2 * many);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "standalone/index/SearchIndexCheck.hpp"
 #include "standalone/index/SearchIndexFormat.hpp"
 #include "standalone/search/NameSearch.hpp"
-#include "tests/support/Outcome.hpp"
 #include "tests/support/StoreDatabases.hpp"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 #include "standalone/text/PathText.hpp"
 #include "standalone/text/Text.hpp"
 #include "tests/support/MemoryFileTree.hpp"
-#include "tests/support/Outcome.hpp"
+#include "tests/support/SupportStores.hpp"
 
 #include <gmock/gmock.h>
 

@@ -4,7 +4,7 @@
 #include "standalone/index/SearchIndexCheck.hpp"
 #include "standalone/search/SnapshotSearch.hpp"
 #include "standalone/watch/WatchedView.hpp"
-#include "tests/support/Outcome.hpp"
+#include "tests/support/SupportStores.hpp"
 
 #include <gtest/gtest.h>
 

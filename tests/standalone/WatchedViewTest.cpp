@@ -1,7 +1,7 @@
 #include "standalone/watch/WatchedView.hpp"
 
 #include "standalone/files/RealFileTree.hpp"
-#include "tests/support/Outcome.hpp"
+#include "tests/support/SupportStores.hpp"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,6 @@
 #include "tessapp/internal/screener/meta/search.hpp"
 #include "tessapp/util/foundation.hpp"
 #include "tessgen/datalists.hpp"
-#include "tests/support/Faults.hpp"
 
 #include <boost/exception_ptr.hpp>
 

@@ -57,6 +57,18 @@ std::string errorOf(const Action& action) {
     return "no error";
 }
 
+// What a search answers to a name: the places, one a line with its partner; or the error.
+template <typename Search>
+std::string outcome(Search&& search, const std::string& name) {
+    std::string text;
+    const auto error = errorOf([&] {
+        for (const auto& place : search.find(standalone::toUTF16(name).value())) {
+            text += standalone::toUTF8(place.line).value() + "|" + standalone::toUTF8(place.partner).value() + "\n";
+        }
+    });
+    return error == "no error" ? text : "error: " + error;
+}
+
 inline std::string openingError(const std::string& file, const std::string& root = storeRoot) {
     return errorOf([&] { const standalone::SupportStore store(file, root); });
 }

@@ -1,4 +1,3 @@
-#include "tests/support/Faults.hpp"
 #include "tests/sweeps/AllocationSweep.hpp"
 #include "tests/sweeps/Scenarios.hpp"
 
