@@ -21,7 +21,13 @@ using Support = Explanation::Support;
 
 // The smaller, the earlier; the place in gathering last.
 std::array<std::size_t, 6> keys(const Candidate& c) {
-    return {!c.isDirect(), !c.isUser(), !c.isSupported(), !c.sourceFile, static_cast<std::size_t>(c.kind), c.gathered};
+    const auto later = [](bool isPreferred) { return isPreferred ? std::size_t{0} : std::size_t{1}; };
+    return {later(c.isDirect()),
+            later(c.isUser()),
+            later(c.isSupported()),
+            later(c.sourceFile),
+            static_cast<std::size_t>(c.kind),
+            c.gathered};
 }
 
 // Whether `first` stands before `second` by the key that it names, and each key compares the two as it should.

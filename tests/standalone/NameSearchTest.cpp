@@ -96,7 +96,7 @@ protected:
     // What a look-up answers, and one in a snapshot as well: each place as "line" or "line|partner", files relative to
     // the disk.
     Strings find(std::u16string_view name) {
-        const auto found = shown(NameSearch(installation, disk.tree).find(name));
+        auto found = shown(NameSearch(installation, disk.tree).find(name));
         EXPECT_EQ(shown(SnapshotSearch(installation, disk.tree).find(name)), found) << testing::PrintToString(name);
         return found;
     }
