@@ -73,22 +73,32 @@ void Documents::didChange(const json& params) {
     if (!changes.is_array()) {
         throw RPCError(RPCErrorCode::invalidParams, "\"contentChanges\" is not a list");
     }
+    LineBegin known; // one may replace thousands of words in a large document at once
     for (const auto& entry : changes) {
-        change(document.text, entry);
+        change(document.text, entry, known);
     }
     document.version = versionIn(identifierIn(params));
 }
 
-void Documents::change(std::string& text, const json& change) const {
+void Documents::change(std::string& text, const json& change, LineBegin& known) const {
     const auto& replacement = textAt(change, "text");
     const auto* const range = findAt(change, {"range"});
     if (range == nullptr || range->is_null()) {
         text = replacement;
+        known = {};
         return;
     }
-    const auto begin = offsetOf(text, readPosition(valueAt(*range, "start")), encoding);
-    const auto end = offsetOf(text, readPosition(valueAt(*range, "end")), encoding);
-    text.replace(std::min(begin, end), std::max(begin, end) - std::min(begin, end), replacement);
+    auto begin = offsetOf(text, readPosition(valueAt(*range, "start")), encoding, known);
+    auto other = known;
+    auto end = offsetOf(text, readPosition(valueAt(*range, "end")), encoding, other);
+    if (end < begin) {
+        std::swap(begin, end);
+        known = other;
+    }
+    text.replace(begin, end - begin, replacement);
+    if (known.offset > 0 && text.compare(known.offset - 1, 2, "\r\n") == 0) { // no line begins between the two
+        known = {};
+    }
 }
 
 void Documents::didSave(const json& params) {

@@ -55,7 +55,8 @@ public:
     [[nodiscard]] PlacedName beginningAt(const nlohmann::json& params) const;
 
 private:
-    void change(std::string& text, const nlohmann::json& change) const;
+    // `known` is a line of the text before the change, and becomes one of the text after it.
+    void change(std::string& text, const nlohmann::json& change, LineBegin& known) const;
     [[nodiscard]] PlacedName placed(const std::string& text, std::size_t line, const TextRange& range) const;
 
     std::map<std::string, Document> documents_;

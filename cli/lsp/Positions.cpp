@@ -25,6 +25,11 @@ std::size_t nextLine(std::string_view text, std::size_t offset) {
     return std::min(end + (text.substr(end).starts_with("\r\n") ? 2 : 1), text.size());
 }
 
+// The beginning of the line before the one that begins at `offset`.
+std::size_t previousLine(std::string_view text, std::size_t offset) {
+    return beginOfLine(text, offset - (text.substr(0, offset).ends_with("\r\n") ? 2 : 1));
+}
+
 } // namespace
 
 std::size_t endOfLine(std::string_view text, std::size_t offset) {
@@ -40,13 +45,21 @@ std::size_t beginOfLine(std::string_view text, std::size_t offset) {
 }
 
 std::size_t offsetOf(std::string_view text, const Position& position, PositionEncoding encoding) {
-    std::size_t offset = 0;
-    for (std::size_t line = 0; line < position.line; ++line) {
-        if (endOfLine(text, offset) == text.size()) {
+    LineBegin first;
+    return offsetOf(text, position, encoding, first);
+}
+
+std::size_t offsetOf(std::string_view text, const Position& position, PositionEncoding encoding, LineBegin& known) {
+    for (; known.line > position.line; --known.line) {
+        known.offset = previousLine(text, known.offset);
+    }
+    for (; known.line < position.line; ++known.line) {
+        if (endOfLine(text, known.offset) == text.size()) {
             return text.size();
         }
-        offset = nextLine(text, offset);
+        known.offset = nextLine(text, known.offset);
     }
+    auto offset = known.offset;
     const auto end = endOfLine(text, offset);
     for (std::size_t left = position.character; left > 0 && offset < end;) {
         const auto [bytes, units] = sizesOf(text[offset]);

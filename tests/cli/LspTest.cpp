@@ -104,6 +104,12 @@ TEST(Lsp, CountsPositionsInBothEncodings) {
     for (const auto& [position, utf16, utf8] : cases) {
         EXPECT_EQ(cli::offsetOf(text, position, cli::PositionEncoding::utf16), utf16) << position.line;
         EXPECT_EQ(cli::offsetOf(text, position, cli::PositionEncoding::utf8), utf8) << position.line;
+        for (const auto& other : cases) { // after this one
+            cli::LineBegin known;
+            static_cast<void>(cli::offsetOf(text, position, cli::PositionEncoding::utf8, known));
+            EXPECT_EQ(cli::offsetOf(text, other.position, cli::PositionEncoding::utf8, known), other.utf8)
+                << position.line << " " << other.position.line;
+        }
     }
     for (const auto encoding : {cli::PositionEncoding::utf16, cli::PositionEncoding::utf8}) {
         for (const std::size_t offset : {0U, 1U, 5U, 6U, 8U, 10U, 13U, 14U, 15U, 16U}) {
@@ -178,6 +184,11 @@ TEST(Lsp, AppliesChangesInTheirOrder) {
                                 {{"range", {{"start", at(0, 3)}, {"end", at(0, 0)}}}, {"text", ""}}};
     documents.didChange(params);
     EXPECT_EQ(documents.all().at("u").text, " two\xC3\xA9");
+    params["contentChanges"] = {{{"text", "a\rb\nc"}},
+                                {{"range", {{"start", at(2, 0)}, {"end", at(1, 0)}}}, {"text", "\n"}}, // after the "\r"
+                                {{"range", {{"start", at(1, 0)}, {"end", at(1, 0)}}}, {"text", "d"}}};
+    documents.didChange(params);
+    EXPECT_EQ(documents.all().at("u").text, "a\r\ndc");
     params["contentChanges"] = {{{"text", "new"}}, {{"range", nullptr}}};
     EXPECT_THROW(documents.didChange(params), cli::RPCError);
     EXPECT_EQ(documents.all().at("u").text, "new");
