@@ -5,6 +5,7 @@
 
 #include "standalone/text/Hash.hpp"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -27,13 +28,13 @@ public:
         const std::size_t end = symbol.find('.');
         return isAll_
                || (!firstParts_.empty()
-                   && (firstParts_.contains(std::string(symbol.substr(0, end)))
+                   && (firstParts_.contains(symbol.substr(0, end))
                        || (end == std::string_view::npos && firstParts_.contains(""))));
     }
     [[nodiscard]] bool hasUnreadable() const { return hasUnreadable_; }
 
 private:
-    std::unordered_set<std::string, TextHash> firstParts_;
+    std::unordered_set<std::string, TextHash, std::equal_to<>> firstParts_;
     bool isAll_ = false;
     bool hasUnreadable_ = false;
 };
