@@ -1,10 +1,10 @@
-#include "host/KeyedHash.hpp"
 #include "host/Paths.hpp"
+#include "tessgen/kelwhich/TextHash.hpp"
 #include "tests/support/World.hpp"
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <fstream>
 #include <map>
 #include <set>
@@ -114,20 +114,21 @@ TEST(Paths, ArePartedAtWholeUnits) {
     EXPECT_FALSE(containsSeparator(u"\u2F2F\u012F"));
 }
 
-TEST(KeyedHash, DependsOnEachByteAndOnTheLength) {
-    std::set<std::uint64_t> hashes;
+TEST(TextHash, DependsOnEachByteAndOnTheLength) {
+    std::set<std::size_t> hashes;
     std::size_t texts = 0;
-    for (std::string text; text.size() <= 40; text += '\0') {
-        hashes.insert(keyedHash(text));
-        for (char& byte : text) {
-            byte = 1;
-            hashes.insert(keyedHash(text));
-            byte = 0;
+    for (std::u16string text; text.size() <= 20; text += u'\0') {
+        hashes.insert(TextHash()(text));
+        for (char16_t& unit : text) {
+            for (const char16_t other : {u'\x01', u'\u0100'}) {
+                unit = other;
+                hashes.insert(TextHash()(text));
+                unit = 0;
+            }
         }
-        texts += 1 + text.size();
+        texts += 1 + 2 * text.size();
     }
     EXPECT_EQ(hashes.size(), texts);
-    EXPECT_EQ(keyedHash(u"aa"), keyedHash(std::string("a\0a\0", 4)));
 }
 
 } // namespace
