@@ -31,6 +31,12 @@ TEST(Resolver, AsksForWhatItNeedsInThisOrder) {
         std::function<void(const Resolver&)> ask;
         Texts questions;
     } cases[] = {
+        {[](const Resolver& r) {
+             const auto record = std::make_shared<const SupportEntry>(supported(u"f.vk"));
+             const auto result = r.entryToWhichResult(r.entryToBasicEntry(record));
+             EXPECT_EQ(result, (kelwhich::WhichResult{u"f.vk", Type::ORVAKPath}));
+         },
+         {u"isOnKELPath f.vk"}},
         {[](const Resolver& r) { return r.findSupportEntry(u"/s/lib/f.vk"); },
          {u"exists /s/lib/f.vk", u"spkgroot", u"orvakroot", u"findByPath /h/lib/f.vk", // as a file below the root
           u"spkgroot", u"orvakroot", u"exists /s/lib/f.vk"}},                          // and back
