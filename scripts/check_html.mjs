@@ -152,7 +152,8 @@ async function looks() {
   await page.close();
 }
 
-// As wide as A4 is between its margins. LARGE gets a page of its own, which Chromium would paint for minutes.
+// As wide as A4 is between its margins. Each file gets a tab of its own: Chromium paints LARGE for minutes,
+// and what is opened in the same tab waits for that.
 async function isWholeInPrint() {
   for (const path of [large, small]) {
     const page = await newPage();

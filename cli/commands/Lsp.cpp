@@ -15,12 +15,10 @@ namespace {
 // Reads what is there, so that a request can be cancelled that waits behind another; waits if there is nothing to do.
 void readMessages(FrameReader& reader, Server& server, bool waits) {
     constexpr std::size_t most = 1000; // messages that wait
-    if (server.waiting() >= most && !waits) {
-        return;
-    }
     const auto milliseconds = waits ? server.milliseconds() : 0;
     auto hasMore =
-        reader.wait({server.openedDescriptor(), server.changeDescriptor(), server.editorDescriptor()}, milliseconds);
+        (waits || server.waiting() < most)
+        && reader.wait({server.openedDescriptor(), server.changeDescriptor(), server.editorDescriptor()}, milliseconds);
     while (hasMore) {
         while (const auto frame = reader.next()) {
             server.take(*frame);

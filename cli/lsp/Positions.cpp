@@ -6,7 +6,9 @@ namespace tessgen::cli {
 
 namespace {
 
-constexpr std::string_view lineEnds = "\r\n";
+bool isLineEnd(char c) {
+    return c == '\n' || c == '\r';
+}
 
 // The bytes and the UTF-16 code units of the character that begins with this byte.
 struct Sizes {
@@ -34,14 +36,17 @@ std::size_t previousLine(std::string_view text, std::size_t offset) {
 
 std::size_t endOfLine(std::string_view text, std::size_t offset) {
     // Not find_first_of, which is several times slower: a document may have a million lines.
-    const auto* const end =
-        std::find_if(text.begin() + offset, text.end(), [](char c) { return c == '\n' || c == '\r'; });
-    return static_cast<std::size_t>(end - text.begin());
+    while (offset < text.size() && !isLineEnd(text[offset])) {
+        ++offset;
+    }
+    return offset;
 }
 
 std::size_t beginOfLine(std::string_view text, std::size_t offset) {
-    const auto end = offset == 0 ? std::string_view::npos : text.find_last_of(lineEnds, offset - 1);
-    return end == std::string_view::npos ? 0 : end + 1;
+    while (offset > 0 && !isLineEnd(text[offset - 1])) {
+        --offset;
+    }
+    return offset;
 }
 
 std::size_t offsetOf(std::string_view text, const Position& position, PositionEncoding encoding) {

@@ -56,7 +56,7 @@ public:
 private:
     struct Kept {
         bool isSure = false;                     // the listing is the folder's
-        std::optional<std::string> listing = {}; // packed
+        std::optional<std::string> listing = {}; // as PackedListing.hpp packs it
         std::optional<NotWatched> reason = {};
         std::vector<User> users = {};
     };
